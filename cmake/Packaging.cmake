@@ -1,0 +1,16 @@
+install(TARGETS quav quav-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME quav)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "The Quav Workbench developers <quav@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "flac, libqt6svg6, qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS
+    "shntool, wavpack, lame, opus-tools, atomicparsley, sox, icedax, genisoimage")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+include(CPack)

@@ -1,0 +1,172 @@
+#include "app/BaseTab.h"
+
+#include "app/FileKinds.h"
+#include "app/UserPrompts.h"
+#include "platform/DirectoryWalk.h"
+#include "platform/PathNames.h"
+#include "platform/Settings.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <chrono>
+#include <utility>
+
+namespace quav {
+
+namespace {
+
+// Long enough for the list to be drawn before the alert covers it.
+constexpr std::chrono::milliseconds badFileDelay{500};
+
+} // namespace
+
+QString undecodableMessage(const QString& path) {
+    return BaseTab::tr("The name of “%1” is not valid UTF-8, so the file cannot be reached. Rename "
+                       "it and add it again.")
+        .arg(path);
+}
+
+bool isUndecodable(const QString& path) {
+    return path.contains(QChar::ReplacementCharacter) && !QFileInfo::exists(path);
+}
+
+QStringList unusableIn(const DirectoryContents& contents) {
+    QStringList sentences;
+    for (const QString& path : contents.undecodable) {
+        sentences << undecodableMessage(path);
+    }
+    for (const QString& folder : contents.unreadable) {
+        sentences << BaseTab::tr("The folder “%1” could not be read.").arg(folder);
+    }
+    return sentences;
+}
+
+BaseTab::BaseTab(QString label, const Services& services)
+    : label_(std::move(label)), services_(services) {}
+
+void BaseTab::addFile(const QString& path) {
+    const QString fullPath = QFileInfo(path).absoluteFilePath();
+    if (!files_.contains(fullPath)) {
+        files_.add({fullPath});
+        filesAdded();
+    }
+}
+
+void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {
+    const DirectoryContents contents = walkDirectory(path);
+    gathered.unusable << unusableIn(contents);
+    for (const QString& file : contents.files) {
+        if (isBookkeepingFile(file)) {
+            continue;
+        }
+        if (isValidFile(label_, file)) {
+            gathered.files << file;
+        } else {
+            gathered.skippedExtensions.insert(pathExtension(file));
+        }
+    }
+}
+
+void BaseTab::gather(const QString& path, Gathered& gathered) const {
+    if (QFileInfo(path).isDir()) {
+        gatherFolder(path, gathered);
+    } else if (isUndecodable(path)) {
+        gathered.unusable << undecodableMessage(path);
+    } else if (files_.contains(path) || isValidFile(label_, path)) {
+        gathered.files << path;
+    } else {
+        gathered.skippedExtensions.insert(pathExtension(path));
+    }
+}
+
+void BaseTab::addFiles(const QStringList& paths) {
+    Gathered gathered;
+    for (const QString& path : paths) {
+        gather(QDir::cleanPath(QFileInfo(path).absoluteFilePath()), gathered);
+    }
+    files_.add(gathered.files);
+    filesAdded();
+    if (!gathered.unusable.isEmpty()) {
+        showBadFileMessage(gathered.unusable.join(u'\n'));
+    }
+    if (!gathered.skippedExtensions.isEmpty() &&
+        services_.settings.boolean(keys::warnOnFilesSkipped)) {
+        showBadFileMessage(
+            files_.rowCount() == 0
+                ? tr("File types not supported by this tab")
+                : tr("Some files types were not recognized by this tab and were skipped"));
+    }
+}
+
+void BaseTab::showBadFileMessage(const QString& text) {
+    services_.prompts.alertAfter(badFileDelay, text);
+}
+
+void BaseTab::filesAdded() {
+    Q_EMIT filesChanged();
+}
+
+void BaseTab::addButtonClick() {
+    const QStringList chosen =
+        services_.prompts.chooseFiles(tr("Choose files for processing"), tr("Add Files"));
+    if (!chosen.isEmpty()) {
+        addFiles(chosen);
+    }
+}
+
+void BaseTab::clearButtonClick() {
+    clearFiles();
+}
+
+void BaseTab::clearFiles() {
+    files_.clear();
+    Q_EMIT filesChanged();
+}
+
+void BaseTab::deleteSelectedRows(const QSet<int>& rows) {
+    files_.remove(rows);
+    Q_EMIT filesChanged();
+}
+
+void BaseTab::filterGivenExtension(const QString& extension) {
+    files_.removeWithExtension(extension);
+    Q_EMIT filesChanged();
+}
+
+void BaseTab::displayRelevantOptions() {}
+
+std::optional<QString> BaseTab::chooseOutputFolder() {
+    return services_.prompts.chooseFolder(tr("Choose output directory"));
+}
+
+std::optional<QString> BaseTab::openSavePanel(const QString& directory, const QString& title) {
+    return services_.prompts.chooseSavePath(title, directory);
+}
+
+bool BaseTab::confirmDelete(bool deleteOriginals) {
+    if (!deleteOriginals || !services_.settings.boolean(keys::warnOnDelete)) {
+        return true;
+    }
+    return services_.prompts.confirm({tr("You have chosen to delete the original files.  Are you "
+                                         "sure you want to continue?"),
+                                      {},
+                                      tr("Yes"),
+                                      tr("No"),
+                                      true});
+}
+
+QStringList BaseTab::getFilesFromOutputDirectory(const QString& folder, const QString& extension) {
+    const QString wanted = extension.toUpper();
+    QStringList found;
+    const QStringList names = QDir(folder).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Unsorted);
+    for (const QString& name : names) {
+        if (formatWord(name) == wanted) {
+            found << joinPath(folder, name);
+        }
+    }
+    return found;
+}
+
+} // namespace quav

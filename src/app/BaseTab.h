@@ -1,0 +1,107 @@
+#pragma once
+
+#include "app/FileList.h"
+#include "app/Services.h"
+
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace quav {
+
+struct DirectoryContents;
+
+/// How pressing a tab's button ended.
+enum class CommandOutcome {
+    Queued,      ///< the work is in the queue
+    NothingToDo, ///< there was nothing to start
+    Refused,     ///< something stood in the way; the user was told what
+    Declined,    ///< the user answered a question with no, or cancelled a dialog
+};
+
+/// What all work tabs share: the list of input files and how it is filled, the dialogs, and the
+/// checks before work starts. A tab holds no widget; a view shows it and presses its buttons.
+class BaseTab : public QObject {
+    Q_OBJECT
+
+public:
+    BaseTab(QString label, const Services& services);
+
+    const QString& label() const { return label_; }
+    FileList& files() { return files_; }
+    QStringList fileNames() const { return files_.fileNames(); }
+
+    /// Adds one file without asking whether the tab can process it.
+    void addFile(const QString& path);
+
+    /// Adds files, and the files in folders, as far as the tab can process them. The user is told
+    /// of what was skipped.
+    void addFiles(const QStringList& paths);
+
+    void addButtonClick();
+    void clearButtonClick();
+    virtual void clearFiles();
+
+    /// The context menu's operations.
+    void deleteSelectedRows(const QSet<int>& rows);
+    void filterGivenExtension(const QString& extension);
+
+    /// Brings the options up to date with what they depend on; also called when the tab is
+    /// selected.
+    virtual void displayRelevantOptions();
+
+    /// The tab's button.
+    virtual CommandOutcome executeCommand() = 0;
+
+    /// A save dialog that opens in the directory.
+    std::optional<QString> openSavePanel(const QString& directory, const QString& title);
+
+    /// The full paths of what lies in a folder, one level deep, whose extension is this one in
+    /// whatever capitals.
+    static QStringList getFilesFromOutputDirectory(const QString& folder, const QString& extension);
+
+Q_SIGNALS:
+    void filesChanged();
+    void optionsChanged();
+
+protected:
+    /// Called after files were added.
+    virtual void filesAdded();
+
+    std::optional<QString> chooseOutputFolder();
+
+    /// Asks whether the originals are really to be deleted, unless the user does not want to be
+    /// asked.
+    bool confirmDelete(bool deleteOriginals);
+
+    const Services& services() const { return services_; }
+
+private:
+    struct Gathered {
+        QStringList files;
+        QSet<QString> skippedExtensions;
+        QStringList unusable; ///< sentences about what cannot be carried
+    };
+
+    void gather(const QString& path, Gathered& gathered) const;
+    void gatherFolder(const QString& path, Gathered& gathered) const;
+    void showBadFileMessage(const QString& text);
+
+    QString label_;
+    Services services_;
+    FileList files_;
+};
+
+/// Sentences about what a folder holds that cannot be used: names that are not UTF-8, folders that
+/// cannot be read.
+QStringList unusableIn(const DirectoryContents& contents);
+
+/// True for a path whose name was not UTF-8, so that the file cannot be reached.
+bool isUndecodable(const QString& path);
+
+QString undecodableMessage(const QString& path);
+
+} // namespace quav

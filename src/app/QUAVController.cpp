@@ -1,0 +1,165 @@
+#include "app/QUAVController.h"
+
+#include "app/FileKinds.h"
+#include "app/UserPrompts.h"
+#include "engine/QUAVTaskQueue.h"
+#include "platform/AudioProbe.h"
+#include "platform/DirectoryWalk.h"
+#include "platform/PathNames.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace quav {
+
+namespace {
+
+bool passes(const QString& label, const QString& path) {
+    if (label == tabs::checksum) {
+        return true;
+    }
+    const QString word = formatWord(path);
+    return acceptedExtensions(label).contains(word) ||
+           (label == tabs::encode && word == u"M4A" && isAppleLossless(path));
+}
+
+bool isPackedLossless(const QString& word) {
+    static const QStringList packed{QStringLiteral("FLAC"), QStringLiteral("SHN"),
+                                    QStringLiteral("WV"),   QStringLiteral("TTA"),
+                                    QStringLiteral("APE"),  QStringLiteral("M4A")};
+    return packed.contains(word);
+}
+
+} // namespace
+
+QUAVController::QUAVController(const Services& services) : services_(services) {}
+
+void QUAVController::addTab(BaseTab& tab) {
+    tabs_.push_back(&tab);
+    if (selected_.isEmpty()) {
+        selectTab(tab.label());
+    }
+}
+
+QStringList QUAVController::tabLabels() const {
+    QStringList labels;
+    for (const BaseTab* tab : tabs_) {
+        labels << tab->label();
+    }
+    return labels << tabs::about;
+}
+
+BaseTab* QUAVController::tab(const QString& label) const {
+    const auto found = std::find_if(tabs_.begin(), tabs_.end(),
+                                    [&](const BaseTab* tab) { return tab->label() == label; });
+    return found == tabs_.end() ? nullptr : *found;
+}
+
+void QUAVController::selectTab(int index) {
+    const QStringList labels = tabLabels();
+    if (index >= 0 && index < labels.size()) {
+        selectTab(labels[index]);
+    }
+}
+
+void QUAVController::selectTab(const QString& label) {
+    if (label == selected_ || !tabLabels().contains(label)) {
+        return;
+    }
+    selected_ = label;
+    if (BaseTab* selectedTab = tab(label)) {
+        selectedTab->displayRelevantOptions();
+    }
+    Q_EMIT selectedTabChanged(label);
+}
+
+QStringList QUAVController::gather(const QStringList& paths) {
+    QStringList files;
+    QStringList unusable;
+    for (const QString& path : paths) {
+        if (isBookkeepingFile(path)) {
+            continue;
+        }
+        if (isUndecodable(path)) {
+            unusable << undecodableMessage(path);
+        } else if (!QFileInfo(path).isDir()) {
+            files << path;
+        } else {
+            const DirectoryContents contents = walkDirectory(path);
+            unusable << unusableIn(contents);
+            std::copy_if(contents.files.begin(), contents.files.end(), std::back_inserter(files),
+                         [](const QString& file) {
+                             return !isBookkeepingFile(file) && !pathExtension(file).isEmpty();
+                         });
+        }
+    }
+    if (!unusable.isEmpty()) {
+        services_.prompts.alert(unusable.join(u'\n'), {});
+    }
+    return files;
+}
+
+void QUAVController::addFiles(const QStringList& paths) {
+    const QStringList files = gather(paths);
+    BaseTab* selectedTab = tab(selected_);
+    if (!selectedTab) {
+        for (const QString& path : files) {
+            routeFromAbout(path);
+        }
+        return;
+    }
+    QStringList passing;
+    std::copy_if(files.begin(), files.end(), std::back_inserter(passing),
+                 [&](const QString& path) { return passes(selected_, path); });
+    selectedTab->addFiles(passing);
+}
+
+bool QUAVController::offer(const QString& label, const QString& path) {
+    BaseTab* taker = tab(label);
+    if (!taker) {
+        return false;
+    }
+    taker->addFile(path);
+    selectTab(label);
+    return true;
+}
+
+void QUAVController::routeFromAbout(const QString& path) {
+    const QString word = formatWord(path);
+    const bool taken =
+        (isPackedLossless(word) && offer(tabs::decode, path)) ||
+        (acceptedExtensions(tabs::encode).contains(word) && offer(tabs::encode, path)) ||
+        (acceptedExtensions(tabs::decode).contains(word) && offer(tabs::decode, path)) ||
+        (acceptedExtensions(tabs::checksum).contains(word) && offer(tabs::checksum, path));
+    if (!taken) {
+        selectTab(1);
+    }
+}
+
+bool QUAVController::isValidFile(const QString& tabLabel, const QString& path) {
+    return quav::isValidFile(tabLabel, path);
+}
+
+bool QUAVController::applicationShouldTerminate() {
+    const int count = services_.queue.taskCount();
+    if (count < 1) {
+        return true;
+    }
+    return services_.prompts.confirm(
+        {tr("Tasks in Progress"),
+         tr("There are %1 tasks in the queue.  Are you sure you want to quit?").arg(count),
+         tr("No"), tr("Yes"), false});
+}
+
+bool QUAVController::windowShouldClose() {
+    return services_.prompts.confirm(
+        {tr("Are you sure you want to quit?"), {}, tr("Cancel"), tr("Quit"), false});
+}
+
+void QUAVController::applicationWillTerminate() {
+    services_.queue.killAllTasks();
+    services_.queue.allowSleep();
+}
+
+} // namespace quav

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/BaseTab.h"
+#include "app/Services.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace quav {
+
+/// Knows the tabs in their order and which one is selected, takes the files that are dropped on
+/// the program or opened with it to the right one, and guards quitting. It knows tabs only as
+/// BaseTab, and the "about" tab only by its label.
+class QUAVController : public QObject {
+    Q_OBJECT
+
+public:
+    explicit QUAVController(const Services& services);
+
+    /// Adds a tab behind those already there, before "about".
+    void addTab(BaseTab& tab);
+
+    /// The labels in order, "about" last.
+    QStringList tabLabels() const;
+
+    /// The tab of a label; none for "about" and for labels that do not exist.
+    BaseTab* tab(const QString& label) const;
+
+    void selectTab(int index);
+    void selectTab(const QString& label);
+    const QString& selectedTabLabel() const { return selected_; }
+
+    /// Files that were dropped on the program or opened with it.
+    void addFiles(const QStringList& paths);
+
+    static bool isValidFile(const QString& tabLabel, const QString& path);
+
+    /// Whether the program may end; asks when tasks are in the queue.
+    bool applicationShouldTerminate();
+
+    /// Whether the main window may close, which ends the program.
+    bool windowShouldClose();
+
+    void applicationWillTerminate();
+
+Q_SIGNALS:
+    void selectedTabChanged(const QString& label);
+
+private:
+    QStringList gather(const QStringList& paths);
+    void routeFromAbout(const QString& path);
+    bool offer(const QString& label, const QString& path);
+
+    Services services_;
+    std::vector<BaseTab*> tabs_;
+    QString selected_;
+};
+
+} // namespace quav

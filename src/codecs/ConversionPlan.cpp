@@ -1,0 +1,54 @@
+#include "codecs/ConversionPlan.h"
+
+#include "platform/PathNames.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+
+namespace quav {
+
+std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPlan& plan) {
+    QHash<QString, QString> sourceOf;
+    QHash<QString, QString> realFolders;
+    for (const PlannedConversion& conversion : plan.conversions) {
+        const QString folder = folderOf(conversion.output);
+        auto real = realFolders.constFind(folder);
+        if (real == realFolders.constEnd()) {
+            real = realFolders.insert(folder, folderOf(withRealFolder(conversion.output)));
+        }
+        const QString output = joinPath(*real, lastPathComponent(conversion.output));
+        const auto other = sourceOf.constFind(output);
+        if (other != sourceOf.constEnd()) {
+            return std::pair(*other, conversion.source);
+        }
+        sourceOf.insert(output, conversion.source);
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> firstUnusableFolder(const ConversionPlan& plan) {
+    QSet<QString> seen;
+    for (const PlannedConversion& conversion : plan.conversions) {
+        const QString folder = folderOf(conversion.output);
+        if (seen.contains(folder)) {
+            continue;
+        }
+        seen.insert(folder);
+        const QFileInfo info(folder);
+        if (!info.isDir()) {
+            return QCoreApplication::translate("ConversionPlan",
+                                               "The output folder “%1” does not exist.")
+                .arg(folder);
+        }
+        if (!info.isWritable()) {
+            return QCoreApplication::translate("ConversionPlan",
+                                               "The output folder “%1” cannot be written to.")
+                .arg(folder);
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace quav

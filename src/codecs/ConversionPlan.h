@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace quav {
+
+/// One file to be converted: what is read, what is written, and the command line that does it.
+struct PlannedConversion {
+    QString source;
+    QString output;
+    QString tool; ///< the name in the tools folder
+    QStringList arguments;
+};
+
+/// Everything that pressing a tab's button would do.
+struct ConversionPlan {
+    std::vector<PlannedConversion> conversions;
+    QStringList outputsThatAreSources; ///< left out: the output would be the source itself
+    QStringList unsupported;           ///< sources of a kind that this tab cannot convert
+    QStringList overwritten;           ///< outputs that exist and would be overwritten
+};
+
+/// The first two sources whose outputs would be the same file, however the paths are spelled.
+std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPlan& plan);
+
+/// The first output folder that files cannot be written to, as a sentence for the user.
+std::optional<QString> firstUnusableFolder(const ConversionPlan& plan);
+
+} // namespace quav

@@ -1,0 +1,98 @@
+#include "codecs/ConversionTask.h"
+
+#include "engine/QUAVTaskQueue.h"
+#include "engine/QUAVTaskResults.h"
+#include "engine/Util.h"
+#include "platform/PathNames.h"
+
+#include <QDebug>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <exception>
+
+namespace quav {
+
+ConversionTask::ConversionTask(const QString& fileName, const QString& outputPath,
+                               const Services& services, const QString& launchPath,
+                               const QStringList& arguments, OutputGuard::Existing existing,
+                               ComplaintReader complaintReader)
+    : QUAVAsyncNSTask(services.queue, launchPath, arguments), services_(services),
+      fileName_(fileName), outputPath_(outputPath),
+      existing_(existing), complaintReader_(complaintReader) {
+    setTitle(lastPathComponent(fileName));
+    setTextFieldString(title());
+    setTextFieldValue();
+    setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(fileName).size())));
+}
+
+void ConversionTask::startTask() {
+    guard_.emplace(outputPath_, fileName_, existing_);
+    try {
+        QUAVAsyncNSTask::startTask();
+    } catch (...) {
+        guard_->rollBack();
+        throw;
+    }
+}
+
+void ConversionTask::report(const QString& piece) {
+    const QStringList lines = appendToReport(piece).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString& line : lines) {
+        const ToolComplaint complaint = complaintReader_(line, lastPathComponent(fileName_));
+        if (complaint != ToolComplaint::None) {
+            complaints_ << line;
+        }
+        damaged_ |= complaint == ToolComplaint::Damage;
+    }
+}
+
+void ConversionTask::showStatus(const QString& status) {
+    setTopTextFieldString(status);
+    push(StatusLine);
+}
+
+void ConversionTask::cleanup() {
+    if (exitStatus() != 0) {
+        guard_->rollBack();
+        return;
+    }
+    for (const QString& complaint : complaints_) {
+        addWarning(complaint);
+    }
+    if (guard_->producedHere()) {
+        writeTags();
+    }
+    guard_->commit();
+    removeSource();
+}
+
+void ConversionTask::writeTags() {
+    bool written = false;
+    try {
+        written = copyTags();
+    } catch (const std::exception& exception) {
+        qWarning().noquote() << outputPath_ << exception.what();
+    }
+    if (!written) {
+        setError(true);
+        results()->appendResults(
+            QCoreApplication::translate("ConversionTask", "Error writing tags to file:\n%1")
+                    .arg(outputPath_) +
+                u'\n',
+            *this);
+    }
+}
+
+void ConversionTask::removeSource() {
+    if (!deleteOriginal_ || error() || cancelled() || isSameFile(fileName_, outputPath_)) {
+        return;
+    }
+    if (damaged_ || !QFileInfo(outputPath_).isFile()) {
+        addWarning(QCoreApplication::translate("ConversionTask", "the original was kept"));
+        return;
+    }
+    Util::deleteFile(fileName_, services_.settings, services_.desktop);
+}
+
+} // namespace quav

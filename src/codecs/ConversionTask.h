@@ -1,0 +1,61 @@
+#pragma once
+
+#include "app/Services.h"
+#include "codecs/ToolComplaint.h"
+#include "engine/OutputGuard.h"
+#include "engine/QUAVAsyncNSTask.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace quav {
+
+/// A tool turns one file into another. What all such tasks share: the output appears whole or not
+/// at all, the tags follow, what the tool complains of is kept although it succeeded, and the
+/// source is removed only when the user asked for it and nothing at all went wrong.
+class ConversionTask : public QUAVAsyncNSTask {
+public:
+    /// `existing` says what the command line does with an output that is there already.
+    ConversionTask(const QString& fileName, const QString& outputPath, const Services& services,
+                   const QString& launchPath, const QStringList& arguments,
+                   OutputGuard::Existing existing, ComplaintReader complaintReader);
+
+    const QString& fileName() const { return fileName_; }
+    const QString& outputPath() const { return outputPath_; }
+
+    bool deleteOriginal() const { return deleteOriginal_; }
+    void setDeleteOriginal(bool deleteOriginal) { deleteOriginal_ = deleteOriginal; }
+
+    void startTask() override;
+
+protected:
+    void cleanup() override;
+
+    /// Copies the source's tags into the output, on a worker thread. False when they could not be
+    /// written; what it throws counts as the same.
+    virtual bool copyTags() = 0;
+
+    /// Adds a piece to the report and keeps the complaints in the lines that it completed.
+    void report(const QString& piece);
+
+    /// Sets the status line and has it shown.
+    void showStatus(const QString& status);
+
+private:
+    void writeTags();
+    void removeSource();
+
+    Services services_;
+    QString fileName_;
+    QString outputPath_;
+    bool deleteOriginal_ = false;
+    OutputGuard::Existing existing_;
+    ComplaintReader complaintReader_;
+    std::optional<OutputGuard> guard_;
+    QStringList complaints_;
+    bool damaged_ = false;
+};
+
+} // namespace quav

@@ -1,0 +1,46 @@
+#include "codecs/DecodeFlacTask.h"
+
+#include "codecs/FlacOutput.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/PathNames.h"
+#include "tags/TagLibTagsHelper.h"
+
+namespace quav {
+
+DecodeFlacTask::DecodeFlacTask(const QString& fileName, const Services& services,
+                               const QString& launchPath, const QStringList& arguments)
+    : ConversionTask(fileName, arguments.last(), services, launchPath, arguments,
+                     OutputGuard::Existing::Keep, flacoutput::complaintIn) {}
+
+void DecodeFlacTask::processTaskOutput(const QString& text) {
+    if (const auto percentage = flacoutput::decodePercentage(text)) {
+        setTopTextFieldString(QCoreApplication::translate("DecodeFlacTask", "Decoding Flac: %1%")
+                                  .arg(*percentage, 0, 'f', 6));
+        setProgressIndicatorValue(*percentage);
+        push(StatusLine | Bar);
+    }
+    report(text);
+    setTextFieldString(title());
+    push(MainLine);
+}
+
+void DecodeFlacTask::cleanup() {
+    ConversionTask::cleanup();
+    if (!error()) {
+        results()->setHasResults(false);
+    }
+}
+
+bool DecodeFlacTask::copyTags() {
+    if (formatWord(fileName()) != u"FLAC") {
+        return true;
+    }
+    const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
+    showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
+    if (outputPath().endsWith(u".aiff")) {
+        return TagLibTagsHelper().writeTagsForAIFFFile(outputPath(), tags);
+    }
+    return TagLibTagsHelper().writeTagsForWAVEFile(outputPath(), tags);
+}
+
+} // namespace quav

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "codecs/ConversionTask.h"
+
+namespace quav {
+
+/// Decodes one FLAC file to WAV or AIFF with `flac` and takes its tags along. The output path is
+/// the last argument.
+class DecodeFlacTask : public ConversionTask {
+public:
+    DecodeFlacTask(const QString& fileName, const Services& services, const QString& launchPath,
+                   const QStringList& arguments);
+
+protected:
+    void processTaskOutput(const QString& text) override;
+    void cleanup() override;
+    bool copyTags() override;
+};
+
+} // namespace quav

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "codecs/ConversionTab.h"
+
+#include <memory>
+
+namespace quav {
+
+
+/// Turns compressed lossless files back into WAV or AIFF.
+class DecodeTab : public ConversionTab {
+    Q_OBJECT
+
+public:
+    explicit DecodeTab(const Services& services);
+
+    /// The format word of the outputs: "WAV" or "AIFF".
+    const QString& outputFormat() const { return outputFormat_; }
+    void setOutputFormat(const QString& word);
+
+    bool besideSources() const override;
+    void setBesideSources(bool beside) override;
+
+    bool decodeFlacThroughErrors() const { return decodeFlacThroughErrors_; }
+    void setDecodeFlacThroughErrors(bool on);
+    bool keepForeignMetadata() const { return keepForeignMetadata_; }
+    void setKeepForeignMetadata(bool on);
+
+    /// The options for FLAC files show from the first FLAC file until the list is cleared.
+    bool flacOptionsVisible() const { return flacOptionsVisible_; }
+
+    void clearFiles() override;
+
+    ConversionPlan plan(const QString& chosenFolder, Existing existing) const override;
+
+protected:
+    void filesAdded() override;
+    std::vector<std::shared_ptr<ConversionTask>> makeTasks(const ConversionPlan& plan) override;
+
+private:
+    void showFLacOptions(bool visible);
+    void planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const;
+
+    QString outputFormat_ = QStringLiteral("WAV");
+    bool decodeFlacThroughErrors_ = false;
+    bool keepForeignMetadata_ = false;
+    bool flacOptionsVisible_ = false;
+};
+
+} // namespace quav

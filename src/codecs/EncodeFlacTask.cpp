@@ -1,0 +1,62 @@
+#include "codecs/EncodeFlacTask.h"
+
+#include "codecs/FlacCommand.h"
+#include "codecs/FlacOutput.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/PathNames.h"
+#include "tags/TagLibTagsHelper.h"
+
+#include <optional>
+#include <utility>
+
+namespace quav {
+
+EncodeFlacTask::EncodeFlacTask(const QString& fileName, const Services& services,
+                               const QString& launchPath, const QStringList& arguments,
+                               std::shared_ptr<QUAVTaskResults> results)
+    : ConversionTask(fileName, arguments.last(), services, launchPath, arguments,
+                     overwritesOutput(arguments) ? OutputGuard::Existing::Overwrite
+                                                 : OutputGuard::Existing::Keep,
+                     flacoutput::complaintIn) {
+    setResults(std::move(results));
+}
+
+void EncodeFlacTask::processTaskOutput(const QString& text) {
+    const auto progress = flacoutput::encodeProgress(text);
+    // The display moves in steps of one percent.
+    if (!progress.percentText.isEmpty() && progress.percent >= lastPercentageDisplayed_ + 1) {
+        setTopTextFieldString(
+            QCoreApplication::translate("EncodeFlacTask", "Encoding to Flac: %1% %2")
+                .arg(progress.percentText, progress.detail));
+        setProgressIndicatorValue(progress.percent);
+        setTextFieldString(title());
+        push(StatusLine | MainLine | Bar);
+        lastPercentageDisplayed_ = progress.percent;
+    }
+    report(text);
+}
+
+bool EncodeFlacTask::copyTags() {
+    const QString word = formatWord(fileName());
+    std::optional<TagsObject> tags;
+    if (word == u"AIFF" || word == u"AIF") {
+        showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading AIFF Tags"));
+        tags = TagLibTagsHelper().tagsForAIFFFile(fileName());
+    } else if (word == u"WAV") {
+        showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading WAV Tags"));
+        tags = TagLibTagsHelper().tagsForWAVEFile(fileName());
+    }
+    if (!tags) {
+        return true;
+    }
+    showStatus(QCoreApplication::translate("EncodeFlacTask", "Writing Flac Tags"));
+    return TagLibTagsHelper().writeTagsForFLACFile(outputPath(), *tags, true);
+}
+
+void EncodeFlacTask::finalCleanup() {
+    if (!error()) {
+        results()->setHasResults(false);
+    }
+}
+
+} // namespace quav

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "codecs/ConversionTask.h"
+
+#include <memory>
+
+namespace quav {
+
+/// Encodes one file to FLAC with `flac` and takes the tags of WAV and AIFF files along. The output
+/// path is the last argument. The report is shared with the other files of the batch.
+class EncodeFlacTask : public ConversionTask {
+public:
+    EncodeFlacTask(const QString& fileName, const Services& services, const QString& launchPath,
+                   const QStringList& arguments, std::shared_ptr<QUAVTaskResults> results);
+
+protected:
+    void processTaskOutput(const QString& text) override;
+    bool copyTags() override;
+    void finalCleanup() override;
+
+private:
+    double lastPercentageDisplayed_ = 0;
+};
+
+} // namespace quav

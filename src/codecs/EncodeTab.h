@@ -1,0 +1,46 @@
+#pragma once
+
+#include "codecs/ConversionTab.h"
+
+#include <memory>
+
+namespace quav {
+
+/// Turns files into FLAC.
+class EncodeTab : public ConversionTab {
+    Q_OBJECT
+
+public:
+    explicit EncodeTab(const Services& services);
+
+    bool besideSources() const override;
+    void setBesideSources(bool beside) override;
+
+    /// The compression level, 0 to 8.
+    int flacLevel() const;
+    void setFlacLevel(int level);
+    bool flacVerify() const { return flacVerify_; }
+    void setFlacVerify(bool on);
+    bool flacLax() const { return flacLax_; }
+    void setFlacLax(bool on);
+    bool flacKeepForeignMetadata() const { return flacKeepForeignMetadata_; }
+    void setFlacKeepForeignMetadata(bool on);
+
+    /// Stores the options that the settings keep.
+    void displayRelevantOptions() override;
+
+    ConversionPlan plan(const QString& chosenFolder, Existing existing) const override;
+
+protected:
+    std::vector<std::shared_ptr<ConversionTask>> makeTasks(const ConversionPlan& plan) override;
+
+private:
+    void planFlac(const QString& source, const QString& folder, Existing existing,
+                  ConversionPlan& plan) const;
+
+    bool flacVerify_;
+    bool flacLax_ = false;
+    bool flacKeepForeignMetadata_;
+};
+
+} // namespace quav

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/ChildProcess.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace quav {
+
+class ToolsFolder;
+
+/// Runs one tool to its end on the calling thread and keeps everything that it printed. Whether it
+/// succeeded is to be read from the text.
+class NSTaskWrapperSync {
+public:
+    NSTaskWrapperSync(const ToolsFolder& tools, const QString& launchPath,
+                      const QStringList& arguments);
+
+    void appendToPATH(const QString& folder);
+    void setDirectory(const QString& path);
+
+    /// The output of both streams; the reason instead when the tool could not be started.
+    QString runTask();
+
+    const QString& output() const { return totalOutput_; }
+
+private:
+    ChildCommand command_;
+    QString totalOutput_;
+};
+
+} // namespace quav

@@ -1,0 +1,113 @@
+#include "engine/QUAVAsyncNSTask.h"
+
+#include "engine/QUAVTaskResults.h"
+#include "engine/ToolsFolder.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+#include <exception>
+
+namespace quav {
+
+QUAVAsyncNSTask::QUAVAsyncNSTask(TaskHost& queue, const QString& launchPath,
+                                 const QStringList& arguments)
+    : QUAVTask(queue), command_{launchPath, arguments, queue.toolsFolder().environment(), {}},
+      cleanupWork_(queue.mainThread()) {}
+
+QUAVAsyncNSTask::~QUAVAsyncNSTask() = default;
+
+void QUAVAsyncNSTask::appendToPATH(const QString& folder) {
+    const QString path = QStringLiteral("PATH");
+    command_.environment.insert(path, command_.environment.value(path) + u':' + folder);
+}
+
+void QUAVAsyncNSTask::setDirectory(const QString& path) {
+    command_.workingDirectory = path;
+}
+
+void QUAVAsyncNSTask::startTask() {
+    QUAVTask::startTask();
+    auto child = std::make_unique<ChildProcess>();
+    QObject::connect(child.get(), &ChildProcess::outputArrived, child.get(),
+                     [this](const QByteArray& bytes) { taskDataAvailable(bytes); });
+    QObject::connect(child.get(), &ChildProcess::ended, child.get(),
+                     [this](int status) { toolEnded(status); });
+    const auto started = child->start(command_);
+    if (!started) {
+        throw ToolLaunchError(QCoreApplication::translate("QUAVAsyncNSTask",
+                                                          "“%1” could not be started: %2")
+                                  .arg(command_.program, started.error())
+                                  .toStdString());
+    }
+    child_ = std::move(child);
+}
+
+void QUAVAsyncNSTask::taskDataAvailable(const QByteArray& bytes) {
+    for (const QString& piece : pieces_.feed(bytes)) {
+        processTaskOutput(piece);
+    }
+}
+
+void QUAVAsyncNSTask::toolEnded(int exitStatus) {
+    for (const QString& piece : pieces_.finish()) {
+        processTaskOutput(piece);
+    }
+    results()->appendResults(terminal_.finish(), *this);
+    exitStatus_ = exitStatus;
+    if (!cancelled() && exitStatus != 0) {
+        setError(true);
+    }
+    cleanupWork_.run(
+        [this] {
+            try {
+                cleanup();
+            } catch (const std::exception& exception) {
+                qWarning().noquote() << "Exception in cleanup:" << exception.what();
+                results()->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
+                setError(true);
+            }
+        },
+        [self = std::static_pointer_cast<QUAVAsyncNSTask>(shared_from_this())] {
+            self->finish();
+        });
+}
+
+void QUAVAsyncNSTask::stopTask() {
+    // A running tool finishes by itself; its end calls `finish`.
+    if (!wasLaunched()) {
+        finish();
+    }
+}
+
+void QUAVAsyncNSTask::finish() {
+    QUAVTask::stopTask();
+    finalCleanup();
+    reportCompletion();
+}
+
+void QUAVAsyncNSTask::processTaskOutput(const QString& text) {
+    appendToReport(text);
+}
+
+void QUAVAsyncNSTask::cleanup() {}
+
+void QUAVAsyncNSTask::finalCleanup() {}
+
+QString QUAVAsyncNSTask::appendToReport(const QString& piece) {
+    const QString lines = terminal_.feed(piece);
+    if (!lines.isEmpty()) {
+        results()->appendResults(lines, *this);
+    }
+    return lines;
+}
+
+QString QUAVAsyncNSTask::description() const {
+    QString line = QStringLiteral("\"%1\"\n ").arg(command_.program);
+    for (const QString& argument : command_.arguments) {
+        line += u'"' + argument + QStringLiteral("\"\n ");
+    }
+    return line;
+}
+
+} // namespace quav

@@ -1,0 +1,34 @@
+#include "engine/QUAVAsyncNSTaskFileOutputRedirection.h"
+
+#include "engine/QUAVTaskResults.h"
+
+#include <QSaveFile>
+
+namespace quav {
+
+QUAVAsyncNSTaskFileOutputRedirection::QUAVAsyncNSTaskFileOutputRedirection(
+    const QString& fileName, TaskHost& queue, const QString& launchPath,
+    const QStringList& arguments)
+    : QUAVAsyncNSTask(queue, launchPath, arguments), fileName_(fileName) {}
+
+void QUAVAsyncNSTaskFileOutputRedirection::startTask() {
+    setTextFieldString(title());
+    push(MainLine);
+    if (!subTitle_.isEmpty()) {
+        setTopTextFieldString(subTitle_);
+        push(StatusLine);
+    }
+    QUAVAsyncNSTask::startTask();
+}
+
+void QUAVAsyncNSTaskFileOutputRedirection::cleanup() {
+    // A report that cannot be written is no failure of the tool.
+    QSaveFile file(fileName_);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(results()->results().toUtf8());
+        file.commit();
+    }
+    results()->setHasResults(false);
+}
+
+} // namespace quav

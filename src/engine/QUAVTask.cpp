@@ -1,0 +1,219 @@
+#include "engine/QUAVTask.h"
+
+#include "engine/QUAVTaskResults.h"
+#include "platform/MainThread.h"
+
+#include <QDebug>
+
+#include <exception>
+#include <utility>
+
+namespace quav {
+
+namespace {
+
+QString rowText(const char* text) {
+    return QCoreApplication::translate("TaskRow", text);
+}
+
+} // namespace
+
+QUAVTask::QUAVTask(TaskHost& queue)
+    : queue_(queue), results_(std::make_shared<QUAVTaskResults>()) {
+    results_->addTaskInSet(*this);
+}
+
+QUAVTask::~QUAVTask() = default;
+
+void QUAVTask::startTask() {
+    queue_.mainThread().runAndWait([this] { doStartTaskOnMainThread(); });
+}
+
+void QUAVTask::doStartTaskOnMainThread() {
+    row_.mainLine = title_;
+    active_ = true;
+    done_ = false;
+    row_.cancelButtonVisible = true;
+    row_.barVisible = true;
+    startTime_ = std::chrono::steady_clock::now();
+    queue_.rowChanged(*this);
+}
+
+void QUAVTask::cancelTask() {
+    if (done_) {
+        return;
+    }
+    cancelled_ = true;
+    stopTask();
+}
+
+void QUAVTask::setStopped() {
+    active_ = false;
+    done_ = true;
+}
+
+void QUAVTask::stopTask() {
+    setStopped();
+    if (results_->memberStopped(*this)) {
+        const auto followUp = results_->taskAfterSetDone();
+        if (followUp && !followUp->isActive() && !followUp->isDone()) {
+            queue_.mainThread().post([&queue = queue_, followUp] {
+                try {
+                    queue.addTask(followUp);
+                } catch (const std::exception& exception) {
+                    qWarning().noquote() << "Exception in queue addTask:" << exception.what();
+                }
+            });
+        }
+    }
+    queue_.mainThread().post([self = shared_from_this()] { self->setGuiFields(); });
+}
+
+void QUAVTask::failToStart(const QString& reason) {
+    error_ = true;
+    results_->appendResults(reason + u'\n', *this);
+    QUAVTask::stopTask();
+    reportCompletion();
+}
+
+void QUAVTask::reportCompletion() {
+    if (std::exchange(completionReported_, true)) {
+        return;
+    }
+    queue_.mainThread().post([self = shared_from_this()] { self->queue_.taskCompleted(self); });
+}
+
+QString QUAVTask::description() const {
+    return title_;
+}
+
+void QUAVTask::setResults(std::shared_ptr<QUAVTaskResults> results) {
+    results_ = std::move(results);
+}
+
+QString QUAVTask::topTextFieldString() const {
+    const std::lock_guard lock(handOver_);
+    return topTextFieldString_;
+}
+
+void QUAVTask::setTopTextFieldString(const QString& text) {
+    const std::lock_guard lock(handOver_);
+    topTextFieldString_ = text;
+}
+
+QString QUAVTask::textFieldString() const {
+    const std::lock_guard lock(handOver_);
+    return textFieldString_;
+}
+
+void QUAVTask::setTextFieldString(const QString& text) {
+    const std::lock_guard lock(handOver_);
+    textFieldString_ = text;
+}
+
+double QUAVTask::progressIndicatorValue() const {
+    const std::lock_guard lock(handOver_);
+    return progressIndicatorValue_;
+}
+
+void QUAVTask::setProgressIndicatorValue(double percent) {
+    const std::lock_guard lock(handOver_);
+    progressIndicatorValue_ = percent;
+}
+
+QStringList QUAVTask::warnings() const {
+    const std::lock_guard lock(handOver_);
+    return warnings_;
+}
+
+void QUAVTask::addWarning(const QString& line) {
+    const std::lock_guard lock(handOver_);
+    warnings_ << line;
+}
+
+void QUAVTask::fillRow(unsigned parts) {
+    {
+        const std::lock_guard lock(handOver_);
+        if ((parts & StatusLine) != 0) {
+            row_.statusLine = topTextFieldString_;
+        }
+        if ((parts & MainLine) != 0) {
+            row_.mainLine = textFieldString_;
+        }
+        if ((parts & Bar) != 0) {
+            row_.barValue = progressIndicatorValue_;
+        }
+    }
+    queue_.rowChanged(*this);
+}
+
+void QUAVTask::updateStatus() {
+    fillRow(StatusLine | Bar);
+}
+
+void QUAVTask::setTopTextFieldValue() {
+    fillRow(StatusLine);
+}
+
+void QUAVTask::setTextFieldValue() {
+    fillRow(MainLine);
+}
+
+void QUAVTask::setProgressIndicatorValueInGui() {
+    fillRow(Bar);
+}
+
+void QUAVTask::setCombinedStatus() {
+    fillRow(StatusLine | MainLine | Bar);
+}
+
+void QUAVTask::push(unsigned parts) {
+    bool first = false;
+    {
+        const std::lock_guard lock(handOver_);
+        first = pushedParts_ == 0;
+        pushedParts_ |= parts;
+    }
+    if (first) {
+        queue_.mainThread().post([self = shared_from_this()] {
+            unsigned due = 0;
+            {
+                const std::lock_guard lock(self->handOver_);
+                due = std::exchange(self->pushedParts_, 0U);
+            }
+            self->fillRow(due);
+        });
+    }
+}
+
+void QUAVTask::startIndeterminateProgressBar() {
+    row_.barDeterminate = false;
+    row_.barAnimated = true;
+    queue_.rowChanged(*this);
+}
+
+void QUAVTask::showProgressInView() {
+    if (!done_) {
+        row_.barVisible = false;
+    }
+}
+
+void QUAVTask::setGuiFields() {
+    if (cancelled_) {
+        row_.mainLine = rowText("Canceled");
+        row_.mainLineColour = TaskRow::Colour::Red;
+    } else if (error_) {
+        qWarning().noquote() << description() << "Error";
+        row_.statusLine = rowText("Error");
+        row_.mainLineColour = TaskRow::Colour::Red;
+        row_.barAnimated = false;
+    } else {
+        row_.mainLineColour = TaskRow::Colour::DarkGreen;
+        row_.statusLine = rowText("Complete");
+        row_.barVisible = false;
+    }
+    row_.cancelButtonVisible = false;
+    queue_.rowChanged(*this);
+}
+
+} // namespace quav

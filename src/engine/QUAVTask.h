@@ -1,0 +1,133 @@
+#pragma once
+
+#include "engine/TaskHost.h"
+#include "engine/TaskRow.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+
+namespace quav {
+
+class QUAVTaskResults;
+
+/// One unit of work: a decode, an encode, a verification. It has a row in the list of tasks, which
+/// it keeps current, and a share in the report of its set.
+///
+/// A task belongs to the main thread. Its workers own nothing but the hand-over fields (the two
+/// texts, the value, the flags), which they set from wherever they run before they `push` them to
+/// the row. A subclass sets `error` before it stops, calls the base `stopTask` last, and then
+/// `reportCompletion`, once.
+class QUAVTask : public std::enable_shared_from_this<QUAVTask> {
+public:
+    /// The parts of the row that are filled from the hand-over fields.
+    enum RowPart : unsigned { StatusLine = 1, MainLine = 2, Bar = 4 };
+
+    explicit QUAVTask(TaskHost& queue);
+    virtual ~QUAVTask();
+    QUAVTask(const QUAVTask&) = delete;
+    QUAVTask& operator=(const QUAVTask&) = delete;
+
+    /// Starts the work; called by the queue. May throw when the work cannot be started.
+    virtual void startTask();
+
+    /// What the user's cancel button does: marks the task and stops it. No effect on a task that
+    /// is done.
+    void cancelTask();
+
+    /// Ends the task: tells its set, queues the set's follow-up when it was the last member, and
+    /// has the row painted for the last time.
+    virtual void stopTask();
+
+    /// Ends a task that could not be started, with the reason in its report.
+    void failToStart(const QString& reason);
+
+    bool isActive() const { return active_; }
+    bool isDone() const { return done_; }
+    bool cancelled() const { return cancelled_; }
+    bool error() const { return error_; }
+    void setError(bool error) { error_ = error; }
+
+    QString title() const { return title_; }
+    void setTitle(const QString& title) { title_ = title; }
+
+    /// How a log names the task.
+    virtual QString description() const;
+
+    TaskHost& queue() const { return queue_; }
+    const std::shared_ptr<QUAVTaskResults>& results() const { return results_; }
+    /// Replaces the task's own set by a shared one, before the task is queued. The task is entered
+    /// there by whoever shares it.
+    void setResults(std::shared_ptr<QUAVTaskResults> results);
+
+    QString topTextFieldString() const;
+    void setTopTextFieldString(const QString& text);
+    QString textFieldString() const;
+    void setTextFieldString(const QString& text);
+    double progressIndicatorValue() const;
+    void setProgressIndicatorValue(double percent);
+
+    /// The row as it stands. Main thread only, like all that follow down to `setGuiFields`.
+    const TaskRow& row() const { return row_; }
+    void updateStatus();
+    void setTopTextFieldValue();
+    void setTextFieldValue();
+    void setProgressIndicatorValueInGui();
+    void setCombinedStatus();
+    void startIndeterminateProgressBar();
+    /// The row has found its place in the list.
+    void showProgressInView();
+    /// Paints the final state.
+    void setGuiFields();
+
+    /// Has parts of the row filled from the hand-over fields soon. Any thread; pushes that have
+    /// not been carried out yet become one.
+    void push(unsigned parts);
+
+    std::chrono::steady_clock::time_point startTime() const { return startTime_; }
+
+    /// How much work this is against others of a batch, for the time left: bytes of input, say.
+    double weight() const { return weight_; }
+    void setWeight(double weight) { weight_ = weight; }
+
+    /// What the user should know although the task succeeded. Any thread.
+    QStringList warnings() const;
+    void addWarning(const QString& line);
+
+protected:
+    void doStartTaskOnMainThread();
+
+    /// Tells the queue, by way of the event loop, so that a task may end inside its own start.
+    void reportCompletion();
+
+    void setStopped();
+
+private:
+    void fillRow(unsigned parts);
+
+    TaskHost& queue_;
+    TaskRow row_;
+    std::atomic<bool> active_ = false;
+    std::atomic<bool> done_ = false;
+    std::shared_ptr<QUAVTaskResults> results_;
+    std::atomic<bool> cancelled_ = false;
+    std::atomic<bool> error_ = false;
+    QString title_;
+
+    mutable std::mutex handOver_;
+    QString topTextFieldString_;
+    QString textFieldString_;
+    double progressIndicatorValue_ = 0;
+    QStringList warnings_;
+    unsigned pushedParts_ = 0;
+
+    std::chrono::steady_clock::time_point startTime_;
+    double weight_ = 1;
+    bool completionReported_ = false;
+};
+
+} // namespace quav

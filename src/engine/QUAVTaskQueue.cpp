@@ -1,0 +1,265 @@
+#include "engine/QUAVTaskQueue.h"
+
+#include "engine/Notifications.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/DesktopServices.h"
+#include "platform/Settings.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+
+namespace quav {
+
+QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
+                             const ToolsFolder& tools, MainThread& mainThread,
+                             Notifications& notifications)
+    : desktop_(desktop), tools_(tools), mainThread_(mainThread),
+      maxThreads_(settings.integer(keys::maxThreads)) {
+    connect(&notifications, &Notifications::QUAVMaxThreadsChangedNotification, this,
+            &QUAVTaskQueue::maxThreadsChanged);
+}
+
+void QUAVTaskQueue::maxThreadsChanged(int maxThreads) {
+    const std::lock_guard lock(lock_);
+    maxThreads_ = maxThreads;
+}
+
+void QUAVTaskQueue::addTask(const std::shared_ptr<QUAVTask>& task) {
+    Q_EMIT panelShown();
+    std::exception_ptr failure;
+    try {
+        const std::lock_guard lock(lock_);
+        enter(task);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    Q_EMIT countsChanged();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
+    if (taskArray_.empty()) {
+        progress_.start(BatchProgress::Clock::now());
+        warnings_.clear();
+    }
+    progress_.add(task->weight());
+    taskArray_.push_back(task);
+    setTaskNumberInDock();
+    panelArray_.push_back(task);
+    task->showProgressInView();
+    rows_.append(task);
+    if (!noSleep_) {
+        preventSleep();
+    }
+    if (activeTask_ < maxThreads_) {
+        lowestActivePosition_ =
+            std::max(lowestActivePosition_, static_cast<int32_t>(panelArray_.size()) - 1);
+        startTask(task);
+    }
+}
+
+void QUAVTaskQueue::addTasks(const Tasks& tasks) {
+    for (const auto& task : tasks) {
+        try {
+            addTask(task);
+        } catch (const std::exception& exception) {
+            qWarning().noquote() << "Exception in queue addTask:" << exception.what();
+        }
+    }
+}
+
+void QUAVTaskQueue::startTask(const std::shared_ptr<QUAVTask>& task) {
+    // Counted before it starts, so that the completion of a task that fails to start finds the
+    // count as that of any other.
+    activeTask_ += 1;
+    try {
+        task->startTask();
+    } catch (const std::exception& exception) {
+        task->failToStart(QString::fromUtf8(exception.what()));
+        throw;
+    }
+}
+
+void QUAVTaskQueue::taskCompleted(const std::shared_ptr<QUAVTask>& task) {
+    try {
+        {
+            const std::lock_guard lock(lock_);
+            removeCompleted(task);
+            startWaitingTasks();
+        }
+        Q_EMIT scrolledToRow(lowestActivePosition_);
+        if (activeTask_ < 1 && nothingRuns()) {
+            tidyRows();
+        }
+        showResults(*task);
+    } catch (const std::exception& exception) {
+        qWarning().noquote() << "Exception in queue taskCompleted:" << exception.what();
+    }
+    Q_EMIT taskFinished(task);
+    if (taskArray_.empty()) {
+        activeTask_ = 0;
+        lowestActivePosition_ = 0;
+        allowSleep();
+        Q_EMIT becameIdle();
+    }
+    Q_EMIT countsChanged();
+}
+
+void QUAVTaskQueue::removeCompleted(const std::shared_ptr<QUAVTask>& task) {
+    // A task that was cancelled while it waited was never counted, and is subtracted all the same:
+    // cancelling waiting tasks makes room for others.
+    if (task->isDone()) {
+        activeTask_ -= 1;
+    }
+    const auto found = std::find(taskArray_.begin(), taskArray_.end(), task);
+    if (found != taskArray_.end()) {
+        taskArray_.erase(found);
+        noteEnd(*task);
+    }
+    setTaskNumberInDock();
+}
+
+void QUAVTaskQueue::startWaitingTasks() {
+    for (size_t i = 0; i < taskArray_.size() && activeTask_ < maxThreads_; ++i) {
+        const auto& waiting = taskArray_[i];
+        if (!waiting->isActive() && !waiting->isDone()) {
+            lowestActivePosition_ = std::max(lowestActivePosition_, rowInPanel(*waiting));
+            startTask(waiting);
+        }
+    }
+}
+
+void QUAVTaskQueue::noteEnd(const QUAVTask& task) {
+    progress_.finish(task.weight());
+    for (const QString& warning : task.warnings()) {
+        warnings_ << QStringLiteral("%1: %2").arg(task.title(), warning);
+    }
+}
+
+bool QUAVTaskQueue::nothingRuns() const {
+    // The counter alone does not tell after waiting tasks were cancelled. A task that is done but
+    // has not told so yet still runs: cancelling hundreds at once is one end and not hundreds.
+    return std::none_of(taskArray_.begin(), taskArray_.end(),
+                        [](const auto& task) { return task->isActive() || task->isDone(); });
+}
+
+int QUAVTaskQueue::rowInPanel(const QUAVTask& task) const {
+    const auto found = std::find_if(panelArray_.begin(), panelArray_.end(),
+                                    [&](const auto& listed) { return listed.get() == &task; });
+    return static_cast<int>(std::distance(panelArray_.begin(), found));
+}
+
+void QUAVTaskQueue::tidyRows() {
+    std::erase_if(panelArray_, [](const auto& task) { return !task->error(); });
+    // The last failure stands in the top row.
+    rows_.replace(Tasks(panelArray_.rbegin(), panelArray_.rend()));
+    if (!panelArray_.empty()) {
+        return;
+    }
+    Q_EMIT panelClosed();
+    setTaskNumberInDock();
+    if (!desktop_.notify(tr("Quav task(s) completed"))) {
+        desktop_.requestAttention();
+    }
+}
+
+void QUAVTaskQueue::showResults(const QUAVTask& task) {
+    const auto& results = task.results();
+    if (results && results->taskSetDone() && results->hasResults()) {
+        showOutputWindow(results->results(), task.title());
+    }
+}
+
+void QUAVTaskQueue::showOutputWindow(const QString& text, const QString& title) {
+    Q_EMIT outputWindowRequested(text, title.isEmpty() ? tr("Output") : title);
+}
+
+void QUAVTaskQueue::removeAllErrors() {
+    std::erase_if(panelArray_, [](const auto& task) { return task->error(); });
+    rows_.replace(panelArray_);
+    if (taskArray_.empty()) {
+        Q_EMIT panelClosed();
+    }
+    setTaskNumberInDock();
+}
+
+int QUAVTaskQueue::taskCount() const {
+    const std::lock_guard lock(lock_);
+    return static_cast<int>(taskArray_.size());
+}
+
+int QUAVTaskQueue::runningCount() const {
+    const std::lock_guard lock(lock_);
+    return static_cast<int>(std::count_if(taskArray_.begin(), taskArray_.end(),
+                                          [](const auto& task) { return task->isActive(); }));
+}
+
+void QUAVTaskQueue::cancelAllTasks() {
+    const Tasks tasks = taskArray_;
+    std::for_each(tasks.rbegin(), tasks.rend(), [](const auto& task) { task->cancelTask(); });
+}
+
+void QUAVTaskQueue::killAllTasks() {
+    cancelAllTasks();
+    Q_EMIT countsChanged();
+}
+
+void QUAVTaskQueue::setTaskNumberInDock() {
+    desktop_.setBadge(taskArray_.empty() ? std::nullopt
+                                         : std::optional<int>(static_cast<int>(taskArray_.size())));
+}
+
+void QUAVTaskQueue::preventSleep() {
+    if (sleepAnswerPending_) {
+        return;
+    }
+    sleepAnswerPending_ = true;
+    desktop_.preventSleep(QStringLiteral("Quav task running"), [this](std::optional<uint32_t> id) {
+        sleepAnswerPending_ = false;
+        noSleep_ = id.has_value() && !taskArray_.empty();
+        assertionID_ = id;
+        // Given back at once, on purpose: the request alone counts as a sign of use, and
+        // `noSleep` keeps it from being repeated before the queue was empty.
+        if (id) {
+            desktop_.allowSleep(*id);
+        }
+    });
+}
+
+void QUAVTaskQueue::allowSleep() {
+    if (assertionID_) {
+        desktop_.allowSleep(*assertionID_);
+        assertionID_.reset();
+    }
+    noSleep_ = false;
+}
+
+void QUAVTaskQueue::rowChanged(const QUAVTask& task) {
+    rows_.markChanged(task);
+}
+
+double QUAVTaskQueue::runningWeight() const {
+    const std::lock_guard lock(lock_);
+    double weight = 0;
+    for (const auto& task : taskArray_) {
+        if (task->isActive()) {
+            weight += task->weight() * task->progressIndicatorValue() / 100;
+        }
+    }
+    return weight;
+}
+
+double QUAVTaskQueue::share() const {
+    return progress_.share(runningWeight());
+}
+
+std::optional<std::chrono::seconds> QUAVTaskQueue::timeLeft() const {
+    return progress_.timeLeft(runningWeight(), BatchProgress::Clock::now());
+}
+
+} // namespace quav

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "engine/BatchProgress.h"
+#include "engine/QUAVTask.h"
+#include "engine/TaskHost.h"
+#include "engine/TaskRowsModel.h"
+
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace quav {
+
+class DesktopServices;
+class Notifications;
+class Settings;
+
+/// The one queue. Starts tasks in the order in which they were added, never more than `maxThreads`
+/// at a time, keeps their rows, and says when a report is to be shown or everything is finished.
+/// It knows no window: it emits signals and whoever has one obeys.
+class QUAVTaskQueue : public QObject, public TaskHost {
+    Q_OBJECT
+
+public:
+    QUAVTaskQueue(const Settings& settings, DesktopServices& desktop, const ToolsFolder& tools,
+                  MainThread& mainThread, Notifications& notifications);
+
+    void addTask(const std::shared_ptr<QUAVTask>& task) override;
+
+    /// Adds the tasks one after the other. One that cannot be started does not keep the others
+    /// back: it has been ended as failed.
+    void addTasks(const std::vector<std::shared_ptr<QUAVTask>>& tasks);
+
+    void taskCompleted(const std::shared_ptr<QUAVTask>& task) override;
+
+    /// A higher limit takes effect when the next task is added or completed; a lower one stops
+    /// nothing that runs.
+    void maxThreadsChanged(int maxThreads);
+
+    /// Waiting and running tasks.
+    int taskCount() const;
+    int runningCount() const;
+
+    /// Cancels every task, from the last to the first: at the end of the program.
+    void killAllTasks();
+    /// The same as the user's wish.
+    void cancelAllTasks();
+
+    /// Removes the rows of failed tasks.
+    void removeAllErrors();
+
+    void preventSleep();
+    void allowSleep();
+
+    TaskRowsModel& rows() { return rows_; }
+
+    /// How far everything queued is, 0 to 1, and how long it will yet take.
+    double share() const;
+    std::optional<std::chrono::seconds> timeLeft() const;
+
+    /// What tasks that succeeded had to say, title and line, since the queue was last idle.
+    const QStringList& warnings() const { return warnings_; }
+
+    void rowChanged(const QUAVTask& task) override;
+    MainThread& mainThread() override { return mainThread_; }
+    const ToolsFolder& toolsFolder() const override { return tools_; }
+
+Q_SIGNALS:
+    /// The status panel is to be brought to the front.
+    void panelShown();
+    void panelClosed();
+    void scrolledToRow(int row);
+    /// A report is to be shown in a window of its own.
+    void outputWindowRequested(const QString& text, const QString& title);
+    /// A task was added, started or completed.
+    void countsChanged();
+    void taskFinished(const std::shared_ptr<quav::QUAVTask>& task);
+    /// Nothing waits and nothing runs.
+    void becameIdle();
+
+private:
+    using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
+
+    void enter(const std::shared_ptr<QUAVTask>& task);
+    void startTask(const std::shared_ptr<QUAVTask>& task);
+    void startWaitingTasks();
+    void removeCompleted(const std::shared_ptr<QUAVTask>& task);
+    void tidyRows();
+    void showResults(const QUAVTask& task);
+    void showOutputWindow(const QString& text, const QString& title);
+    void setTaskNumberInDock();
+    void noteEnd(const QUAVTask& task);
+    double runningWeight() const;
+    bool nothingRuns() const;
+    int rowInPanel(const QUAVTask& task) const;
+
+    DesktopServices& desktop_;
+    const ToolsFolder& tools_;
+    MainThread& mainThread_;
+
+    mutable std::mutex lock_;
+    Tasks taskArray_;
+    Tasks panelArray_;
+    int32_t activeTask_ = 0;
+    int32_t maxThreads_;
+    int32_t lowestActivePosition_ = 0;
+
+    std::optional<uint32_t> assertionID_;
+    bool noSleep_ = false;
+    bool sleepAnswerPending_ = false;
+
+    TaskRowsModel rows_;
+    BatchProgress progress_;
+    QStringList warnings_;
+};
+
+} // namespace quav

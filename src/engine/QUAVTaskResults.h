@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace quav {
+
+class QUAVTask;
+
+/// The report of a set of tasks that belong together: one text a member, in the order of
+/// registration, whatever the order in which the members ran. It also knows when the whole set is
+/// done and which task is to follow it. Members are registered before any of them starts;
+/// everything may be called from any thread.
+class QUAVTaskResults {
+public:
+    void addTaskInSet(const QUAVTask& task);
+    std::vector<const QUAVTask*> tasksInSet() const;
+
+    /// Notes that a member has stopped; true when with it all members have.
+    bool memberStopped(const QUAVTask& task);
+
+    bool taskSetDone() const;
+
+    /// The task that is to be queued when the set is done, whether its members succeeded or not.
+    void setTaskAfterSetDone(std::shared_ptr<QUAVTask> task);
+    std::shared_ptr<QUAVTask> taskAfterSetDone() const;
+
+    /// Whether the text is worth showing when the set is done; it is unless somebody says no.
+    bool hasResults() const;
+    void setHasResults(bool hasResults);
+
+    /// Adds to the text of the first member, which speaks for the whole set.
+    void appendResults(const QString& text);
+
+    /// Adds to the text of one member; a task that is no member adds nothing.
+    void appendResults(const QString& text, const QUAVTask& task);
+
+    /// Replaces the text of the first member and makes the set worth showing.
+    void setResults(const QString& text);
+
+    /// Replaces the text of one member and makes the set worth showing.
+    void setResults(const QString& text, const QUAVTask& task);
+
+    /// The texts of all members, each followed by one line break.
+    QString results() const;
+
+    /// The text of one member alone.
+    QString resultsOf(const QUAVTask& task) const;
+
+private:
+    struct Member {
+        const QUAVTask* task;
+        QString text;
+        bool stopped = false;
+    };
+
+    Member* find(const QUAVTask& task);
+
+    mutable std::mutex resultsLock_;
+    std::vector<Member> members_;
+    std::shared_ptr<QUAVTask> taskAfterSetDone_;
+    bool taskSetDone_ = false;
+    bool hasResults_ = true;
+};
+
+} // namespace quav

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+namespace quav {
+
+class MainThread;
+class QUAVTask;
+class ToolsFolder;
+
+/// What a task knows of the queue that runs it.
+class TaskHost {
+public:
+    TaskHost() = default;
+    virtual ~TaskHost() = default;
+    TaskHost(const TaskHost&) = delete;
+    TaskHost& operator=(const TaskHost&) = delete;
+
+    /// Queues a task. Main thread only. What the task throws while being started goes on to the
+    /// caller, after the task has been ended as failed.
+    virtual void addTask(const std::shared_ptr<QUAVTask>& task) = 0;
+
+    /// Told once by every task when it has stopped, on the main thread.
+    virtual void taskCompleted(const std::shared_ptr<QUAVTask>& task) = 0;
+
+    /// The row of a task has new values. Main thread only.
+    virtual void rowChanged(const QUAVTask& task) = 0;
+
+    virtual MainThread& mainThread() = 0;
+    virtual const ToolsFolder& toolsFolder() const = 0;
+};
+
+} // namespace quav

@@ -1,0 +1,77 @@
+#include "engine/ToolPieces.h"
+
+#include <QUtf8StringView>
+
+#include <utility>
+
+namespace quav {
+
+QStringList ToolPieces::feed(const QByteArray& bytes) {
+    QStringList pieces;
+    for (const char byte : bytes) {
+        take(byte, pieces);
+    }
+    return pieces;
+}
+
+void ToolPieces::take(char byte, QStringList& pieces) {
+    if (std::exchange(carriageReturn_, false) && byte != '\n') {
+        handOut(pieces);
+        piece_ += '\r';
+    }
+    switch (byte) {
+    case '\r':
+        carriageReturn_ = true;
+        return;
+    case '\b':
+        if (!piece_.isEmpty() && piece_.back() != '\b') {
+            handOut(pieces);
+        }
+        break;
+    default:
+        break;
+    }
+    piece_ += byte;
+    if (byte == '\n') {
+        handOut(pieces);
+    }
+}
+
+void ToolPieces::handOut(QStringList& pieces) {
+    if (!piece_.isEmpty() && QUtf8StringView(piece_).isValidUtf8()) {
+        pieces << QString::fromUtf8(piece_);
+    }
+    piece_.clear();
+}
+
+QStringList ToolPieces::finish() {
+    QStringList pieces;
+    carriageReturn_ = false;
+    handOut(pieces);
+    return pieces;
+}
+
+QString TerminalText::feed(const QString& piece) {
+    QString completed;
+    for (const QChar character : piece) {
+        if (character == u'\b') {
+            line_.chop(1);
+        } else if (character == u'\r') {
+            line_.clear();
+        } else if (character == u'\n') {
+            completed += finish() + u'\n';
+        } else {
+            line_ += character;
+        }
+    }
+    return completed;
+}
+
+QString TerminalText::finish() {
+    while (line_.endsWith(u' ')) {
+        line_.chop(1);
+    }
+    return std::exchange(line_, {});
+}
+
+} // namespace quav

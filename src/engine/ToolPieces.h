@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace quav {
+
+/// Cuts what a tool prints into its logical pieces: one a completed line (with its line feed), one
+/// an update in place. A run of backspaces or a carriage return begins the next update. A piece is
+/// handed out when the next one begins, so no piece depends on where the pipe was cut. Pieces that
+/// are not UTF-8 are left out.
+class ToolPieces {
+public:
+    /// The pieces that are complete with these bytes.
+    QStringList feed(const QByteArray& bytes);
+
+    /// The last piece, when no more bytes come; none when there is nothing left.
+    QStringList finish();
+
+private:
+    void take(char byte, QStringList& pieces);
+    void handOut(QStringList& pieces);
+
+    QByteArray piece_;
+    bool carriageReturn_ = false; ///< seen but not yet known to be half of a line end
+};
+
+/// The lines as a terminal shows them: a backspace takes back one character, a carriage return the
+/// whole line.
+class TerminalText {
+public:
+    /// Takes the next piece; gives the lines that it completed, each with its line feed and without
+    /// the blanks that only covered an older text.
+    QString feed(const QString& piece);
+
+    /// The line that was not completed, or nothing.
+    QString finish();
+
+private:
+    QString line_;
+};
+
+} // namespace quav

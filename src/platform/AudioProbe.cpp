@@ -1,0 +1,67 @@
+#include "platform/AudioProbe.h"
+
+extern "C" {
+#include <libavformat/avformat.h>
+}
+
+#include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
+
+#include <memory>
+#include <string_view>
+
+namespace quav {
+
+namespace {
+
+constexpr qint64 probedBytes = 8192;
+
+struct CloseInput {
+    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
+};
+using FormatContext = std::unique_ptr<AVFormatContext, CloseInput>;
+
+FormatContext openInput(const QString& path) {
+    AVFormatContext* context = nullptr;
+    // The protocol is named so that a colon in a file name is not taken for one.
+    const QByteArray url = "file:" + QFile::encodeName(path);
+    if (avformat_open_input(&context, url.constData(), nullptr, nullptr) < 0) {
+        return nullptr;
+    }
+    return FormatContext(context);
+}
+
+} // namespace
+
+bool isAiffOrWav(const QString& path) {
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    QByteArray head = file.read(probedBytes);
+    const auto length = static_cast<int>(head.size());
+    head.append(AVPROBE_PADDING_SIZE, '\0'); // the prober reads a little past the end
+    const AVProbeData data{"", reinterpret_cast<unsigned char*>(head.data()), length, nullptr};
+    const AVInputFormat* format = av_probe_input_format(&data, 1);
+    return format && (format->name == std::string_view("wav") ||
+                      format->name == std::string_view("aiff"));
+}
+
+bool isAppleLossless(const QString& path) {
+    if (!QFileInfo(path).isFile()) {
+        return false;
+    }
+    const FormatContext context = openInput(path);
+    if (!context) {
+        return false;
+    }
+    for (unsigned i = 0; i < context->nb_streams; ++i) {
+        if (context->streams[i]->codecpar->codec_id == AV_CODEC_ID_ALAC) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace quav

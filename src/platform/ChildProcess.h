@@ -1,0 +1,62 @@
+#pragma once
+
+#include <tl/expected.hpp>
+
+#include <QByteArray>
+#include <QObject>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QProcess;
+
+namespace quav {
+
+/// How a child process is to be started. There is no shell: the arguments reach the program as
+/// they stand here.
+struct ChildCommand {
+    QString program;       ///< full path of the executable
+    QStringList arguments; ///< in order, without the program's name
+    QProcessEnvironment environment;
+    QString workingDirectory; ///< empty: inherited
+};
+
+/// One child process whose standard output and standard error share one pipe and whose standard
+/// input is the null device. It leads a process group of its own, so that Ctrl-C on a terminal
+/// reaches us and not the tools: whether they stop is our decision.
+class ChildProcess : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ChildProcess(QObject* parent = nullptr);
+    /// Kills the child if it still runs.
+    ~ChildProcess() override;
+
+    /// Starts the child; the error says in the system's words why it could not be started.
+    tl::expected<void, QString> start(const ChildCommand& command);
+
+    bool isRunning() const;
+
+    /// Asks the child to end (SIGTERM).
+    void terminate();
+
+Q_SIGNALS:
+    /// The next bytes from the pipe, in order, cut wherever the system cut them.
+    void outputArrived(const QByteArray& bytes);
+
+    /// The child has exited and everything that it wrote has been delivered. The status is the
+    /// exit status, or 128 plus the signal's number for a child that a signal ended. A grandchild
+    /// that still holds the pipe does not keep this back.
+    void ended(int exitStatus);
+
+private:
+    std::unique_ptr<QProcess> process_;
+};
+
+/// Runs a command to its end on the calling thread, which may be any thread, and returns all that
+/// it printed on either stream; the error says why it could not be started.
+tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command);
+
+} // namespace quav

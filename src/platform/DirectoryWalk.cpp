@@ -1,0 +1,82 @@
+#include "platform/DirectoryWalk.h"
+
+#include <QFile>
+#include <QUtf8StringView>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace quav {
+
+namespace {
+
+using Identity = std::pair<dev_t, ino_t>;
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+
+class Walker {
+public:
+    void walk(const QByteArray& folder) {
+        struct stat info {};
+        const std::unique_ptr<DIR, CloseDirectory> directory(opendir(folder.constData()));
+        if (!directory || fstat(dirfd(directory.get()), &info) != 0) {
+            contents.unreadable << QFile::decodeName(folder);
+            return;
+        }
+        const Identity identity{info.st_dev, info.st_ino};
+        if (std::find(way_.begin(), way_.end(), identity) != way_.end()) {
+            return;
+        }
+        way_.push_back(identity);
+        while (const dirent* entry = readdir(directory.get())) {
+            visit(folder, *entry);
+        }
+        way_.pop_back();
+    }
+
+    DirectoryContents contents;
+
+private:
+    void visit(const QByteArray& folder, const dirent& entry) {
+        const std::string_view name(entry.d_name);
+        if (name == "." || name == "..") {
+            return;
+        }
+        const QByteArray path = (folder.endsWith('/') ? folder : folder + '/') + entry.d_name;
+        if (!QUtf8StringView(entry.d_name).isValidUtf8()) {
+            contents.undecodable << QString::fromUtf8(path);
+        } else if (isFolder(path, entry)) {
+            walk(path);
+        } else {
+            contents.files << QString::fromUtf8(path);
+        }
+    }
+
+    static bool isFolder(const QByteArray& path, const dirent& entry) {
+        if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
+            return entry.d_type == DT_DIR;
+        }
+        struct stat info {};
+        return stat(path.constData(), &info) == 0 && S_ISDIR(info.st_mode);
+    }
+
+    std::vector<Identity> way_;
+};
+
+} // namespace
+
+DirectoryContents walkDirectory(const QString& folder) {
+    Walker walker;
+    walker.walk(QFile::encodeName(folder));
+    return std::move(walker.contents);
+}
+
+} // namespace quav

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace quav {
+
+/// The way from any thread to the main one: closures posted here run on the thread that created
+/// the object, in the order of posting, when its event loop next turns. What is still waiting when
+/// the object goes is dropped.
+class MainThread : public QObject {
+    Q_OBJECT
+
+public:
+    explicit MainThread(QObject* parent = nullptr);
+
+    /// True when the caller is on the main thread.
+    bool isCurrent() const;
+
+    /// Hands a closure over; may be called from any thread.
+    void post(std::function<void()> work);
+
+    /// Runs a closure on the main thread and returns when it has run: directly if the caller is
+    /// there already.
+    void runAndWait(const std::function<void()>& work);
+
+private:
+    void runPosted();
+
+    // Our own lock and not only the event queue's: the hand-over must be visible to tools that
+    // check threads without knowing Qt's inside.
+    std::mutex mutex_;
+    std::vector<std::function<void()>> posted_;
+};
+
+} // namespace quav

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+namespace quav {
+
+/// The order in which a file browser lists names: the user's language, no difference between
+/// capitals and small letters unless nothing else differs, runs of digits compared as numbers.
+class NaturalOrder {
+public:
+    NaturalOrder();
+    ~NaturalOrder();
+
+    /// A key that sorts byte by byte as the text sorts. Equal only for equal texts, so that the
+    /// order is total ("Track 2" and "Track 02" would otherwise tie).
+    QByteArray sortKey(const QString& text) const;
+
+private:
+    struct Collator;
+    std::unique_ptr<Collator> collator_;
+};
+
+} // namespace quav

@@ -1,0 +1,13 @@
+#include "platform/Version.h"
+
+namespace quav {
+
+QString shortVersion() {
+    return QStringLiteral(QUAV_VERSION);
+}
+
+QString buildNumber() {
+    return QStringLiteral(QUAV_BUILD_NUMBER);
+}
+
+} // namespace quav

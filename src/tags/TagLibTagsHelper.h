@@ -1,0 +1,36 @@
+#pragma once
+
+#include "tags/TagsObject.h"
+
+namespace quav {
+
+/// Reads and writes the tags of audio files, one pair of operations per container.
+///
+/// A reader returns a record whose texts are all present, empty where the file says nothing; so
+/// does a file that is missing or is not of the kind. A writer writes the fields that are present
+/// and not empty and leaves the others alone. It returns false when the file is missing, read-only
+/// or could not be saved, and throws TagError when it is not a file of its kind.
+///
+/// The operations keep no state, so any thread may call them, on different files at the same time.
+class TagLibTagsHelper {
+public:
+    /// Makes UTF-8 the encoding of new ID3v2 frames. This is a setting of the whole process: the
+    /// program's start calls it once, before any thread uses tags.
+    static void initialise();
+
+    TagsObject tagsForFlacFile(const QString& path) const;
+    TagsObject tagsForAIFFFile(const QString& path) const;
+    TagsObject tagsForWAVEFile(const QString& path) const;
+
+    /// With `writeEmptyTags` the file's old fields (all but ENCODER) and pictures are removed
+    /// first, so that the record replaces them all.
+    bool writeTagsForFLACFile(const QString& path, const TagsObject& tags,
+                              bool writeEmptyTags) const;
+    bool writeTagsForAIFFFile(const QString& path, const TagsObject& tags) const;
+    bool writeTagsForWAVEFile(const QString& path, const TagsObject& tags) const;
+
+    /// Sets the fourteen texts to "" and removes the picture.
+    static void setBlankTags(TagsObject& tags);
+};
+
+} // namespace quav

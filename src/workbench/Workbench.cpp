@@ -1,0 +1,19 @@
+#include "workbench/Workbench.h"
+
+#include "tags/TagLibTagsHelper.h"
+
+#include <utility>
+
+namespace quav {
+
+Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& desktop,
+                     ToolsFolder tools)
+    : tools_(std::move(tools)), queue_(settings, desktop, tools_, mainThread_, notifications_),
+      services_{settings, prompts, desktop, tools_, queue_}, decodeTab_(services_),
+      encodeTab_(services_), controller_(services_) {
+    TagLibTagsHelper::initialise();
+    controller_.addTab(decodeTab_);
+    controller_.addTab(encodeTab_);
+}
+
+} // namespace quav

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/QUAVController.h"
+#include "app/Services.h"
+#include "codecs/DecodeTab.h"
+#include "codecs/EncodeTab.h"
+#include "engine/Notifications.h"
+#include "engine/QUAVTaskQueue.h"
+#include "engine/ToolsFolder.h"
+#include "platform/MainThread.h"
+
+namespace quav {
+
+/// The whole program but its face: builds every part and knows all of them. The window and the
+/// command line each make one, with their own way of asking the user.
+class Workbench {
+public:
+    Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& desktop,
+              ToolsFolder tools);
+
+    QUAVController& controller() { return controller_; }
+    QUAVTaskQueue& queue() { return queue_; }
+    Notifications& notifications() { return notifications_; }
+    const ToolsFolder& tools() const { return tools_; }
+    DecodeTab& decodeTab() { return decodeTab_; }
+    EncodeTab& encodeTab() { return encodeTab_; }
+
+private:
+    ToolsFolder tools_;
+    MainThread mainThread_;
+    Notifications notifications_;
+    QUAVTaskQueue queue_;
+    Services services_;
+    DecodeTab decodeTab_;
+    EncodeTab encodeTab_;
+    QUAVController controller_;
+};
+
+} // namespace quav

@@ -1,0 +1,384 @@
+#include "engine/BackgroundTask.h"
+#include "engine/QUAVTask.h"
+#include "engine/QUAVTaskResults.h"
+#include "support/Rig.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+#include <memory>
+#include <numeric>
+#include <stdexcept>
+#include <vector>
+
+using namespace quav;
+using quav::test::Rig;
+
+namespace {
+
+/// Runs until the test ends it.
+class HeldTask : public QUAVTask {
+public:
+    explicit HeldTask(TaskHost& queue, const QString& name = {}) : QUAVTask(queue) {
+        setTitle(name);
+    }
+
+    void stopTask() override {
+        QUAVTask::stopTask();
+        reportCompletion();
+    }
+
+    void fail() {
+        setError(true);
+        stopTask();
+    }
+};
+
+/// Has nothing to do and ends within its own start.
+class EmptyTask : public HeldTask {
+public:
+    using HeldTask::HeldTask;
+
+    void startTask() override {
+        HeldTask::startTask();
+        stopTask();
+    }
+};
+
+class UnstartableTask : public HeldTask {
+public:
+    using HeldTask::HeldTask;
+
+    void startTask() override { throw std::runtime_error("“missing-tool” could not be started"); }
+};
+
+using Held = std::vector<std::shared_ptr<HeldTask>>;
+
+Held heldTasks(Rig& rig, int count) {
+    Held tasks;
+    for (int i = 0; i < count; ++i) {
+        tasks.push_back(std::make_shared<HeldTask>(rig.queue, QString::number(i)));
+    }
+    return tasks;
+}
+
+void add(Rig& rig, const Held& tasks) {
+    rig.queue.addTasks({tasks.begin(), tasks.end()});
+}
+
+/// The numbers of the tasks that run, as text.
+QString running(const Held& tasks) {
+    QString names;
+    for (const auto& task : tasks) {
+        names += task->isActive() ? task->title() : QString();
+    }
+    return names;
+}
+
+void complete(Rig& rig, const std::shared_ptr<HeldTask>& task) {
+    QSignalSpy finished(&rig.queue, &QUAVTaskQueue::taskFinished);
+    task->stopTask();
+    QTRY_COMPARE(finished.count(), 1);
+}
+
+QStringList shownRows(Rig& rig) {
+    QStringList rows;
+    for (int row = 0; row < rig.queue.rows().rowCount(); ++row) {
+        rows << rig.queue.rows().taskAt(row)->title();
+    }
+    return rows;
+}
+
+} // namespace
+
+class TaskQueueTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsInTheOrderOfAddingUpToTheLimit() {
+        Rig rig(2);
+        const Held tasks = heldTasks(rig, 5);
+        add(rig, tasks);
+        QCOMPARE(running(tasks), u"01");
+        QCOMPARE(rig.desktop.badge, 5);
+        complete(rig, tasks[1]);
+        QCOMPARE(running(tasks), u"02");
+        complete(rig, tasks[0]);
+        QCOMPARE(running(tasks), u"23");
+        QCOMPARE(rig.queue.taskCount(), 3);
+    }
+
+    void aNewLimitCountsFromTheNextCompletion_data() {
+        QTest::addColumn<int>("before");
+        QTest::addColumn<int>("after");
+        QTest::addColumn<QString>("runningAtOnce");
+        QTest::addColumn<QString>("runningThen");
+        QTest::newRow("raised") << 1 << 4 << "0" << "1234";
+        QTest::newRow("lowered") << 3 << 1 << "012" << "12";
+    }
+    void aNewLimitCountsFromTheNextCompletion() {
+        QFETCH(int, before);
+        QFETCH(int, after);
+        QFETCH(QString, runningAtOnce);
+        QFETCH(QString, runningThen);
+        Rig rig(before);
+        const Held tasks = heldTasks(rig, 6);
+        add(rig, tasks);
+        Q_EMIT rig.notifications.QUAVMaxThreadsChangedNotification(after);
+        QCOMPARE(running(tasks), runningAtOnce);
+        complete(rig, tasks[0]);
+        QCOMPARE(running(tasks), runningThen);
+    }
+
+    void cancellingWaitingTasksMakesRoomForOneMoreEach() {
+        Rig rig(2);
+        const Held tasks = heldTasks(rig, 6);
+        add(rig, tasks);
+        QSignalSpy finished(&rig.queue, &QUAVTaskQueue::taskFinished);
+        tasks[3]->cancelTask();
+        QTRY_COMPARE(finished.count(), 1);
+        QCOMPARE(running(tasks), u"012");
+        QVERIFY(tasks[3]->isDone() && !tasks[3]->isActive());
+        QCOMPARE(tasks[3]->row().mainLine, u"Canceled");
+        QCOMPARE(tasks[3]->row().statusLine, u"Waiting...");
+    }
+
+    void aCancelledTaskThatAlsoFailedIsShownAsCancelled() {
+        Rig rig(1);
+        const auto task = std::make_shared<HeldTask>(rig.queue);
+        rig.queue.addTask(task);
+        QCOMPARE(task->row().cancelButtonVisible, true);
+        task->setError(true);
+        task->cancelTask();
+        QTRY_COMPARE(task->row().mainLine, u"Canceled");
+        QCOMPARE(task->row().mainLineColour, TaskRow::Colour::Red);
+        QCOMPARE(task->row().cancelButtonVisible, false);
+    }
+
+    void theFollowUpIsQueuedOnceWhateverTheOrder() {
+        std::vector<size_t> order{0, 1, 2};
+        do {
+            Rig rig(3);
+            const auto results = std::make_shared<QUAVTaskResults>();
+            const Held members = heldTasks(rig, 3);
+            for (const auto& member : members) {
+                member->setResults(results);
+                results->addTaskInSet(*member);
+            }
+            const auto followUp = std::make_shared<EmptyTask>(rig.queue, QStringLiteral("after"));
+            results->setTaskAfterSetDone(followUp);
+            QSignalSpy finished(&rig.queue, &QUAVTaskQueue::taskFinished);
+            QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+            add(rig, members);
+            members[order[0]]->stopTask();
+            members[order[1]]->fail();
+            QTRY_COMPARE(finished.count(), 2);
+            QVERIFY(!followUp->isDone());
+            members[order[2]]->stopTask();
+            QTRY_COMPARE(finished.count(), 4);
+            QVERIFY(followUp->isDone());
+            QCOMPARE(idle.count(), 1);
+        } while (std::next_permutation(order.begin(), order.end()));
+    }
+
+    void failedRowsStayTheLastOneOnTop() {
+        Rig rig(4);
+        QSignalSpy closed(&rig.queue, &QUAVTaskQueue::panelClosed);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        const Held tasks = heldTasks(rig, 4);
+        add(rig, tasks);
+        tasks[0]->fail();
+        tasks[1]->stopTask();
+        tasks[2]->fail();
+        QCOMPARE(shownRows(rig).join(u""), u"0123");
+        tasks[3]->stopTask();
+        QTRY_COMPARE(idle.count(), 1);
+        QCOMPARE(shownRows(rig).join(u""), u"20");
+        QCOMPARE(tasks[0]->row().statusLine, u"Error");
+        QCOMPARE(tasks[0]->row().barVisible, true);
+        QCOMPARE(closed.count(), 0);
+        QVERIFY(rig.desktop.notifications.isEmpty());
+        QCOMPARE(rig.desktop.badge, std::nullopt);
+
+        rig.queue.removeAllErrors();
+        QVERIFY(shownRows(rig).isEmpty());
+        QCOMPARE(closed.count(), 1);
+    }
+
+    void tellsTheDesktopWhenEverythingIsFinished_data() {
+        QTest::addColumn<bool>("offersNotifications");
+        QTest::newRow("with notifications") << true;
+        QTest::newRow("without") << false;
+    }
+    void tellsTheDesktopWhenEverythingIsFinished() {
+        QFETCH(bool, offersNotifications);
+        Rig rig(2);
+        rig.desktop.offersNotifications = offersNotifications;
+        QSignalSpy closed(&rig.queue, &QUAVTaskQueue::panelClosed);
+        const Held tasks = heldTasks(rig, 2);
+        add(rig, tasks);
+        QCOMPARE(rig.desktop.sleepRequests, 1);
+        QCOMPARE(rig.desktop.givenBack.size(), 1U);
+        complete(rig, tasks[0]);
+        QVERIFY(rig.desktop.notifications.isEmpty());
+        complete(rig, tasks[1]);
+        QCOMPARE(rig.desktop.notifications, QStringList{QStringLiteral("Quav task(s) completed")});
+        QCOMPARE(rig.desktop.attentionRequests, offersNotifications ? 0 : 1);
+        QCOMPARE(closed.count(), 1);
+        QCOMPARE(tasks[0]->row().statusLine, u"Complete");
+        QCOMPARE(tasks[0]->row().mainLineColour, TaskRow::Colour::DarkGreen);
+        QCOMPARE(tasks[0]->row().barVisible, false);
+        add(rig, heldTasks(rig, 1));
+        QCOMPARE(rig.desktop.sleepRequests, 2);
+    }
+
+    void cancelAllEndsHundredsOfWaitingTasksQuietly() {
+        Rig rig(2);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        const Held tasks = heldTasks(rig, 502);
+        add(rig, tasks);
+        rig.queue.cancelAllTasks();
+        QTRY_COMPARE(idle.count(), 1);
+        QVERIFY(std::all_of(tasks.begin(), tasks.end(),
+                            [](const auto& task) { return task->cancelled() && task->isDone(); }));
+        QCOMPARE(rig.desktop.notifications.size(), 1);
+        QCOMPARE(rig.queue.rows().rowCount(), 0);
+        const Held next = heldTasks(rig, 3);
+        add(rig, next);
+        QCOMPARE(running(next), u"01");
+    }
+
+    void aTaskThatCannotStartFailsAndFreesItsSlot() {
+        Rig rig(1);
+        const auto broken = std::make_shared<UnstartableTask>(rig.queue, QStringLiteral("broken"));
+        const Held next = heldTasks(rig, 2);
+        QVERIFY_EXCEPTION_THROWN(rig.queue.addTask(broken), std::runtime_error);
+        add(rig, next);
+        QTRY_COMPARE(running(next), u"0");
+        QVERIFY(broken->error() && broken->isDone());
+        QVERIFY(broken->results()->results().contains(u"missing-tool"));
+        QTRY_COMPARE(broken->row().statusLine, u"Error");
+    }
+
+    void aWaitingTaskThatCannotStartDoesNotStopTheOthers() {
+        Rig rig(1);
+        const Held tasks = heldTasks(rig, 2);
+        const auto broken = std::make_shared<UnstartableTask>(rig.queue);
+        rig.queue.addTasks({tasks[0], broken, tasks[1]});
+        tasks[0]->stopTask();
+        QTRY_VERIFY(tasks[1]->isActive());
+        QVERIFY(broken->error());
+    }
+
+    void reportsListMembersInTheOrderOfRegistration() {
+        Rig rig(3);
+        QSignalSpy windows(&rig.queue, &QUAVTaskQueue::outputWindowRequested);
+        const auto results = std::make_shared<QUAVTaskResults>();
+        const Held tasks = heldTasks(rig, 3);
+        for (const auto& task : tasks) {
+            task->setResults(results);
+            results->addTaskInSet(*task);
+        }
+        add(rig, tasks);
+        results->appendResults(QStringLiteral("third"), *tasks[2]);
+        results->appendResults(QStringLiteral("set"));
+        results->appendResults(QStringLiteral("lost"), *heldTasks(rig, 1).front());
+        complete(rig, tasks[2]);
+        complete(rig, tasks[0]);
+        QCOMPARE(windows.count(), 0);
+        complete(rig, tasks[1]);
+        QCOMPARE(windows.count(), 1);
+        QCOMPARE(windows[0][0].toString(), u"set\n\nthird\n");
+        QCOMPARE(windows[0][1].toString(), u"1");
+    }
+
+    void aSetWithNothingToShowOpensNoWindow() {
+        Rig rig(1);
+        QSignalSpy windows(&rig.queue, &QUAVTaskQueue::outputWindowRequested);
+        const Held tasks = heldTasks(rig, 2);
+        add(rig, tasks);
+        tasks[0]->results()->setHasResults(false);
+        complete(rig, tasks[0]);
+        QCOMPARE(windows.count(), 0);
+        complete(rig, tasks[1]);
+        QCOMPARE(windows.count(), 1);
+    }
+
+    void progressReachesTheRowsCoalesced() {
+        Rig rig(1);
+        const Held tasks = heldTasks(rig, 1);
+        add(rig, tasks);
+        QSignalSpy changed(&rig.queue.rows(), &QAbstractItemModel::dataChanged);
+        for (int i = 1; i <= 1000; ++i) {
+            tasks[0]->setTopTextFieldString(QString::number(i));
+            tasks[0]->setProgressIndicatorValue(i / 10.0);
+            tasks[0]->push(QUAVTask::StatusLine | QUAVTask::Bar);
+        }
+        QTRY_COMPARE(changed.count(), 1);
+        QCOMPARE(tasks[0]->row().statusLine, u"1000");
+        QCOMPARE(tasks[0]->row().barValue, 100.0);
+        QCOMPARE(tasks[0]->row().mainLine, u"0");
+    }
+
+    void thousandsOfEmptyTasksLeaveTheStackAlone() {
+        Rig rig(2);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        static quintptr deepest;
+        deepest = std::numeric_limits<quintptr>::max();
+        connect(&rig.queue, &QUAVTaskQueue::taskFinished, this, [] {
+            const char here = 0;
+            deepest = std::min(deepest, reinterpret_cast<quintptr>(&here));
+        });
+        std::vector<std::shared_ptr<QUAVTask>> tasks;
+        std::generate_n(std::back_inserter(tasks), 4096,
+                        [&] { return std::make_shared<EmptyTask>(rig.queue); });
+        const char here = 0;
+        rig.queue.addTasks(tasks);
+        QTRY_COMPARE(idle.count(), 1);
+        QVERIFY(reinterpret_cast<quintptr>(&here) - deepest < 100 * 1024);
+    }
+
+    void backgroundWorkReportsFromItsThread_data() {
+        QTest::addColumn<bool>("throws");
+        QTest::newRow("succeeds") << false;
+        QTest::newRow("throws") << true;
+    }
+    void backgroundWorkReportsFromItsThread() {
+        QFETCH(bool, throws);
+        class Work : public BackgroundTask {
+        public:
+            Work(TaskHost& queue, bool throwing) : BackgroundTask(queue), throwing_(throwing) {}
+
+        protected:
+            void doStartTask() override {
+                for (int percent = 0; percent <= 100; ++percent) {
+                    setProgressIndicatorValue(percent);
+                    push(Bar);
+                }
+                results()->appendResults(QStringLiteral("report"), *this);
+                if (throwing_) {
+                    throw std::runtime_error("no more room");
+                }
+            }
+
+        private:
+            bool throwing_;
+        };
+        Rig rig(4);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        std::vector<std::shared_ptr<QUAVTask>> tasks;
+        for (int i = 0; i < 16; ++i) {
+            tasks.push_back(std::make_shared<Work>(rig.queue, throws));
+        }
+        tasks.back()->cancelTask();
+        rig.queue.addTasks(tasks);
+        QTRY_COMPARE(idle.count(), 1);
+        QCOMPARE(tasks[0]->error(), throws);
+        QCOMPARE(tasks[0]->row().barValue, 100.0);
+        QCOMPARE(tasks[0]->results()->results().contains(u"no more room"), throws);
+    }
+};
+
+QTEST_GUILESS_MAIN(TaskQueueTest)
+#include "TaskQueueTest.moc"

@@ -1,0 +1,299 @@
+#include "engine/NSTaskWrapperSync.h"
+#include "engine/OutputGuard.h"
+#include "engine/QUAVAsyncNSTask.h"
+#include "engine/QUAVAsyncNSTaskFileOutputRedirection.h"
+#include "engine/QUAVTaskResults.h"
+#include "engine/Util.h"
+#include "support/AudioFixtures.h"
+#include "support/Rig.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace quav;
+using quav::test::contents;
+using quav::test::Rig;
+
+namespace {
+
+/// Runs a line of shell and keeps the pieces that it was given.
+class ShellTask : public QUAVAsyncNSTask {
+public:
+    ShellTask(TaskHost& queue, const QString& script)
+        : QUAVAsyncNSTask(queue, queue.toolsFolder().tool(QStringLiteral("sh")),
+                          {QStringLiteral("-c"), script}) {}
+
+    QStringList pieces;
+    bool cleanedUp = false;
+    bool doneDuringCleanup = true;
+
+protected:
+    void processTaskOutput(const QString& text) override {
+        pieces << text;
+        QUAVAsyncNSTask::processTaskOutput(text);
+    }
+    void cleanup() override {
+        cleanedUp = true;
+        doneDuringCleanup = isDone();
+    }
+};
+
+void runToIdle(Rig& rig, const std::shared_ptr<QUAVTask>& task) {
+    QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+    rig.queue.addTask(task);
+    QTRY_COMPARE_WITH_TIMEOUT(idle.count(), 1, 60000);
+}
+
+} // namespace
+
+class ToolRunnerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aToolEndsAsItsStatusSays_data() {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<bool>("fails");
+        QTest::addColumn<QString>("report");
+        QTest::newRow("nothing printed and 0") << "true" << false << "";
+        QTest::newRow("message and 1") << "echo no good; exit 1" << true << "no good\n";
+        QTest::newRow("both streams in order")
+            << "echo one; echo two >&2; echo three" << false << "one\ntwo\nthree\n";
+        QTest::newRow("killed by a signal") << "kill -9 $$" << true << "";
+        QTest::newRow("split UTF-8")
+            << "printf 'Gr\\303'; sleep 0.05; printf '\\274\\303\\237e\\n'" << false << "Grüße\n";
+        QTest::newRow("not UTF-8") << "printf 'a\\n\\377\\nb\\n'" << false << "a\nb\n";
+        QTest::newRow("overwritten progress")
+            << "printf 'f: 10%%\\b\\b\\b20%%\\b\\b\\bok \\n'" << false << "f: ok\n";
+        QTest::newRow("no line end") << "printf end" << false << "end";
+        QTest::newRow("asks on standard input") << "read answer || echo none" << false << "none\n";
+    }
+    void aToolEndsAsItsStatusSays() {
+        QFETCH(QString, script);
+        Rig rig;
+        const auto task = std::make_shared<ShellTask>(rig.queue, script);
+        runToIdle(rig, task);
+        QTEST(task->error(), "fails");
+        QTEST(task->results()->resultsOf(*task), "report");
+        QTRY_COMPARE(task->row().statusLine, task->error() ? u"Error" : u"Complete");
+        QVERIFY(task->cleanedUp && !task->doneDuringCleanup);
+    }
+
+    void aMillionLinesArriveWhole() {
+        Rig rig;
+        const auto task = std::make_shared<ShellTask>(rig.queue, QStringLiteral("seq 1000000"));
+        runToIdle(rig, task);
+        QCOMPARE(task->pieces.size(), 1000000);
+        QCOMPARE(task->pieces.last(), u"1000000\n");
+    }
+
+    void aGrandchildThatHoldsThePipeDoesNotHoldTheTask() {
+        Rig rig;
+        QElapsedTimer clock;
+        clock.start();
+        const auto task = std::make_shared<ShellTask>(
+            rig.queue, QStringLiteral("sleep 30 & echo $! >'%1'; echo out")
+                           .arg(rig.path(QStringLiteral("pid"))));
+        runToIdle(rig, task);
+        QVERIFY(clock.elapsed() < 10000);
+        QCOMPARE(task->results()->resultsOf(*task), u"out\n");
+        quav::test::run(QStringLiteral("kill"),
+                        {QString::fromLatin1(contents(rig.path(QStringLiteral("pid")))).trimmed()});
+    }
+
+    void cancellingLetsTheToolFinish() {
+        Rig rig(1);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        const QString gate = rig.path(QStringLiteral("gate"));
+        const auto task = std::make_shared<ShellTask>(
+            rig.queue, QStringLiteral("mkfifo '%1'; echo up; read x <'%1'; exit 3").arg(gate));
+        const auto waiting = std::make_shared<ShellTask>(rig.queue, QStringLiteral("true"));
+        rig.queue.addTasks({task, waiting});
+        QTRY_COMPARE(task->pieces.size(), 1);
+        rig.queue.cancelAllTasks();
+        QTRY_COMPARE(waiting->row().mainLine, u"Canceled");
+        QVERIFY(!waiting->wasLaunched() && !waiting->cleanedUp);
+        QVERIFY(task->isActive());
+        QVERIFY(QFile(gate).exists());
+        quav::test::run(QStringLiteral("sh"), {QStringLiteral("-c"),
+                                               QStringLiteral("echo go >'%1'").arg(gate)});
+        QTRY_COMPARE(idle.count(), 1);
+        QVERIFY(task->isDone() && task->cancelled() && !task->error());
+        QCOMPARE(task->row().mainLine, u"Canceled");
+    }
+
+    void aMissingToolFailsWithItsName() {
+        Rig rig;
+        const auto task = std::make_shared<QUAVAsyncNSTask>(
+            rig.queue, rig.tools.tool(QStringLiteral("no-such-tool")), QStringList());
+        QVERIFY_EXCEPTION_THROWN(rig.queue.addTask(task), ToolLaunchError);
+        QTRY_COMPARE(task->row().statusLine, u"Error");
+        QVERIFY(task->results()->results().contains(u"no-such-tool"));
+        QTRY_COMPARE(rig.queue.taskCount(), 0);
+    }
+
+    void theEnvironmentIsTheUsersAndTheToolsFolder() {
+        qputenv("POSIXLY_CORRECT", "1");
+        qputenv("LC_ALL", "C");
+        Rig rig;
+        const QString path = qEnvironmentVariable("PATH");
+        const QString more = rig.path(QStringLiteral("more"));
+        const auto task = std::make_shared<ShellTask>(
+            rig.queue, QStringLiteral("echo \"$PATH|$NSUnbufferedIO|$POSIXLY_CORRECT|$LC_ALL|\"; pwd"));
+        task->appendToPATH(more);
+        task->setDirectory(rig.folder.path());
+        runToIdle(rig, task);
+        qunsetenv("POSIXLY_CORRECT");
+        qputenv("LC_ALL", "C.UTF-8");
+        QCOMPARE(task->results()->resultsOf(*task),
+                 QStringLiteral("%1:%2:%3|YES||C.UTF-8|\n%4\n")
+                     .arg(path, rig.tools.path(), more, rig.folder.path()));
+    }
+
+    void theDescriptionQuotesEveryArgument() {
+        Rig rig;
+        const QUAVAsyncNSTask task(rig.queue, QStringLiteral("/bin/tool"),
+                                   {QStringLiteral("-x"), QStringLiteral("a b")});
+        QCOMPARE(task.description(), u"\"/bin/tool\"\n \"-x\"\n \"a b\"\n ");
+    }
+
+    void aReportGoesToItsFile() {
+        Rig rig;
+        QSignalSpy windows(&rig.queue, &QUAVTaskQueue::outputWindowRequested);
+        const QString file = rig.path(QStringLiteral("größe.txt"));
+        const auto task = std::make_shared<QUAVAsyncNSTaskFileOutputRedirection>(
+            file, rig.queue, rig.tools.tool(QStringLiteral("sh")),
+            QStringList{QStringLiteral("-c"), QStringLiteral("echo über")});
+        task->setSubTitle(QStringLiteral("Reading"));
+        runToIdle(rig, task);
+        QCOMPARE(contents(file), QByteArray("über\n\n"));
+        QCOMPARE(windows.count(), 0);
+    }
+
+    void aSynchronousRunReturnsEverything() {
+        const Rig rig;
+        NSTaskWrapperSync run(rig.tools, rig.tools.tool(QStringLiteral("sh")),
+                              {QStringLiteral("-c"), QStringLiteral("echo ä; echo b >&2; exit 4")});
+        QCOMPARE(run.runTask(), u"ä\nb\n");
+        QCOMPARE(run.output(), u"ä\nb\n");
+    }
+
+    void piecesDoNotDependOnTheCuts() {
+        const QByteArray bytes = "\nflac 1.4.2\nbig ü.flac: 61% complete\b\b\b\b\b\b\b\b\b\b\b\b"
+                                 "99% complete\b\b\b\b\b\b\b\b\b\b\b\bdone         \n"
+                                 "a\r\n\r 17%\r 19%\rtail";
+        const QStringList expected{
+            QStringLiteral("\n"),
+            QStringLiteral("flac 1.4.2\n"),
+            QStringLiteral("big ü.flac: 61% complete"),
+            QString(12, u'\b') + QStringLiteral("99% complete"),
+            QString(12, u'\b') + QStringLiteral("done         \n"),
+            QStringLiteral("a\r\n"),
+            QStringLiteral("\r 17%"),
+            QStringLiteral("\r 19%"),
+            QStringLiteral("\rtail"),
+        };
+        for (qsizetype cut = 0; cut <= bytes.size(); ++cut) {
+            ToolPieces pieces;
+            QStringList got = pieces.feed(bytes.left(cut));
+            got << pieces.feed(bytes.mid(cut));
+            got << pieces.finish();
+            QCOMPARE(got, expected);
+        }
+        TerminalText terminal;
+        QString shown;
+        for (const QString& piece : expected) {
+            shown += terminal.feed(piece);
+        }
+        QCOMPARE(shown, u"\nflac 1.4.2\nbig ü.flac: done\n\n");
+        QCOMPARE(terminal.finish(), u"tail");
+    }
+
+    void temporaryNames() {
+        const QTemporaryDir folder;
+        const QString first = Util::generateTempFileName(folder.path(), QStringLiteral("wav"));
+        const QString second = Util::generateTempFileName(folder.path(), QStringLiteral("wav"));
+        const QString pattern = Util::generateTempFileName2(folder.path(), QStringLiteral("wav"));
+        QVERIFY(first != second);
+        QVERIFY(QFile::exists(first) && QFile::exists(second) && !QFile::exists(pattern));
+        QVERIFY(quavEndsWith(pattern, QStringLiteral("-XXXXXXXX.wav")));
+        const qsizetype kept = pattern.size() - 12;
+        QCOMPARE(first.left(kept), pattern.left(kept));
+        QVERIFY(QRegularExpression(QStringLiteral("^/.*/Quav-[0-9a-f]{8}-X{8}\\.wav$"))
+                    .match(pattern)
+                    .hasMatch());
+        QVERIFY_EXCEPTION_THROWN(Util::generateTempFileName(folder.path(), {}),
+                                 std::invalid_argument);
+        QVERIFY_EXCEPTION_THROWN(
+            Util::generateTempFileName(QStringLiteral("/no/such/folder"), QStringLiteral("wav")),
+            std::system_error);
+        QVERIFY(quavStartsWith(QStringLiteral("abcdef"), QStringLiteral("abc")));
+        QVERIFY(!quavStartsWith(QStringLiteral("abcdef"), {}));
+        QVERIFY(!quavEndsWith(QStringLiteral("abcdef"), {}));
+    }
+
+    void deletingFollowsTheSetting_data() {
+        QTest::addColumn<int>("trashOrDelete");
+        QTest::newRow("for good") << 0;
+        QTest::newRow("to the trash") << 1;
+    }
+    void deletingFollowsTheSetting() {
+        QFETCH(int, trashOrDelete);
+        Rig rig;
+        // The trash of the home file system is only used for files that lie on it.
+        qputenv("XDG_DATA_HOME", rig.path(QStringLiteral("data")).toUtf8());
+        rig.settings.set(keys::trashOrDelete, trashOrDelete);
+        const QString file = rig.path(QStringLiteral("a b.wav"));
+        QVERIFY(quav::test::writeWav(file));
+        Util::deleteFile(file, rig.settings, rig.desktop);
+        QVERIFY(!QFile::exists(file));
+        QCOMPARE(QFile::exists(rig.path(QStringLiteral("data/Trash/files/a b.wav"))),
+                 trashOrDelete != 0);
+        qunsetenv("XDG_DATA_HOME");
+    }
+
+    void anOutputIsWholeOrNotThere_data() {
+        QTest::addColumn<bool>("existed");
+        QTest::addColumn<bool>("overwrite");
+        QTest::addColumn<bool>("commits");
+        QTest::addColumn<QByteArray>("left");
+        QTest::newRow("new, succeeds") << false << false << true << QByteArray("new");
+        QTest::newRow("new, fails") << false << false << false << QByteArray();
+        QTest::newRow("overwritten, succeeds") << true << true << true << QByteArray("new");
+        QTest::newRow("overwritten, fails") << true << true << false << QByteArray("old");
+        QTest::newRow("not ours, fails") << true << false << false << QByteArray("old");
+    }
+    void anOutputIsWholeOrNotThere() {
+        QFETCH(bool, existed);
+        QFETCH(bool, overwrite);
+        QFETCH(bool, commits);
+        const QTemporaryDir folder;
+        const QString output = folder.filePath(QStringLiteral("out.flac"));
+        const auto write = [&](const char* text) {
+            QFile file(output);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
+        };
+        if (existed) {
+            write("old");
+        }
+        {
+            OutputGuard guard(output, folder.filePath(QStringLiteral("source.wav")),
+                              overwrite ? OutputGuard::Existing::Overwrite
+                                        : OutputGuard::Existing::Keep);
+            QVERIFY(!guard.producedHere());
+            if (!existed || overwrite) {
+                write("new");
+                QVERIFY(guard.producedHere());
+            }
+            if (commits) {
+                guard.commit();
+            }
+        }
+        QTEST(contents(output), "left");
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(),
+                 contents(output).isEmpty() ? 0 : 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(ToolRunnerTest)
+#include "ToolRunnerTest.moc"

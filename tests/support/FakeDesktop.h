@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/DesktopServices.h"
+
+#include <QStringList>
+
+#include <vector>
+
+namespace quav::test {
+
+/// A desktop that keeps what it was asked for.
+class FakeDesktop : public NoDesktop {
+public:
+    bool offersNotifications = true;
+    bool grantsSleep = true;
+
+    QStringList notifications;
+    int attentionRequests = 0;
+    std::optional<int> badge;
+    int sleepRequests = 0;
+    std::vector<uint32_t> givenBack;
+
+    bool notify(const QString& title) override {
+        notifications << title;
+        return offersNotifications;
+    }
+    void requestAttention() override { ++attentionRequests; }
+    void setBadge(std::optional<int> count) override { badge = count; }
+    void preventSleep(const QString& /*reason*/, SleepAnswer answer) override {
+        ++sleepRequests;
+        answer(grantsSleep ? std::optional<uint32_t>(77) : std::nullopt);
+    }
+    void allowSleep(uint32_t assertion) override { givenBack.push_back(assertion); }
+};
+
+} // namespace quav::test
