@@ -15,8 +15,10 @@ QStringList ToolPieces::feed(const QByteArray& bytes) {
 }
 
 void ToolPieces::take(char byte, QStringList& pieces) {
-    if (std::exchange(carriageReturn_, false) && byte != '\n') {
-        handOut(pieces);
+    if (std::exchange(carriageReturn_, false)) {
+        if (byte != '\n') {
+            handOut(pieces);
+        }
         piece_ += '\r';
     }
     switch (byte) {
@@ -53,11 +55,15 @@ QStringList ToolPieces::finish() {
 
 QString TerminalText::feed(const QString& piece) {
     QString completed;
-    for (const QChar character : piece) {
+    for (qsizetype i = 0; i < piece.size(); ++i) {
+        const QChar character = piece[i];
         if (character == u'\b') {
             line_.chop(1);
         } else if (character == u'\r') {
-            line_.clear();
+            const bool endsLine = i + 1 < piece.size() && piece[i + 1] == u'\n';
+            if (!endsLine) {
+                line_.clear();
+            }
         } else if (character == u'\n') {
             completed += finish() + u'\n';
         } else {

@@ -1,1 +1,5 @@
-int main(){return 0;}
+#include "gui/Application.h"
+
+int main(int argc, char** argv) {
+    return quav::runApplication(argc, argv);
+}

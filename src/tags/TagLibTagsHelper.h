@@ -18,6 +18,7 @@ public:
     /// program's start calls it once, before any thread uses tags.
     static void initialise();
 
+    /// Several values of one name arrive joined with "; " (numbers and dates: the first).
     TagsObject tagsForFlacFile(const QString& path) const;
     TagsObject tagsForAIFFFile(const QString& path) const;
     TagsObject tagsForWAVEFile(const QString& path) const;

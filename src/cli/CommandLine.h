@@ -1,0 +1,39 @@
+#pragma once
+
+#include "cli/CommandHelp.h"
+#include "cli/Options.h"
+
+#include <QString>
+
+#include <tl/expected.hpp>
+
+#include <memory>
+
+namespace quav {
+
+/// Reads the program's arguments.
+class CommandLine {
+public:
+    CommandLine();
+    ~CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    /// Why there is nothing more to do: the help was asked for, or the arguments make no sense.
+    struct Ended {
+        int exitStatus;
+        QString text;
+    };
+
+    /// To be called once.
+    tl::expected<Options, Ended> parse(int argc, const char* const* argv);
+
+    /// All commands and options, for the manual.
+    CommandHelp help() const;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace quav

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <tl/expected.hpp>
+
+namespace quav {
+
+/// The folder that outputs go to. One that is missing is made, but not its parents, and goes again
+/// when nothing came of the run.
+class OutputFolder {
+public:
+    /// The error is a sentence for the user.
+    static tl::expected<OutputFolder, QString> at(const QString& path);
+
+    const QString& path() const { return path_; }
+    bool isMissing() const { return missing_; }
+
+    tl::expected<void, QString> create();
+
+    /// Takes back what `create` did, unless something lies in the folder.
+    void discard();
+
+private:
+    OutputFolder(QString path, bool missing);
+
+    QString path_;
+    bool missing_;
+    bool created_ = false;
+};
+
+/// The absolute path of what the user named. Where "..", which leads elsewhere behind a link, is in
+/// it, the folder is the one that the system would find.
+QString absolutePath(const QString& path);
+
+} // namespace quav

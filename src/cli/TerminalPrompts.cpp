@@ -1,0 +1,113 @@
+#include "cli/TerminalPrompts.h"
+
+#include "cli/Terminal.h"
+
+#include <QCoreApplication>
+
+namespace quav {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("TerminalPrompts", text);
+}
+
+QString withMessage(const QString& title, const QString& message) {
+    return message.isEmpty() ? title : title + u'\n' + message;
+}
+
+} // namespace
+
+TerminalPrompts::TerminalPrompts(Terminal& terminal, std::optional<bool> answer)
+    : terminal_(terminal), answer_(answer) {}
+
+void TerminalPrompts::alert(const QString& title, const QString& message) {
+    alerted_ = true;
+    terminal_.say(withMessage(title, message));
+}
+
+void TerminalPrompts::alertAfter(std::chrono::milliseconds /*delay*/, const QString& title) {
+    terminal_.say(title);
+}
+
+bool TerminalPrompts::confirm(const Question& question) {
+    const QString text = withMessage(question.title, question.message);
+    const bool asked = !answer_ && terminal_.canAsk();
+    const bool yes =
+        asked ? ask(text, question.defaultAffirms) : answer_.value_or(question.defaultAffirms);
+    if (!yes) {
+        declined_ = true;
+        if (!asked) {
+            tellAnswer(text);
+        }
+    }
+    return yes;
+}
+
+void TerminalPrompts::tellAnswer(const QString& text) {
+    terminal_.say(text + u'\n' +
+                  (answer_ ? tr("The answer was no.")
+                           : tr("The answer was no; the option --yes answers with yes.")));
+}
+
+bool TerminalPrompts::ask(const QString& text, bool standard) {
+    const QString choice = standard ? QStringLiteral(" [Y/n]") : QStringLiteral(" [y/N]");
+    while (const auto line = terminal_.ask(text + choice)) {
+        const QString answer = line->trimmed().toLower();
+        if (answer.isEmpty()) {
+            return standard;
+        }
+        if (answer == tr("y") || answer == tr("yes")) {
+            return true;
+        }
+        if (answer == tr("n") || answer == tr("no")) {
+            return false;
+        }
+    }
+    return false;
+}
+
+QStringList TerminalPrompts::chooseFiles(const QString& /*title*/,
+                                         const QString& /*confirmButton*/) {
+    return {};
+}
+
+std::optional<QString> TerminalPrompts::chooseFolder(const QString& title) {
+    while (!outputFolder_) {
+        const auto line = askForLine(title);
+        if (!line) {
+            return std::nullopt;
+        }
+        auto folder = OutputFolder::at(*line);
+        const auto created = folder ? folder->create() : tl::make_unexpected(folder.error());
+        if (created) {
+            outputFolder_ = *folder;
+        } else {
+            terminal_.say(created.error());
+        }
+    }
+    return outputFolder_->path();
+}
+
+std::optional<QString> TerminalPrompts::chooseSavePath(const QString& title,
+                                                       const QString& /*directory*/) {
+    return askForLine(title);
+}
+
+std::optional<QString> TerminalPrompts::askForLine(const QString& title, const QString& message,
+                                                   const QString& initial) {
+    if (!terminal_.canAsk()) {
+        return initial;
+    }
+    return askForLine(withMessage(title, message));
+}
+
+std::optional<QString> TerminalPrompts::askForLine(const QString& title) {
+    if (!terminal_.canAsk()) {
+        return std::nullopt;
+    }
+    const auto line = terminal_.ask(title + u':');
+    return line && !line->isEmpty() ? line : std::nullopt;
+}
+
+} // namespace quav

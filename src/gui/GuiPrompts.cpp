@@ -1,0 +1,98 @@
+#include "gui/GuiPrompts.h"
+
+#include "gui/QUAVStringGetterPanel.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+namespace quav {
+
+namespace {
+
+/// A box whose texts are shown as they are, since file names may look like markup.
+void fill(QMessageBox& box, const QString& title, const QString& message) {
+    box.setWindowTitle(QApplication::applicationDisplayName());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(title);
+    box.setInformativeText(message);
+}
+
+} // namespace
+
+GuiPrompts::GuiPrompts(QObject* parent) : QObject(parent) {}
+
+QWidget* GuiPrompts::dialogParent() const {
+    QWidget* active = QApplication::activeWindow();
+    return active ? active : window_.data();
+}
+
+void GuiPrompts::alert(const QString& title, const QString& message) {
+    QMessageBox box(dialogParent());
+    fill(box, title, message);
+    box.setIcon(QMessageBox::Warning);
+    box.addButton(QMessageBox::Ok);
+    box.exec();
+}
+
+void GuiPrompts::alertAfter(std::chrono::milliseconds delay, const QString& title) {
+    QTimer::singleShot(delay, this, [this, title] { alert(title, {}); });
+}
+
+bool GuiPrompts::confirm(const Question& question) {
+    QMessageBox box(dialogParent());
+    fill(box, question.title, question.message);
+    box.setIcon(QMessageBox::Question);
+    const auto role = [](bool affirms) {
+        return affirms ? QMessageBox::AcceptRole : QMessageBox::RejectRole;
+    };
+    QPushButton* byDefault =
+        box.addButton(question.defaultButton, role(question.defaultAffirms));
+    QPushButton* alternate =
+        box.addButton(question.alternateButton, role(!question.defaultAffirms));
+    box.setDefaultButton(byDefault);
+    box.setEscapeButton(question.defaultAffirms ? alternate : byDefault);
+    box.exec();
+    return box.clickedButton() == (question.defaultAffirms ? byDefault : alternate);
+}
+
+QStringList GuiPrompts::run(QFileDialog& dialog) {
+    if (dialog.exec() != QDialog::Accepted) {
+        return {};
+    }
+    lastFolder_ = dialog.directory().absolutePath();
+    return dialog.selectedFiles();
+}
+
+QStringList GuiPrompts::chooseFiles(const QString& title, const QString& confirmButton) {
+    QFileDialog dialog(dialogParent(), title, lastFolder_);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setLabelText(QFileDialog::Accept, confirmButton);
+    return run(dialog);
+}
+
+std::optional<QString> GuiPrompts::chooseFolder(const QString& title) {
+    QFileDialog dialog(dialogParent(), title, lastFolder_);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    const QStringList chosen = run(dialog);
+    return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());
+}
+
+std::optional<QString> GuiPrompts::chooseSavePath(const QString& title, const QString& directory) {
+    QFileDialog dialog(dialogParent(), title, directory.isEmpty() ? lastFolder_ : directory);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    const QStringList chosen = run(dialog);
+    return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());
+}
+
+std::optional<QString> GuiPrompts::askForLine(const QString& title, const QString& message,
+                                              const QString& initial) {
+    QUAVStringGetterPanel panel(dialogParent());
+    return panel.runPanelWithTitle(title, message, initial);
+}
+
+} // namespace quav

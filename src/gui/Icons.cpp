@@ -1,0 +1,66 @@
+#include "gui/Icons.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPen>
+
+#include <array>
+
+namespace quav {
+
+namespace {
+
+/// Scales the painter so that a square drawing of this size fills the place; undone at the end.
+class Scaled {
+public:
+    Scaled(QPainter& painter, const QRectF& place, double size) : painter_(painter) {
+        painter_.save();
+        painter_.setRenderHint(QPainter::Antialiasing);
+        painter_.translate(place.topLeft());
+        painter_.scale(place.width() / size, place.height() / size);
+    }
+    ~Scaled() { painter_.restore(); }
+    Scaled(const Scaled&) = delete;
+    Scaled& operator=(const Scaled&) = delete;
+
+private:
+    QPainter& painter_;
+};
+
+} // namespace
+
+void paintDropIcon(QPainter& painter, const QRectF& place, const QColor& colour) {
+    const Scaled scaled(painter, place, 64);
+    painter.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+
+    QPainterPath tray({6, 40});
+    tray.lineTo(6, 52);
+    tray.quadTo(6, 57, 11, 57);
+    tray.lineTo(53, 57);
+    tray.quadTo(58, 57, 58, 52);
+    tray.lineTo(58, 40);
+    painter.drawPath(tray);
+    painter.drawLine(QPointF(32, 30), QPointF(32, 45));
+    painter.drawPolyline(std::array{QPointF(24, 38), QPointF(32, 46), QPointF(40, 38)}.data(), 3);
+    painter.drawPolyline(
+        std::array{QPointF(27, 20), QPointF(27, 7), QPointF(41, 4), QPointF(41, 16)}.data(), 4);
+
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(23, 20.5), 5, 4);
+    painter.drawEllipse(QPointF(37, 16.5), 5, 4);
+}
+
+void paintStopIcon(QPainter& painter, const QRectF& place, const QColor& disc,
+                   const QColor& cross) {
+    const Scaled scaled(painter, place, 15);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(disc);
+    painter.drawEllipse(QPointF(7.5, 7.5), 7, 7);
+    painter.setPen(QPen(cross, 1.6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(5, 5), QPointF(10, 10));
+    painter.drawLine(QPointF(10, 5), QPointF(5, 10));
+}
+
+} // namespace quav

@@ -1,0 +1,81 @@
+#include "gui/OutputWindow.h"
+
+#include "app/UserPrompts.h"
+
+#include <QDialogButtonBox>
+#include <QFont>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSaveFile>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace quav {
+
+namespace {
+
+constexpr int pointSize = 10;
+constexpr int columns = 84;
+constexpr int lines = 24;
+
+QFont fixedPitchFont() {
+    QFont font(QStringLiteral("Courier"), pointSize);
+    font.setStyleHint(QFont::Monospace);
+    font.setFixedPitch(true);
+    return font;
+}
+
+QString withoutLineEnds(QString title) {
+    return title.replace(u'\n', u' ');
+}
+
+} // namespace
+
+OutputWindow::OutputWindow(UserPrompts& prompts, QWidget* parent)
+    : QWidget(parent, Qt::Window), prompts_(prompts), view_(new QPlainTextEdit(this)) {
+    view_->setReadOnly(true);
+    view_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    view_->setFont(fixedPitchFont());
+    view_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    view_->setAccessibleName(tr("Output"));
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Close, this);
+    buttons->button(QDialogButtonBox::Save)->setToolTip(tr("Save this text as a file (Ctrl+S)"));
+    buttons->button(QDialogButtonBox::Close)->setToolTip(tr("Close this window (Ctrl+W)"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(view_);
+    layout->addWidget(buttons);
+
+    connect(buttons, &QDialogButtonBox::accepted, this, &OutputWindow::save);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, this,
+            &OutputWindow::save);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this,
+            &QWidget::close);
+    const QFontMetrics metrics(view_->font());
+    resize(metrics.averageCharWidth() * columns, metrics.lineSpacing() * lines);
+}
+
+void OutputWindow::setTextValue(const QString& text, const QString& title) {
+    view_->setPlainText(text);
+    setWindowTitle(withoutLineEnds(title));
+}
+
+QString OutputWindow::text() const {
+    return view_->toPlainText();
+}
+
+void OutputWindow::save() {
+    const auto path = prompts_.chooseSavePath(tr("Save the text"), {});
+    if (!path) {
+        return;
+    }
+    QSaveFile file(*path);
+    const bool saved = file.open(QIODevice::WriteOnly) && file.write(text().toUtf8()) >= 0 &&
+                       file.commit();
+    if (!saved) {
+        prompts_.alert(tr("The text could not be saved"),
+                       tr("%1: %2").arg(*path, file.errorString()));
+    }
+}
+
+} // namespace quav

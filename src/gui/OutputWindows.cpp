@@ -1,0 +1,42 @@
+#include "gui/OutputWindows.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStyle>
+
+namespace quav {
+
+namespace {
+
+constexpr QPoint firstStep{60, 60};
+
+} // namespace
+
+OutputWindows::OutputWindows(UserPrompts& prompts, QObject* parent)
+    : QObject(parent), prompts_(prompts) {}
+
+QPoint OutputWindows::nextTopLeft(const OutputWindow& window) const {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint first = screen.topLeft() + firstStep;
+    if (!outputWindowTopLeft_) {
+        return first;
+    }
+    const int step = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QPoint next = *outputWindowTopLeft_ + QPoint(step, step);
+    // At the screen's edge the steps start again from the corner.
+    return screen.contains(QRect(next, window.size())) ? next : first;
+}
+
+void OutputWindows::show(const QString& text, const QString& title) {
+    if (ending_) {
+        return;
+    }
+    auto window = std::make_unique<OutputWindow>(prompts_);
+    window->setTextValue(text, title);
+    outputWindowTopLeft_ = nextTopLeft(*window);
+    window->move(*outputWindowTopLeft_);
+    window->show();
+    outputWindows_.push_back(std::move(window));
+}
+
+} // namespace quav

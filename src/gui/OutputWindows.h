@@ -1,0 +1,41 @@
+#pragma once
+
+#include "gui/OutputWindow.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quav {
+
+class UserPrompts;
+
+/// Every output window that was opened. Each new one steps down and to the right of the one
+/// before.
+class OutputWindows : public QObject {
+    Q_OBJECT
+
+public:
+    explicit OutputWindows(UserPrompts& prompts, QObject* parent = nullptr);
+
+    void show(const QString& text, const QString& title);
+
+    /// From now on texts are let go: the program is about to end.
+    void showNoMore() { ending_ = true; }
+
+    const std::vector<std::unique_ptr<OutputWindow>>& windows() const { return outputWindows_; }
+
+private:
+    QPoint nextTopLeft(const OutputWindow& window) const;
+
+    UserPrompts& prompts_;
+    std::vector<std::unique_ptr<OutputWindow>> outputWindows_;
+    std::optional<QPoint> outputWindowTopLeft_; ///< of the window opened last
+    bool ending_ = false;
+};
+
+} // namespace quav
