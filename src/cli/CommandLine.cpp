@@ -3,8 +3,6 @@
 #include "platform/Settings.h"
 #include "platform/Version.h"
 
-#include <QCoreApplication>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -17,8 +15,8 @@ namespace quav {
 
 namespace {
 
-std::string tr(const char* text) {
-    return QCoreApplication::translate("CommandLine", text).toStdString();
+std::string plain(const QString& text) {
+    return text.toStdString();
 }
 
 constexpr char shield = '\x01';
@@ -63,9 +61,9 @@ public:
 
     std::string make_option_desc(const CLI::Option* option) const override {
         const std::string standard = option->get_default_str();
-        return standard.empty()
-                   ? option->get_description()
-                   : option->get_description() + " (" + tr("default:") + ' ' + standard + ')';
+        return standard.empty() ? option->get_description()
+                                : option->get_description() + " (" +
+                                      plain(CommandLine::tr("default:")) + ' ' + standard + ')';
     }
 };
 
@@ -77,9 +75,10 @@ CLI::Validator range(QLatin1StringView key) {
 } // namespace
 
 struct CommandLine::Parts {
-    CLI::App app{tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags. "
-                    "Does without a display what the window does."),
-                 "quav-cli"};
+    CLI::App app{
+        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags. "
+                 "Does without a display what the window does.")),
+        "quav-cli"};
     CLI::App* encode = nullptr;
     CLI::App* decode = nullptr;
     CLI::App* tools = nullptr;
@@ -100,60 +99,64 @@ struct CommandLine::Parts {
     void addWhereTo(CLI::App& command);
     void addAnswers(CLI::App& command);
     void addSettings();
-    CLI::App* addSettingsAction(const char* name, const char* what, SettingsOptions::Action action);
+    CLI::App* addSettingsAction(const char* name, const QString& what,
+                                SettingsOptions::Action action);
     Options read() const;
 };
 
 void CommandLine::Parts::addConversions() {
     ConversionOptions& to = options.conversion;
-    encode = app.add_subcommand("encode", tr("Turn files into FLAC"));
-    encode->add_option("--to", format, tr("The format of the outputs: flac"))
+    encode = app.add_subcommand("encode", plain(tr("Turn files into FLAC")));
+    encode->add_option("--to", format, plain(tr("The format of the outputs: flac")))
         ->type_name("FORMAT")
         ->required()
         ->check(CLI::IsMember({"flac"}, CLI::ignore_case).description(""));
     encode
-        ->add_option("--level", to.level,
-                     tr("How hard to compress, from 0 (fast) to 8 (small); with --lax it is left "
-                        "to flac"))
+        ->add_option(
+            "--level", to.level,
+            plain(tr("How hard to compress, from 0 (fast) to 8 (small); with --lax it is left "
+                     "to flac")))
         ->type_name("N")
-        ->default_str(tr("the setting encodeFlacLevel"))
+        ->default_str(plain(tr("the setting encodeFlacLevel")))
         ->check(range(keys::encodeFlacLevel));
-    encode->add_flag("--verify", to.verify, tr("Decode while encoding and compare"));
-    encode->add_flag("--lax", to.lax, tr("Allow streams outside the FLAC subset"));
+    encode->add_flag("--verify", to.verify, plain(tr("Decode while encoding and compare")));
+    encode->add_flag("--lax", to.lax, plain(tr("Allow streams outside the FLAC subset")));
     encode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
-                     tr("Keep the WAV or AIFF chunks that are not audio"));
+                     plain(tr("Keep the WAV or AIFF chunks that are not audio")));
     encodeFiles = addCommon(*encode);
-    encode->footer(tr("Example: quav-cli encode --to flac --level 8 --output archive concert"));
+    encode->footer(
+        plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 
-    decode = app.add_subcommand("decode", tr("Turn FLAC files back into WAV or AIFF"));
-    decode->add_option("--to", format, tr("The format of the outputs: wav or aiff"))
+    decode = app.add_subcommand("decode", plain(tr("Turn FLAC files back into WAV or AIFF")));
+    decode->add_option("--to", format, plain(tr("The format of the outputs: wav or aiff")))
         ->type_name("FORMAT")
         ->required()
         ->check(CLI::IsMember({"wav", "aiff"}, CLI::ignore_case).description(""));
     decode->add_flag("--through-errors", to.throughErrors,
-                     tr("Go on after damage instead of stopping at it"));
+                     plain(tr("Go on after damage instead of stopping at it")));
     decode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
-                     tr("Write back the WAV or AIFF chunks that encoding kept"));
+                     plain(tr("Write back the WAV or AIFF chunks that encoding kept")));
     decodeFiles = addCommon(*decode);
-    decode->footer(tr("Example: quav-cli decode --to wav --beside concert/*.flac"));
+    decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
 
 CLI::Option* CommandLine::Parts::addCommon(CLI::App& command) {
     ConversionOptions& to = options.conversion;
     addWhereTo(command);
     command.add_flag("--delete-originals", to.deleteOriginals,
-                     tr("Delete each source once its file is done without error"));
-    command.add_option("--jobs", to.jobs, tr("How many files at a time"))
+                     plain(tr("Delete each source once its file is done without error")));
+    command.add_option("--jobs", to.jobs, plain(tr("How many files at a time")))
         ->type_name("N")
-        ->default_str(tr("the setting maxThreads"))
+        ->default_str(plain(tr("the setting maxThreads")))
         ->check(range(keys::maxThreads));
     addAnswers(command);
     command.add_flag("--dry-run", to.dryRun,
-                     tr("Only print what would be done, as commands for a shell"));
-    command.add_flag("--json", to.json, tr("One JSON object a line on the standard output"));
-    command.add_flag("--quiet", to.quiet, tr("Only errors, warnings and reports"));
+                     plain(tr("Only print what would be done, as commands for a shell")));
+    command.add_flag("--json", to.json, plain(tr("One JSON object a line on the standard output")));
+    command.add_flag("--quiet", to.quiet, plain(tr("Only errors, warnings and reports")));
     return command
-        .add_option("FILES", tr("Files and folders; a folder is searched with everything below it"))
+        .add_option("FILES",
+                    plain(tr("Files and folders; a folder is searched with everything below it")))
         ->expected(1, -1)
         ->required();
 }
@@ -161,48 +164,47 @@ CLI::Option* CommandLine::Parts::addCommon(CLI::App& command) {
 void CommandLine::Parts::addWhereTo(CLI::App& command) {
     CLI::Option* output =
         command
-            .add_option("--output", outputFolder,
-                        tr("Write everything into this folder, which is made if it is missing"))
+            .add_option(
+                "--output", outputFolder,
+                plain(tr("Write everything into this folder, which is made if it is missing")))
             ->type_name("DIR");
     command
-        .add_flag("--beside", options.conversion.beside, tr("Write each file beside its source"))
+        .add_flag("--beside", options.conversion.beside,
+                  plain(tr("Write each file beside its source")))
         ->excludes(output);
 }
 
 void CommandLine::Parts::addAnswers(CLI::App& command) {
-    CLI::Option* affirm = command.add_flag("--yes", yes, tr("Answer every question with yes"));
-    command.add_flag("--no", no, tr("Answer every question with no"))->excludes(affirm);
+    CLI::Option* affirm =
+        command.add_flag("--yes", yes, plain(tr("Answer every question with yes")));
+    command.add_flag("--no", no, plain(tr("Answer every question with no")))->excludes(affirm);
 }
 
-CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const char* what,
+CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const QString& what,
                                                 SettingsOptions::Action action) {
-    CLI::App* command = settings->add_subcommand(name, tr(what));
+    CLI::App* command = settings->add_subcommand(name, plain(what));
     command->callback([this, action] { options.settings.action = action; });
     return command;
 }
 
 void CommandLine::Parts::addSettings() {
     using Action = SettingsOptions::Action;
-    const char* json = QT_TRANSLATE_NOOP("CommandLine", "Print JSON, one object a line");
-    settings = app.add_subcommand("settings", tr("Show and change the settings"));
+    const std::string json = plain(tr("Print JSON, one object a line"));
+    settings = app.add_subcommand("settings", plain(tr("Show and change the settings")));
     settings->require_subcommand(1);
-    CLI::App* list = addSettingsAction(
-        "list", QT_TRANSLATE_NOOP("CommandLine", "List all settings and mark the changed ones"),
-        Action::List);
-    list->add_flag("--json", options.settings.json, tr(json));
-    CLI::App* get = addSettingsAction(
-        "get", QT_TRANSLATE_NOOP("CommandLine", "Print the value of a setting"), Action::Get);
-    get->add_option("KEY", key, tr("The setting's name"))->required();
-    get->add_flag("--json", options.settings.json, tr(json));
-    CLI::App* set = addSettingsAction(
-        "set", QT_TRANSLATE_NOOP("CommandLine", "Change a setting"), Action::Set);
-    set->add_option("KEY", key, tr("The setting's name"))->required();
-    set->add_option("VALUE", value, tr("Its new value"))->required();
-    CLI::App* reset = addSettingsAction(
-        "reset", QT_TRANSLATE_NOOP("CommandLine", "Give a setting its default again"),
-        Action::Reset);
-    reset->add_option("KEY", key, tr("The setting's name"))->required();
-    settings->footer(tr("Example: quav-cli settings set maxThreads 4"));
+    CLI::App* list =
+        addSettingsAction("list", tr("List all settings and mark the changed ones"), Action::List);
+    list->add_flag("--json", options.settings.json, json);
+    CLI::App* get = addSettingsAction("get", tr("Print the value of a setting"), Action::Get);
+    get->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    get->add_flag("--json", options.settings.json, json);
+    CLI::App* set = addSettingsAction("set", tr("Change a setting"), Action::Set);
+    set->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    set->add_option("VALUE", value, plain(tr("Its new value")))->required();
+    CLI::App* reset =
+        addSettingsAction("reset", tr("Give a setting its default again"), Action::Reset);
+    reset->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    settings->footer(plain(tr("Example: quav-cli settings set maxThreads 4")));
 }
 
 Options CommandLine::Parts::read() const {
@@ -234,22 +236,23 @@ Options CommandLine::Parts::read() const {
 CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     CLI::App& app = parts_->app;
     app.formatter(std::make_shared<HelpFormatter>());
-    app.set_help_flag("-h,--help", tr("Print this help and exit"));
+    app.set_help_flag("-h,--help", plain(tr("Print this help and exit")));
     app.set_version_flag("--version", "quav-cli " + shortVersion().toStdString(),
-                         tr("Print the version and exit"));
-    app.add_flag("--man", parts_->manual, tr("Print the manual page and exit"))->group("");
+                         plain(tr("Print the version and exit")));
+    app.add_flag("--man", parts_->manual, plain(tr("Print the manual page and exit")))->group("");
     app.require_subcommand(0, 1);
-    app.footer(tr("Examples:\n"
-                  "  quav-cli encode --to flac --output archive concert\n"
-                  "  quav-cli decode --to wav --beside concert/*.flac\n"
-                  "  quav-cli encode --to flac --dry-run --output archive concert\n"
-                  "\n"
-                  "Exit status: 0 everything succeeded, 1 a task failed or was cancelled, 2 wrong "
-                  "usage or\nnothing to do, 3 a question was answered with no."));
+    app.footer(
+        plain(tr("Examples:\n"
+                 "  quav-cli encode --to flac --output archive concert\n"
+                 "  quav-cli decode --to wav --beside concert/*.flac\n"
+                 "  quav-cli encode --to flac --dry-run --output archive concert\n"
+                 "\n"
+                 "Exit status: 0 everything succeeded, 1 a task failed or was cancelled, 2 wrong "
+                 "usage or\nnothing to do, 3 a question was answered with no.")));
     parts_->addConversions();
-    parts_->tools = app.add_subcommand("tools", tr("List the tools that do the work"));
+    parts_->tools = app.add_subcommand("tools", plain(tr("List the tools that do the work")));
     parts_->tools->add_flag("--json", parts_->options.toolsAsJson,
-                            tr("Print JSON, one object a line"));
+                            plain(tr("Print JSON, one object a line")));
     parts_->addSettings();
 }
 
@@ -261,7 +264,7 @@ tl::expected<Options, CommandLine::Ended> CommandLine::parse(int argc, const cha
         std::reverse(arguments.begin(), arguments.end()); // as the parser wants them
         parts_->app.parse(std::move(arguments));
         if (parts_->app.get_subcommands().empty() && !parts_->manual) {
-            throw CLI::RequiredError(tr("A command"));
+            throw CLI::RequiredError(plain(tr("A command")));
         }
     } catch (const CLI::ParseError& error) {
         std::ostringstream out;
@@ -279,9 +282,8 @@ namespace {
 OptionHelp describe(const CLI::Option& option) {
     const bool operand = option.get_positional();
     return {QString::fromStdString(option.get_name(operand)),
-            option.get_type_size() == 0 || operand
-                ? QString()
-                : QString::fromStdString(option.get_type_name()),
+            option.get_type_size() == 0 || operand ? QString()
+                                                   : QString::fromStdString(option.get_type_name()),
             QString::fromStdString(option.get_description()),
             QString::fromStdString(option.get_default_str()),
             operand,

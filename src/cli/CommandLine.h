@@ -3,6 +3,7 @@
 #include "cli/CommandHelp.h"
 #include "cli/Options.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <tl/expected.hpp>
@@ -13,6 +14,8 @@ namespace quav {
 
 /// Reads the program's arguments.
 class CommandLine {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
 public:
     CommandLine();
     ~CommandLine();

@@ -2,27 +2,22 @@
 
 #include "platform/PathNames.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
-#include <sys/stat.h>
-
 namespace quav {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("OutputFolder", text);
-}
-
 tl::unexpected<QString> cannotBeMade(const QString& path, const QString& reason) {
     return tl::make_unexpected(
-        tr("The output folder “%1” cannot be made: %2").arg(path, reason));
+        OutputFolder::tr("The output folder “%1” cannot be made: %2").arg(path, reason));
 }
 
 } // namespace
@@ -58,7 +53,8 @@ tl::expected<OutputFolder, QString> OutputFolder::at(const QString& path) {
         return cannotBeMade(full, tr("the folder “%1” does not exist.").arg(parent.filePath()));
     }
     if (!parent.isWritable()) {
-        return cannotBeMade(full, tr("the folder “%1” cannot be written to.").arg(parent.filePath()));
+        return cannotBeMade(full,
+                            tr("the folder “%1” cannot be written to.").arg(parent.filePath()));
     }
     return OutputFolder(full, true);
 }

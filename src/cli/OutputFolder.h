@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <tl/expected.hpp>
@@ -9,6 +10,8 @@ namespace quav {
 /// The folder that outputs go to. One that is missing is made, but not its parents, and goes again
 /// when nothing came of the run.
 class OutputFolder {
+    Q_DECLARE_TR_FUNCTIONS(OutputFolder)
+
 public:
     /// The error is a sentence for the user.
     static tl::expected<OutputFolder, QString> at(const QString& path);

@@ -2,9 +2,9 @@
 
 #include "cli/Text.h"
 
-#include <cstdio>
-
 #include <sys/ioctl.h>
+
+#include <cstdio>
 #include <unistd.h>
 
 namespace quav {
@@ -67,8 +67,8 @@ std::optional<QString> Terminal::ask(const QString& prompt) {
 void Terminal::show(const QStringList& lines) {
     QString screen = shown_ > 0 ? QStringLiteral("\x1b[%1A").arg(shown_) : QString();
     for (const QString& line : lines) {
-        screen += u'\r' + text::cut(text::printable(line), columns() - 1) +
-                  QStringLiteral("\x1b[K\n");
+        screen +=
+            u'\r' + text::cut(text::printable(line), columns() - 1) + QStringLiteral("\x1b[K\n");
     }
     screen += QStringLiteral("\x1b[J");
     shown_ = lines.size();

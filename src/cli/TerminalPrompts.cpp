@@ -2,15 +2,9 @@
 
 #include "cli/Terminal.h"
 
-#include <QCoreApplication>
-
 namespace quav {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("TerminalPrompts", text);
-}
 
 QString withMessage(const QString& title, const QString& message) {
     return message.isEmpty() ? title : title + u'\n' + message;

@@ -12,6 +12,8 @@ class Terminal;
 /// Answers the program's questions from the options, and where these say nothing from the terminal.
 /// Where nobody sits at one, a question counts as answered with its default button.
 class TerminalPrompts : public UserPrompts {
+    Q_DECLARE_TR_FUNCTIONS(TerminalPrompts)
+
 public:
     /// `answer` is the answer to every question, if there is one.
     TerminalPrompts(Terminal& terminal, std::optional<bool> answer);

@@ -3,7 +3,6 @@
 #include <QList>
 
 #include <algorithm>
-
 #include <wchar.h>
 
 namespace quav::text {
@@ -48,7 +47,8 @@ bool isSafeInShell(QChar c) {
 QString printedBySubshell(char32_t c) {
     QString octal;
     for (const char byte : QString::fromUcs4(&c, 1).toUtf8()) {
-        octal += u'\\' + QString::number(static_cast<unsigned char>(byte), 8).rightJustified(3, u'0');
+        octal +=
+            u'\\' + QString::number(static_cast<unsigned char>(byte), 8).rightJustified(3, u'0');
     }
     return QStringLiteral("'\"$(printf '%1')\"'").arg(octal);
 }

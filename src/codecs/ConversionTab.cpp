@@ -45,23 +45,18 @@ bool ConversionTab::confirmOverwriting(const ConversionPlan& plan) {
     return plan.overwritten.isEmpty() ||
            services().prompts.confirm({tr("One of the output files already exists and will be "
                                           "overwritten.  Are you sure you want to continue?"),
-                                       plan.overwritten.first(),
-                                       tr("No"),
-                                       tr("Yes"),
-                                       false});
+                                       plan.overwritten.first(), tr("No"), tr("Yes"), false});
 }
 
 void ConversionTab::tellWhatIsLeftOut(const ConversionPlan& plan) {
     for (const QString& output : plan.outputsThatAreSources) {
-        services().prompts.alert(
-            tr("Output file \" %1\" already exists.skipping").arg(output), {});
+        services().prompts.alert(tr("Output file \" %1\" already exists.skipping").arg(output), {});
     }
     if (!plan.unsupported.isEmpty()) {
-        services().prompts.alert(
-            tr("“%1” is of a kind that this version cannot convert here.")
-                .arg(lastPathComponent(plan.unsupported.first())),
-            tr("Such files stay in the list: %n", nullptr,
-               static_cast<int>(plan.unsupported.size())));
+        services().prompts.alert(tr("“%1” is of a kind that this version cannot convert here.")
+                                     .arg(lastPathComponent(plan.unsupported.first())),
+                                 tr("Such files stay in the list: %n", nullptr,
+                                    static_cast<int>(plan.unsupported.size())));
     }
 }
 

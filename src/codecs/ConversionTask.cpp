@@ -18,8 +18,8 @@ ConversionTask::ConversionTask(const QString& fileName, const QString& outputPat
                                const QStringList& arguments, OutputGuard::Existing existing,
                                ComplaintReader complaintReader)
     : QUAVAsyncNSTask(services.queue, launchPath, arguments), services_(services),
-      fileName_(fileName), outputPath_(outputPath),
-      existing_(existing), complaintReader_(complaintReader) {
+      fileName_(fileName), outputPath_(outputPath), existing_(existing),
+      complaintReader_(complaintReader) {
     setTitle(lastPathComponent(fileName));
     setTextFieldString(title());
     setTextFieldValue();

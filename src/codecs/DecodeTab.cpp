@@ -65,8 +65,8 @@ void DecodeTab::planFlac(const QString& source, const QString& folder, Conversio
         return;
     }
     const FlacDecodeOptions options{outputFormat_, keepForeignMetadata_, decodeFlacThroughErrors_};
-    plan.conversions.push_back({source, output, QStringLiteral("flac"),
-                                flacDecodeArguments(options, source, output)});
+    plan.conversions.push_back(
+        {source, output, QStringLiteral("flac"), flacDecodeArguments(options, source, output)});
 }
 
 ConversionPlan DecodeTab::plan(const QString& chosenFolder, Existing /*existing*/) const {
@@ -85,9 +85,9 @@ ConversionPlan DecodeTab::plan(const QString& chosenFolder, Existing /*existing*
 std::vector<std::shared_ptr<ConversionTask>> DecodeTab::makeTasks(const ConversionPlan& plan) {
     std::vector<std::shared_ptr<ConversionTask>> tasks;
     for (const PlannedConversion& conversion : plan.conversions) {
-        tasks.push_back(std::make_shared<DecodeFlacTask>(
-            conversion.source, services(), services().tools.tool(conversion.tool),
-            conversion.arguments));
+        tasks.push_back(std::make_shared<DecodeFlacTask>(conversion.source, services(),
+                                                         services().tools.tool(conversion.tool),
+                                                         conversion.arguments));
     }
     return tasks;
 }

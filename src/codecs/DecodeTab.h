@@ -6,7 +6,6 @@
 
 namespace quav {
 
-
 /// Turns compressed lossless files back into WAV or AIFF.
 class DecodeTab : public ConversionTab {
     Q_OBJECT

@@ -94,8 +94,8 @@ void EncodeTab::planFlac(const QString& source, const QString& folder, Existing 
     const QString output = joinPath(folder, baseName(source) + QStringLiteral(".flac"));
     const FlacEncodeOptions options{flacLevel(), flacLax_, flacKeepForeignMetadata_, flacVerify_,
                                     existing == Existing::Overwrite};
-    plan.conversions.push_back({source, output, QStringLiteral("flac"),
-                                flacEncodeArguments(options, source, output)});
+    plan.conversions.push_back(
+        {source, output, QStringLiteral("flac"), flacEncodeArguments(options, source, output)});
 }
 
 ConversionPlan EncodeTab::plan(const QString& chosenFolder, Existing existing) const {
@@ -115,9 +115,9 @@ std::vector<std::shared_ptr<ConversionTask>> EncodeTab::makeTasks(const Conversi
     const auto results = std::make_shared<QUAVTaskResults>();
     std::vector<std::shared_ptr<ConversionTask>> tasks;
     for (const PlannedConversion& conversion : plan.conversions) {
-        tasks.push_back(std::make_shared<EncodeFlacTask>(
-            conversion.source, services(), services().tools.tool(conversion.tool),
-            conversion.arguments, results));
+        tasks.push_back(std::make_shared<EncodeFlacTask>(conversion.source, services(),
+                                                         services().tools.tool(conversion.tool),
+                                                         conversion.arguments, results));
         results->addTaskInSet(*tasks.back());
     }
     return tasks;

@@ -22,11 +22,12 @@ std::optional<double> decodePercentage(const QString& piece);
 struct EncodeProgress {
     QString percentText; ///< empty when the piece holds no percentage
     double percent = -1;
-    QString detail;      ///< from "ratio=" on
+    QString detail; ///< from "ratio=" on
 };
 EncodeProgress encodeProgress(const QString& piece);
 
-/// What a completed line complains of. `fileName` is the name that the tool puts before what it says about the file.
+/// What a completed line complains of. `fileName` is the name that the tool puts before what it
+/// says about the file.
 ToolComplaint complaintIn(const QString& line, const QString& fileName);
 
 } // namespace quav::flacoutput

@@ -35,10 +35,10 @@ void QUAVAsyncNSTask::startTask() {
                      [this](int status) { toolEnded(status); });
     const auto started = child->start(command_);
     if (!started) {
-        throw ToolLaunchError(QCoreApplication::translate("QUAVAsyncNSTask",
-                                                          "“%1” could not be started: %2")
-                                  .arg(command_.program, started.error())
-                                  .toStdString());
+        throw ToolLaunchError(
+            QCoreApplication::translate("QUAVAsyncNSTask", "“%1” could not be started: %2")
+                .arg(command_.program, started.error())
+                .toStdString());
     }
     child_ = std::move(child);
 }
@@ -68,9 +68,7 @@ void QUAVAsyncNSTask::toolEnded(int exitStatus) {
                 setError(true);
             }
         },
-        [self = std::static_pointer_cast<QUAVAsyncNSTask>(shared_from_this())] {
-            self->finish();
-        });
+        [self = std::static_pointer_cast<QUAVAsyncNSTask>(shared_from_this())] { self->finish(); });
 }
 
 void QUAVAsyncNSTask::stopTask() {

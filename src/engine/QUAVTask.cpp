@@ -18,8 +18,7 @@ QString rowText(const char* text) {
 
 } // namespace
 
-QUAVTask::QUAVTask(TaskHost& queue)
-    : queue_(queue), results_(std::make_shared<QUAVTaskResults>()) {
+QUAVTask::QUAVTask(TaskHost& queue) : queue_(queue), results_(std::make_shared<QUAVTaskResults>()) {
     results_->addTaskInSet(*this);
 }
 

@@ -9,10 +9,10 @@ namespace quav {
 struct TaskRow {
     enum class Colour { Normal, Red, DarkGreen };
 
-    QString mainLine;                     ///< bold; the task's title, or "Canceled"
+    QString mainLine; ///< bold; the task's title, or "Canceled"
     Colour mainLineColour = Colour::Normal;
     QString statusLine = QCoreApplication::translate("TaskRow", "Waiting...");
-    double barValue = 0;                  ///< 0 to 100
+    double barValue = 0; ///< 0 to 100
     bool barVisible = true;
     bool barDeterminate = true;
     bool barAnimated = true;

@@ -19,13 +19,13 @@ class TaskRowsModel : public QAbstractListModel {
 public:
     enum Role {
         StatusLineRole = Qt::UserRole + 1,
-        MainLineColourRole,    ///< a TaskRow::Colour as int
-        BarValueRole,          ///< 0 to 100
+        MainLineColourRole, ///< a TaskRow::Colour as int
+        BarValueRole,       ///< 0 to 100
         BarVisibleRole,
         BarDeterminateRole,
         BarAnimatedRole,
         CancelButtonVisibleRole,
-        ErrorRole,             ///< the task failed
+        ErrorRole, ///< the task failed
     };
 
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;

@@ -10,9 +10,9 @@ namespace quav {
 
 /// A command-line tool that the program drives.
 struct ToolDefinition {
-    const char* name;             ///< the name in the tools folder
-    const char* package;          ///< the Debian package that has it
-    const char* versionArgument;  ///< makes it print its version and end
+    const char* name;            ///< the name in the tools folder
+    const char* package;         ///< the Debian package that has it
+    const char* versionArgument; ///< makes it print its version and end
 };
 
 /// The folder that holds the command-line tools, or links to them.

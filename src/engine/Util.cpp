@@ -6,8 +6,6 @@
 #include <QDir>
 #include <QFile>
 
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -16,6 +14,7 @@
 #include <limits>
 #include <stdexcept>
 #include <system_error>
+#include <unistd.h>
 
 namespace quav {
 
@@ -62,7 +61,8 @@ QString Util::generateTempFileName(const QString& folder, const QString& extensi
                                 "Unable to create a temporary file");
     }
     if (close(descriptor) != 0) {
-        throw std::system_error(errno, std::generic_category(), "Unable to close the temporary file");
+        throw std::system_error(errno, std::generic_category(),
+                                "Unable to close the temporary file");
     }
     return QFile::decodeName(path);
 }

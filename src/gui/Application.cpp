@@ -46,9 +46,9 @@ StartOptions readArguments(const QApplication& application) {
     parser.setApplicationDescription(
         QApplication::translate("Application", "A workbench for people who keep music without "
                                                "loss."));
-    const QCommandLineOption tab(
-        QStringLiteral("tab"), QApplication::translate("Application", "Select the tab LABEL."),
-        QStringLiteral("LABEL"));
+    const QCommandLineOption tab(QStringLiteral("tab"),
+                                 QApplication::translate("Application", "Select the tab LABEL."),
+                                 QStringLiteral("LABEL"));
     parser.addOption(tab);
     parser.addHelpOption();
     parser.addVersionOption();
@@ -126,8 +126,7 @@ int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)
     QObject::connect(&desktop, &DBusDesktop::attentionRequested, &window,
                      [&window] { QApplication::alert(&window); });
     QObject::connect(&window, &MainWindow::finishing, &instance, &SingleInstance::release);
-    QObject::connect(&window, &MainWindow::finishing, &outputWindows,
-                     &OutputWindows::showNoMore);
+    QObject::connect(&window, &MainWindow::finishing, &outputWindows, &OutputWindows::showNoMore);
     QObject::connect(
         &window, &MainWindow::finished, &application, [] { QApplication::exit(0); },
         Qt::QueuedConnection);

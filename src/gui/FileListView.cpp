@@ -1,6 +1,7 @@
 #include "gui/FileListView.h"
 
 #include "app/BaseTab.h"
+#include "gui/DroppedFiles.h"
 #include "gui/Icons.h"
 
 #include <QContextMenuEvent>
@@ -8,7 +9,6 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QPainter>
-#include <QUrl>
 
 #include <algorithm>
 #include <vector>
@@ -43,17 +43,6 @@ std::vector<QString> longestNames(const QAbstractItemModel& model) {
 }
 
 } // namespace
-
-QStringList localFilesIn(const QMimeData* mimeData) {
-    QStringList files;
-    const QList<QUrl> urls = mimeData->urls();
-    for (const QUrl& url : urls) {
-        if (url.isLocalFile()) {
-            files << url.toLocalFile();
-        }
-    }
-    return files;
-}
 
 FileListView::FileListView(BaseTab& tab, QWidget* parent) : QTreeView(parent), tab_(tab) {
     setModel(&tab.files());
@@ -130,9 +119,8 @@ void FileListView::menuWillOpen() {
     for (const QString& extension : extensions) {
         QString text = extension;
         text.replace(u'&', QStringLiteral("&&"));
-        extensionsMenu_->addAction(text.isEmpty() ? tr("(none)") : text, this, [this, extension] {
-            tab_.filterGivenExtension(extension);
-        });
+        extensionsMenu_->addAction(text.isEmpty() ? tr("(none)") : text, this,
+                                   [this, extension] { tab_.filterGivenExtension(extension); });
     }
 }
 
@@ -175,9 +163,8 @@ void FileListView::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
     event->accept();
     // Later, so that the program the files come from need not wait for our questions.
-    QTimer::singleShot(0, this, [this, files = localFilesIn(event->mimeData())] {
-        tab_.addFiles(files);
-    });
+    QTimer::singleShot(0, this,
+                       [this, files = localFilesIn(*event->mimeData())] { tab_.addFiles(files); });
 }
 
 void FileListView::paintEvent(QPaintEvent* event) {

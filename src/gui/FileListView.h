@@ -1,18 +1,12 @@
 #pragma once
 
 #include <QMenu>
-#include <QStringList>
 #include <QTimer>
 #include <QTreeView>
-
-class QMimeData;
 
 namespace quav {
 
 class BaseTab;
-
-/// The local files and folders among what is dragged.
-QStringList localFilesIn(const QMimeData* mimeData);
 
 /// The list of a tab's files: takes drops, removes what is selected, and says what to do while it
 /// is empty.

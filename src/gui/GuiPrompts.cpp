@@ -49,8 +49,7 @@ bool GuiPrompts::confirm(const Question& question) {
     const auto role = [](bool affirms) {
         return affirms ? QMessageBox::AcceptRole : QMessageBox::RejectRole;
     };
-    QPushButton* byDefault =
-        box.addButton(question.defaultButton, role(question.defaultAffirms));
+    QPushButton* byDefault = box.addButton(question.defaultButton, role(question.defaultAffirms));
     QPushButton* alternate =
         box.addButton(question.alternateButton, role(!question.defaultAffirms));
     box.setDefaultButton(byDefault);

@@ -12,7 +12,6 @@ namespace quav {
 void paintDropIcon(QPainter& painter, const QRectF& place, const QColor& colour);
 
 /// A filled disc with a cross cut out of it in the second colour.
-void paintStopIcon(QPainter& painter, const QRectF& place, const QColor& disc,
-                   const QColor& cross);
+void paintStopIcon(QPainter& painter, const QRectF& place, const QColor& disc, const QColor& cross);
 
 } // namespace quav

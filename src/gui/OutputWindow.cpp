@@ -70,8 +70,8 @@ void OutputWindow::save() {
         return;
     }
     QSaveFile file(*path);
-    const bool saved = file.open(QIODevice::WriteOnly) && file.write(text().toUtf8()) >= 0 &&
-                       file.commit();
+    const bool saved =
+        file.open(QIODevice::WriteOnly) && file.write(text().toUtf8()) >= 0 && file.commit();
     if (!saved) {
         prompts_.alert(tr("The text could not be saved"),
                        tr("%1: %2").arg(*path, file.errorString()));

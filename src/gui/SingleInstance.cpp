@@ -83,15 +83,13 @@ bool SingleInstance::handOver(const QStringList& files, const QString& tab) {
 }
 
 void SingleInstance::takeActivationToken(const QVariant& platformData) const {
-    const QString token =
-        qdbus_cast<QVariantMap>(platformData).value(activationToken).toString();
+    const QString token = qdbus_cast<QVariantMap>(platformData).value(activationToken).toString();
     if (!token.isEmpty()) {
         qputenv(activationVariable, token.toUtf8());
     }
 }
 
-bool SingleInstance::handleMessage(const QDBusMessage& message,
-                                   const QDBusConnection& connection) {
+bool SingleInstance::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
     if (message.interface() != interfaceName && !message.interface().isEmpty()) {
         return false;
     }

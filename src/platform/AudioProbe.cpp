@@ -44,8 +44,8 @@ bool isAiffOrWav(const QString& path) {
     head.append(AVPROBE_PADDING_SIZE, '\0'); // the prober reads a little past the end
     const AVProbeData data{"", reinterpret_cast<unsigned char*>(head.data()), length, nullptr};
     const AVInputFormat* format = av_probe_input_format(&data, 1);
-    return format && (format->name == std::string_view("wav") ||
-                      format->name == std::string_view("aiff"));
+    return format &&
+           (format->name == std::string_view("wav") || format->name == std::string_view("aiff"));
 }
 
 bool isAppleLossless(const QString& path) {

@@ -18,8 +18,8 @@ void BackgroundWork::run(std::function<void()> work, std::function<void()> after
     }
     // `afterwards` is moved on and not copied: it may own the task that owns us, and the last such
     // owner must not go on the worker thread.
-    thread_ = std::thread(
-        [this, work = std::move(work), afterwards = std::move(afterwards)]() mutable {
+    thread_ =
+        std::thread([this, work = std::move(work), afterwards = std::move(afterwards)]() mutable {
             work();
             mainThread_.post(std::move(afterwards));
         });

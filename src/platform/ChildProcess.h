@@ -1,12 +1,12 @@
 #pragma once
 
-#include <tl/expected.hpp>
-
 #include <QByteArray>
 #include <QObject>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+
+#include <tl/expected.hpp>
 
 #include <memory>
 

@@ -24,8 +24,7 @@ QDBusMessage screenSaverCall(const QString& method) {
 
 } // namespace
 
-DBusDesktop::DBusDesktop(QObject* parent)
-    : QObject(parent), bus_(QDBusConnection::sessionBus()) {}
+DBusDesktop::DBusDesktop(QObject* parent) : QObject(parent), bus_(QDBusConnection::sessionBus()) {}
 
 bool DBusDesktop::notify(const QString& title) {
     if (!bus_.isConnected() || !bus_.interface()->isServiceRegistered(notifications)) {
@@ -52,8 +51,9 @@ void DBusDesktop::setBadge(std::optional<int> count) {
         QStringLiteral("/quav"), QStringLiteral("com.canonical.Unity.LauncherEntry"),
         QStringLiteral("Update"));
     update << QStringLiteral("application://quav.desktop")
-           << QVariantMap{{QStringLiteral("count"), QVariant::fromValue<qlonglong>(count.value_or(0))},
-                          {QStringLiteral("count-visible"), count.has_value()}};
+           << QVariantMap{
+                  {QStringLiteral("count"), QVariant::fromValue<qlonglong>(count.value_or(0))},
+                  {QStringLiteral("count-visible"), count.has_value()}};
     bus_.send(update);
 }
 

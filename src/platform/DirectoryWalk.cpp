@@ -3,10 +3,10 @@
 #include <QFile>
 #include <QUtf8StringView>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <dirent.h>
 #include <memory>
 #include <string_view>
 #include <utility>

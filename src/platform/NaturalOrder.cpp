@@ -39,7 +39,8 @@ QByteArray NaturalOrder::sortKey(const QString& text) const {
         const icu::UnicodeString view(false, characters, static_cast<int32_t>(text.size()));
         key.resize(text.size() * 3 + 16);
         const auto bytes = [&key] { return reinterpret_cast<uint8_t*>(key.data()); };
-        int32_t length = collator_->icu->getSortKey(view, bytes(), static_cast<int32_t>(key.size()));
+        int32_t length =
+            collator_->icu->getSortKey(view, bytes(), static_cast<int32_t>(key.size()));
         if (length > key.size()) {
             key.resize(length);
             length = collator_->icu->getSortKey(view, bytes(), length);

@@ -102,6 +102,7 @@ QString whatItTakes(const SettingDefinition& definition) {
 /// Looks at the file before the store opens it and may write to it.
 QString keepDamagedCopy(const QString& file) {
     const QSettings probe(file, QSettings::IniFormat);
+    probe.allKeys(); // a section is only read, and found damaged, when somebody asks for it
     if (probe.status() != QSettings::FormatError) {
         return {};
     }
@@ -138,8 +139,8 @@ QVariant Settings::stored(QLatin1StringView key) const {
     const SettingDefinition* known = definition(QString(key));
     Q_ASSERT_X(known, "Settings", key.data());
     const std::lock_guard lock(mutex_);
-    const QVariant value = inMemory_ && inMemory_->contains(key) ? inMemory_->value(key)
-                                                                 : store_.value(key);
+    const QVariant value =
+        inMemory_ && inMemory_->contains(key) ? inMemory_->value(key) : store_.value(key);
     return value.isValid() ? asTyped(*known, value).value_or(known->defaultValue)
                            : known->defaultValue;
 }
@@ -164,8 +165,9 @@ tl::expected<void, QString> Settings::setFromText(const QString& key, const QStr
     }
     const std::optional<QVariant> typed = asTyped(*known, value);
     if (!typed) {
-        return tl::make_unexpected(QCoreApplication::translate("Settings", "“%1” takes %2, not “%3”.")
-                                       .arg(key, whatItTakes(*known), value));
+        return tl::make_unexpected(
+            QCoreApplication::translate("Settings", "“%1” takes %2, not “%3”.")
+                .arg(key, whatItTakes(*known), value));
     }
     set(known->key, *typed);
     return {};

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <tl/expected.hpp>
-
 #include <QHash>
 #include <QLatin1StringView>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
+
+#include <tl/expected.hpp>
 
 #include <mutex>
 #include <optional>

@@ -8,9 +8,11 @@ namespace quav {
 
 Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& desktop,
                      ToolsFolder tools)
-    : tools_(std::move(tools)), queue_(settings, desktop, tools_, mainThread_, notifications_),
-      services_{settings, prompts, desktop, tools_, queue_}, decodeTab_(services_),
-      encodeTab_(services_), controller_(services_) {
+    : tools_(std::move(tools)),
+      queue_(settings, desktop, tools_, mainThread_, notifications_), services_{settings, prompts,
+                                                                                desktop, tools_,
+                                                                                queue_},
+      decodeTab_(services_), encodeTab_(services_), controller_(services_) {
     TagLibTagsHelper::initialise();
     controller_.addTab(decodeTab_);
     controller_.addTab(encodeTab_);

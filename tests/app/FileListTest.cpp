@@ -1,1 +1,238 @@
-int main(){return 0;}
+#include "app/FileKinds.h"
+#include "app/QUAVController.h"
+#include "platform/Settings.h"
+#include "support/AudioFixtures.h"
+#include "support/Rig.h"
+#include "support/ScriptedPrompts.h"
+#include "support/Table.h"
+
+#include <QAbstractItemModelTester>
+#include <QDir>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <chrono>
+
+using namespace quav;
+using quav::test::Rig;
+using quav::test::row;
+using quav::test::writeWav;
+
+namespace {
+
+/// A tab without work of its own.
+class PlainTab : public BaseTab {
+public:
+    using BaseTab::BaseTab;
+
+    int shown = 0;
+
+    void displayRelevantOptions() override { ++shown; }
+    CommandOutcome executeCommand() override { return CommandOutcome::NothingToDo; }
+};
+
+struct Shell {
+    Rig rig;
+    test::ScriptedPrompts prompts;
+    Services services{rig.settings, prompts, rig.desktop, rig.tools, rig.queue};
+    PlainTab decode{tabs::decode, services};
+    PlainTab encode{tabs::encode, services};
+    QUAVController controller{services};
+
+    Shell() {
+        controller.addTab(decode);
+        controller.addTab(encode);
+    }
+
+    /// Makes empty files in the rig's folder and returns their paths.
+    QStringList touch(const QStringList& names) const {
+        QStringList paths;
+        for (const QString& name : names) {
+            paths << rig.path(name);
+            QDir().mkpath(folderOf(paths.last()));
+            QFile file(paths.last());
+            if (!file.open(QIODevice::WriteOnly)) {
+                qFatal("cannot make %s", qPrintable(name));
+            }
+        }
+        return paths;
+    }
+
+    static QString names(const BaseTab& tab) {
+        QStringList names;
+        for (const QString& path : tab.fileNames()) {
+            names << lastPathComponent(path);
+        }
+        return names.join(u'|');
+    }
+};
+
+QStringList list(const char* names) {
+    return QString::fromUtf8(names).split(u'|', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class FileListTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void filesAreListedOnceInNaturalOrder() {
+        Shell shell;
+        const QAbstractItemModelTester tester(&shell.decode.files());
+        const QStringList paths = shell.touch(list("track10.flac|Track2.flac|track1.FLAC"));
+        shell.decode.addFiles(paths);
+        shell.decode.addFiles({paths[1], shell.rig.path(QStringLiteral("x/../track10.flac"))});
+        shell.decode.addFile(paths[0]);
+        QCOMPARE(Shell::names(shell.decode), u"track1.FLAC|Track2.flac|track10.flac");
+        shell.decode.addFiles(shell.touch(list("track3.flac")));
+        QCOMPARE(Shell::names(shell.decode), u"track1.FLAC|Track2.flac|track3.flac|track10.flac");
+        QCOMPARE(shell.decode.files().extensions(), list("FLAC|flac"));
+        shell.decode.filterGivenExtension(QStringLiteral("FLAC"));
+        shell.decode.deleteSelectedRows({0, 2});
+        QCOMPARE(Shell::names(shell.decode), u"track3.flac");
+        shell.decode.clearButtonClick();
+        QCOMPARE(shell.decode.files().rowCount(), 0);
+    }
+
+    void whatATabCannotTakeIsSkippedAndSaid_data() {
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<QString>("listed");
+        QTest::addColumn<QString>("alert");
+        const QString some =
+            QStringLiteral("Some files types were not recognized by this tab and were skipped");
+        row("all good", "d/a.flac", "a.flac", "");
+        row("some", "d/a.flac|d/b.txt", "a.flac", some);
+        row("none", "d/b.txt", "", "File types not supported by this tab");
+        row("no extension", "d/a.flac|d/README", "a.flac", some);
+        row("bookkeeping", "d/a.flac|d/.DS_Store|d/.TOC.plist", "a.flac", "");
+    }
+    void whatATabCannotTakeIsSkippedAndSaid() {
+        QFETCH(QString, names);
+        QFETCH(QString, alert);
+        Shell shell;
+        shell.touch(names.split(u'|'));
+        shell.encode.addFiles({shell.rig.path(QStringLiteral("d"))});
+        QTEST(Shell::names(shell.encode), "listed");
+        QCOMPARE(shell.prompts.delayedAlerts.join(u'|'), alert);
+        QVERIFY(alert.isEmpty() || shell.prompts.lastDelay == std::chrono::milliseconds(500));
+        shell.prompts.delayedAlerts.clear();
+        shell.rig.settings.set(keys::warnOnFilesSkipped, false);
+        shell.encode.addFiles({shell.rig.path(QStringLiteral("d"))});
+        QVERIFY(shell.prompts.delayedAlerts.isEmpty());
+    }
+
+    void plainAudioIsTakenWhateverItsName() {
+        Shell shell;
+        const QString odd = shell.rig.path(QStringLiteral("take.bin"));
+        QVERIFY(writeWav(odd, {.frames = 10}));
+        shell.encode.addFiles({odd});
+        QCOMPARE(Shell::names(shell.encode), u"take.bin");
+        QVERIFY(!isValidFile(tabs::tags, shell.touch(list("b.bin"))[0]));
+        QVERIFY(isValidFile(tabs::checksum, QStringLiteral("/x/anything")));
+        QVERIFY(!isValidFile(tabs::encode, shell.touch(list("no.m4a"))[0]));
+    }
+
+    void namesThatAreNotUtf8AreReported() {
+        Shell shell;
+        QVERIFY(test::run(QStringLiteral("sh"),
+                          {QStringLiteral("-c"),
+                           QStringLiteral("touch \"$(printf '%s/\\374.flac' \"$0\")\""),
+                           shell.rig.folder.path()})
+                    .status == 0);
+        shell.decode.addFiles({shell.rig.folder.path()});
+        QVERIFY(shell.prompts.delayedAlerts.join(u'\n').contains(u"not valid UTF-8"));
+        shell.prompts.delayedAlerts.clear();
+        shell.decode.addFiles({shell.rig.path(QStringLiteral("\uFFFD.flac"))});
+        QVERIFY(shell.prompts.delayedAlerts.join(u'\n').contains(u"not valid UTF-8"));
+        QCOMPARE(shell.decode.files().rowCount(), 0);
+    }
+
+    void filesDroppedOnTheProgramGoToTheRightTab_data() {
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<QString>("names");
+        QTest::addColumn<QString>("decode");
+        QTest::addColumn<QString>("encode");
+        QTest::addColumn<QString>("selectedThen");
+        row("selected tab", "encode", "a.flac|b.mp3", "", "a.flac", "encode");
+        row("about, FLAC", "about", "a.Flac", "a.Flac", "", "decode");
+        row("about, WAV", "about", "a.wav", "", "a.wav", "encode");
+        row("about, Opus", "about", "a.opus", "a.opus", "", "decode");
+        row("about, unknown", "about", "a.mp3", "", "", "encode");
+        row("about, several", "about", "a.wav|b.flac", "b.flac", "a.wav", "decode");
+    }
+    void filesDroppedOnTheProgramGoToTheRightTab() {
+        QFETCH(QString, selected);
+        QFETCH(QString, names);
+        Shell shell;
+        shell.controller.selectTab(selected);
+        QSignalSpy changed(&shell.controller, &QUAVController::selectedTabChanged);
+        shell.controller.addFiles(shell.touch(names.split(u'|')));
+        QTEST(Shell::names(shell.decode), "decode");
+        QTEST(Shell::names(shell.encode), "encode");
+        QTEST(shell.controller.selectedTabLabel(), "selectedThen");
+        QVERIFY(shell.prompts.delayedAlerts.isEmpty());
+    }
+
+    void foldersDroppedOnTheProgramAreSearched() {
+        Shell shell;
+        shell.touch(list("d/e/a.flac|d/.DS_Store|d/README"));
+        shell.controller.selectTab(tabs::encode);
+        QCOMPARE(shell.encode.shown, 1);
+        shell.controller.addFiles({shell.rig.path(QStringLiteral("d"))});
+        QCOMPARE(Shell::names(shell.encode), u"a.flac");
+        shell.controller.selectTab(0);
+        QCOMPARE(shell.controller.selectedTabLabel(), u"decode");
+        QCOMPARE(shell.controller.tabLabels(), list("decode|encode|about"));
+    }
+
+    void quittingAsksWhileTasksAreQueued_data() {
+        QTest::addColumn<int>("tasks");
+        QTest::addColumn<bool>("answer");
+        QTest::addColumn<bool>("quits");
+        row("empty queue", 0, false, true);
+        row("three, no", 3, false, false);
+        row("three, yes", 3, true, true);
+    }
+    void quittingAsksWhileTasksAreQueued() {
+        QFETCH(int, tasks);
+        QFETCH(bool, answer);
+        Shell shell;
+        for (int i = 0; i < tasks; ++i) {
+            shell.rig.queue.addTask(std::make_shared<QUAVTask>(shell.rig.queue));
+        }
+        shell.prompts.answers = {answer};
+        QTEST(shell.controller.applicationShouldTerminate(), "quits");
+        QCOMPARE(shell.prompts.questions.size(), tasks > 0 ? 1U : 0U);
+        if (tasks > 0) {
+            const Question& asked = shell.prompts.questions[0];
+            QCOMPARE(asked.title, u"Tasks in Progress");
+            QCOMPARE(asked.message,
+                     u"There are 3 tasks in the queue.  Are you sure you want to quit?");
+            QCOMPARE(asked.defaultButton, u"No");
+        }
+        shell.prompts.answers = {false};
+        QVERIFY(!shell.controller.windowShouldClose());
+        QCOMPARE(shell.prompts.questions.back().alternateButton, u"Quit");
+    }
+
+    void theAddButtonTakesTheChosenFiles() {
+        Shell shell;
+        shell.prompts.files = shell.touch(list("b.flac|a.flac"));
+        shell.decode.addButtonClick();
+        QCOMPARE(Shell::names(shell.decode), u"a.flac|b.flac");
+    }
+
+    void outputFoldersAreListedByExtension() {
+        const Shell shell;
+        shell.touch(list("a.flac|b.FLAC|c.wav|d/e.flac"));
+        QStringList found =
+            BaseTab::getFilesFromOutputDirectory(shell.rig.folder.path(), QStringLiteral("flac"));
+        found.sort();
+        QCOMPARE(found, (QStringList{shell.rig.path(QStringLiteral("a.flac")),
+                                     shell.rig.path(QStringLiteral("b.FLAC"))}));
+    }
+};
+
+QTEST_GUILESS_MAIN(FileListTest)
+#include "FileListTest.moc"

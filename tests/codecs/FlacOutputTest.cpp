@@ -1,10 +1,13 @@
-#include "codecs/FlacCommand.h"
 #include "codecs/FlacOutput.h"
+
+#include "codecs/FlacCommand.h"
 #include "engine/ToolPieces.h"
+#include "support/Table.h"
 
 #include <QTest>
 
 using namespace quav;
+using quav::test::row;
 
 namespace {
 
@@ -22,11 +25,11 @@ private Q_SLOTS:
     void decodePercentages_data() {
         QTest::addColumn<QString>("piece");
         QTest::addColumn<double>("percent"); // below zero: none
-        QTest::newRow("first") << "big.flac: 61% complete" << 61.0;
-        QTest::newRow("update") << backspaces(12, "99% complete") << 99.0;
-        QTest::newRow("end") << backspaces(12, "done         \n") << -1.0;
-        QTest::newRow("banner") << "flac 1.4.2\n" << -1.0;
-        QTest::newRow("misleading name") << "100% live: it's.flac: 61% complete" << 0.0;
+        row("first", "big.flac: 61% complete", 61.0);
+        row("update", backspaces(12, "99% complete"), 99.0);
+        row("end", backspaces(12, "done         \n"), -1.0);
+        row("banner", "flac 1.4.2\n", -1.0);
+        row("misleading name", "100% live: it's.flac: 61% complete", 0.0);
     }
     void decodePercentages() {
         QFETCH(QString, piece);
@@ -39,18 +42,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("percentText");
         QTest::addColumn<double>("percent");
         QTest::addColumn<QString>("detail");
-        QTest::newRow("first") << "big.wav: 28% complete, ratio=0.490" << "28" << 28.0
-                               << "ratio=0.490";
-        QTest::newRow("update") << backspaces(25, "57% complete, ratio=0.494") << "57" << 57.0
-                                << "ratio=0.494";
-        QTest::newRow("comma locale") << "big.wav: 31% complete, ratio=0,491" << "31" << 31.0
-                                      << "ratio=0,491";
-        QTest::newRow("two updates") << "57% complete, ratio=0.49458% complete" << "57" << 57.0
-                                     << "ratio=0.494";
-        QTest::newRow("end") << backspaces(25, "wrote 26694779 bytes, ratio=0.504\n") << "" << -1.0
-                             << "";
-        QTest::newRow("misleading name") << "a: b%.wav: 28% complete, ratio=0.490" << "b" << 0.0
-                                         << "ratio=0.490";
+        row("first", "big.wav: 28% complete, ratio=0.490", "28", 28.0, "ratio=0.490");
+        row("update", backspaces(25, "57% complete, ratio=0.494"), "57", 57.0, "ratio=0.494");
+        row("comma locale", "big.wav: 31% complete, ratio=0,491", "31", 31.0, "ratio=0,491");
+        row("two updates", "57% complete, ratio=0.49458% complete", "57", 57.0, "ratio=0.494");
+        row("end", backspaces(25, "wrote 26694779 bytes, ratio=0.504\n"), "", -1.0, "");
+        row("misleading name", "a: b%.wav: 28% complete, ratio=0.490", "b", 0.0, "ratio=0.490");
     }
     void encodeProgress() {
         QFETCH(QString, piece);
@@ -61,9 +58,9 @@ private Q_SLOTS:
     }
 
     void progressDoesNotDependOnTheCuts() {
-        const QByteArray bytes =
-            "big.wav: 28% complete, ratio=0.490" + QByteArray(25, '\b') +
-            "57% complete, ratio=0.494" + QByteArray(25, '\b') + "wrote 9 bytes, ratio=0.504\n";
+        const QByteArray bytes = "big.wav: 28% complete, ratio=0.490" + QByteArray(25, '\b') +
+                                 "57% complete, ratio=0.494" + QByteArray(25, '\b') +
+                                 "wrote 9 bytes, ratio=0.504\n";
         for (qsizetype cut = 0; cut <= bytes.size(); ++cut) {
             ToolPieces pieces;
             QStringList got = pieces.feed(bytes.left(cut));
@@ -80,14 +77,14 @@ private Q_SLOTS:
     void complaints_data() {
         QTest::addColumn<QString>("line");
         QTest::addColumn<int>("complaint");
-        const auto row = [](const char* line, ToolComplaint complaint) {
-            QTest::newRow(line) << QString::fromLatin1(line) << static_cast<int>(complaint);
+        const auto says = [](const char* line, ToolComplaint complaint) {
+            row(line, QString::fromLatin1(line), static_cast<int>(complaint));
         };
-        row("ERROR.wav: ERROR, MD5 signature mismatch", ToolComplaint::Damage);
-        row("ERROR.wav: WARNING: unexpected EOF; expected 9 samples, got 5 samples",
-            ToolComplaint::Damage);
-        row("ERROR.wav: WARNING: skipping unknown chunk 'fact'", ToolComplaint::Warning);
-        row("ERROR.wav: done", ToolComplaint::None);
+        says("ERROR.wav: ERROR, MD5 signature mismatch", ToolComplaint::Damage);
+        says("ERROR.wav: WARNING: unexpected EOF; expected 9 samples, got 5 samples",
+             ToolComplaint::Damage);
+        says("ERROR.wav: WARNING: skipping unknown chunk 'fact'", ToolComplaint::Warning);
+        says("ERROR.wav: done", ToolComplaint::None);
     }
     void complaints() {
         QFETCH(QString, line);
@@ -100,19 +97,15 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         const QString source = QStringLiteral("/m/a b.wav");
         const QString output = QStringLiteral("/o/a b.flac");
-        QTest::newRow("plain") << "-5 S -o O" << flacEncodeArguments({}, source, output);
-        QTest::newRow("everything") << "-8 --keep-foreign-metadata -V -f S -o O"
-                                    << flacEncodeArguments({8, false, true, true, true}, source,
-                                                           output);
-        QTest::newRow("lax has no level") << "--lax -V S -o O"
-                                          << flacEncodeArguments({8, true, false, true, false},
-                                                                 source, output);
-        QTest::newRow("to WAV") << "-d S -o O"
-                                << flacDecodeArguments({QStringLiteral("WAV"), false, false},
-                                                       source, output);
-        QTest::newRow("to AIFF")
-            << "-d --keep-foreign-metadata -F --force-aiff-format S -o O"
-            << flacDecodeArguments({QStringLiteral("AIFF"), true, true}, source, output);
+        row("plain", "-5 S -o O", flacEncodeArguments({}, source, output));
+        row("everything", "-8 --keep-foreign-metadata -V -f S -o O",
+            flacEncodeArguments({8, false, true, true, true}, source, output));
+        row("lax has no level", "--lax -V S -o O",
+            flacEncodeArguments({8, true, false, true, false}, source, output));
+        row("to WAV", "-d S -o O",
+            flacDecodeArguments({QStringLiteral("WAV"), false, false}, source, output));
+        row("to AIFF", "-d --keep-foreign-metadata -F --force-aiff-format S -o O",
+            flacDecodeArguments({QStringLiteral("AIFF"), true, true}, source, output));
     }
     void commandLines() {
         QFETCH(QString, line);

@@ -1,10 +1,11 @@
 #include "codecs/ConversionTask.h"
 #include "engine/QUAVTaskResults.h"
-#include "platform/Settings.h"
 #include "platform/PathNames.h"
+#include "platform/Settings.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
+#include "support/Table.h"
 #include "workbench/Workbench.h"
 
 #include <QDir>
@@ -18,6 +19,7 @@
 using namespace quav;
 using quav::test::audioMd5;
 using quav::test::contents;
+using quav::test::row;
 using quav::test::writeWav;
 
 namespace {
@@ -65,17 +67,17 @@ struct Bench {
     }
 
     QStringList outputs() const {
-        return QDir(path(QStringLiteral("out"))).entryList(QDir::AllEntries | QDir::Hidden |
-                                                           QDir::NoDotAndDotDot);
+        return QDir(path(QStringLiteral("out")))
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     /// A FLAC file made by the tool itself.
     QString flac(const QString& name) const {
         const QString wav = path(QStringLiteral("source of fixture.wav"));
         writeWav(wav);
-        test::run(QStringLiteral("flac"), {QStringLiteral("-s"), QStringLiteral("-f"),
-                                           QStringLiteral("-T"), QStringLiteral("TITLE=Größe"),
-                                           wav, QStringLiteral("-o"), path(name)});
+        test::run(QStringLiteral("flac"),
+                  {QStringLiteral("-s"), QStringLiteral("-f"), QStringLiteral("-T"),
+                   QStringLiteral("TITLE=Größe"), wav, QStringLiteral("-o"), path(name)});
         QFile::remove(wav);
         return path(name);
     }
@@ -104,11 +106,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("bits");
         QTest::addColumn<QString>("format");
-        QTest::newRow("16 bit WAV") << "d1t01 Größe [live].wav" << 16 << "WAV";
-        QTest::newRow("24 bit AIFF") << "It's \"late\" %f (1).wav" << 24 << "AIFF";
-        QTest::newRow("8 bit, leading dash") << "-d 100%.WAV" << 8 << "WAV";
-        QTest::newRow("newline, emoji") << "a\nb \U0001F3B5.wav" << 16 << "WAV";
-        QTest::newRow("250 bytes") << QString(246, u'n') + QStringLiteral(".wav") << 16 << "WAV";
+        row("16 bit WAV", "d1t01 Größe [live].wav", 16, "WAV");
+        row("24 bit AIFF", "It's \"late\" %f (1).wav", 24, "AIFF");
+        row("8 bit, leading dash", "-d 100%.WAV", 8, "WAV");
+        row("newline, emoji", "a\nb \U0001F3B5.wav", 16, "WAV");
+        row("250 bytes", QString(246, u'n') + QStringLiteral(".wav"), 16, "WAV");
     }
     void encodesAndDecodesBitExactly() {
         QFETCH(QString, name);
@@ -140,11 +142,11 @@ private Q_SLOTS:
             bench.decode.setOutputFormat(format);
             bench.run(bench.decode);
             const QString plain = bench.out(QStringLiteral("a.") + format.toLower());
-            QVERIFY(test::run(QStringLiteral("ffprobe"),
-                              {QStringLiteral("-v"), QStringLiteral("error"),
-                               QStringLiteral("-show_entries"), QStringLiteral("format_tags=title"),
-                               plain})
-                        .output.contains("Größe"));
+            QVERIFY(
+                test::run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("error"),
+                                                      QStringLiteral("-show_entries"),
+                                                      QStringLiteral("format_tags=title"), plain})
+                    .output.contains("Größe"));
             bench.encode.addFiles({plain});
             bench.prompts.answers = {true};
             bench.run(bench.encode);
@@ -160,12 +162,12 @@ private Q_SLOTS:
     void badInputFailsAndKeepsItsSource_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QString>("says");
-        QTest::newRow("truncated") << "truncated" << "ERROR";
-        QTest::newRow("flipped byte") << "flipped" << "ERROR";
-        QTest::newRow("text file") << "text" << "LOST_SYNC";
-        QTest::newRow("empty file") << "empty" << "ERROR";
-        QTest::newRow("deleted meanwhile") << "deleted" << "ERROR";
-        QTest::newRow("output is there") << "clash" << "already exists";
+        row("truncated", "truncated", "ERROR");
+        row("flipped byte", "flipped", "ERROR");
+        row("text file", "text", "LOST_SYNC");
+        row("empty file", "empty", "ERROR");
+        row("deleted meanwhile", "deleted", "ERROR");
+        row("output is there", "clash", "already exists");
     }
     void badInputFailsAndKeepsItsSource() {
         QFETCH(QString, kind);
@@ -217,9 +219,9 @@ private Q_SLOTS:
     void overwritingAsksAndAFailureBringsTheOldOutputBack_data() {
         QTest::addColumn<bool>("answer");
         QTest::addColumn<bool>("sourceIsAudio");
-        QTest::newRow("no") << false << true;
-        QTest::newRow("yes") << true << true;
-        QTest::newRow("yes, but fails") << true << false;
+        row("no", false, true);
+        row("yes", true, true);
+        row("yes, but fails", true, false);
     }
     void overwritingAsksAndAFailureBringsTheOldOutputBack() {
         QFETCH(bool, answer);
@@ -251,8 +253,8 @@ private Q_SLOTS:
 
     void encodingAFileOntoItselfNeverDeletesIt_data() {
         QTest::addColumn<bool>("throughLink");
-        QTest::newRow("beside the source") << false;
-        QTest::newRow("through a linked folder") << true;
+        row("beside the source", false);
+        row("through a linked folder", true);
     }
     void encodingAFileOntoItselfNeverDeletesIt() {
         QFETCH(bool, throughLink);
@@ -273,10 +275,10 @@ private Q_SLOTS:
     void nothingStartsWhen_data() {
         QTest::addColumn<QString>("obstacle");
         QTest::addColumn<QString>("says");
-        QTest::newRow("two sources share an output") << "shared" << "same output file";
-        QTest::newRow("a tool is missing") << "tool" << "package “flac”";
-        QTest::newRow("the output folder is gone") << "folder" << "does not exist";
-        QTest::newRow("the output folder is a file") << "file" << "does not exist";
+        row("two sources share an output", "shared", "same output file");
+        row("a tool is missing", "tool", "package “flac”");
+        row("the output folder is gone", "folder", "does not exist");
+        row("the output folder is a file", "file", "does not exist");
     }
     void nothingStartsWhen() {
         QFETCH(QString, obstacle);
@@ -331,8 +333,9 @@ private Q_SLOTS:
         bench.encode.setDeleteOriginals(true);
         bench.prompts.answers = {false};
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
-        QCOMPARE(bench.prompts.questions[0].title,
-                 u"You have chosen to delete the original files.  Are you sure you want to continue?");
+        QCOMPARE(
+            bench.prompts.questions[0].title,
+            u"You have chosen to delete the original files.  Are you sure you want to continue?");
         bench.encode.setDeleteOriginals(false);
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
         QCOMPARE(bench.encode.files().rowCount(), 1);

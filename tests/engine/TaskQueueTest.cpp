@@ -2,6 +2,7 @@
 #include "engine/QUAVTask.h"
 #include "engine/QUAVTaskResults.h"
 #include "support/Rig.h"
+#include "support/Table.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -14,6 +15,7 @@
 
 using namespace quav;
 using quav::test::Rig;
+using quav::test::row;
 
 namespace {
 
@@ -114,8 +116,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("after");
         QTest::addColumn<QString>("runningAtOnce");
         QTest::addColumn<QString>("runningThen");
-        QTest::newRow("raised") << 1 << 4 << "0" << "1234";
-        QTest::newRow("lowered") << 3 << 1 << "012" << "12";
+        row("raised", 1, 4, "0", "1234");
+        row("lowered", 3, 1, "012", "12");
     }
     void aNewLimitCountsFromTheNextCompletion() {
         QFETCH(int, before);
@@ -208,8 +210,8 @@ private Q_SLOTS:
 
     void tellsTheDesktopWhenEverythingIsFinished_data() {
         QTest::addColumn<bool>("offersNotifications");
-        QTest::newRow("with notifications") << true;
-        QTest::newRow("without") << false;
+        row("with notifications", true);
+        row("without", false);
     }
     void tellsTheDesktopWhenEverythingIsFinished() {
         QFETCH(bool, offersNotifications);
@@ -341,8 +343,8 @@ private Q_SLOTS:
 
     void backgroundWorkReportsFromItsThread_data() {
         QTest::addColumn<bool>("throws");
-        QTest::newRow("succeeds") << false;
-        QTest::newRow("throws") << true;
+        row("succeeds", false);
+        row("throws", true);
     }
     void backgroundWorkReportsFromItsThread() {
         QFETCH(bool, throws);

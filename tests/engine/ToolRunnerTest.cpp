@@ -6,6 +6,7 @@
 #include "engine/Util.h"
 #include "support/AudioFixtures.h"
 #include "support/Rig.h"
+#include "support/Table.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -14,6 +15,7 @@
 using namespace quav;
 using quav::test::contents;
 using quav::test::Rig;
+using quav::test::row;
 
 namespace {
 
@@ -55,18 +57,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("script");
         QTest::addColumn<bool>("fails");
         QTest::addColumn<QString>("report");
-        QTest::newRow("nothing printed and 0") << "true" << false << "";
-        QTest::newRow("message and 1") << "echo no good; exit 1" << true << "no good\n";
-        QTest::newRow("both streams in order")
-            << "echo one; echo two >&2; echo three" << false << "one\ntwo\nthree\n";
-        QTest::newRow("killed by a signal") << "kill -9 $$" << true << "";
-        QTest::newRow("split UTF-8")
-            << "printf 'Gr\\303'; sleep 0.05; printf '\\274\\303\\237e\\n'" << false << "Grüße\n";
-        QTest::newRow("not UTF-8") << "printf 'a\\n\\377\\nb\\n'" << false << "a\nb\n";
-        QTest::newRow("overwritten progress")
-            << "printf 'f: 10%%\\b\\b\\b20%%\\b\\b\\bok \\n'" << false << "f: ok\n";
-        QTest::newRow("no line end") << "printf end" << false << "end";
-        QTest::newRow("asks on standard input") << "read answer || echo none" << false << "none\n";
+        row("nothing printed and 0", "true", false, "");
+        row("message and 1", "echo no good; exit 1", true, "no good\n");
+        row("both streams in order", "echo one; echo two >&2; echo three", false,
+            "one\ntwo\nthree\n");
+        row("killed by a signal", "kill -9 $$", true, "");
+        row("split UTF-8", "printf 'Gr\\303'; sleep 0.05; printf '\\274\\303\\237e\\n'", false,
+            "Grüße\n");
+        row("not UTF-8", "printf 'a\\n\\377\\nb\\n'", false, "a\nb\n");
+        row("overwritten progress", "printf 'f: 10%%\\b\\b\\b20%%\\b\\b\\bok \\n'", false,
+            "f: ok\n");
+        row("no line end", "printf end", false, "end");
+        row("asks on standard input", "read answer || echo none", false, "none\n");
     }
     void aToolEndsAsItsStatusSays() {
         QFETCH(QString, script);
@@ -115,8 +117,8 @@ private Q_SLOTS:
         QVERIFY(!waiting->wasLaunched() && !waiting->cleanedUp);
         QVERIFY(task->isActive());
         QVERIFY(QFile(gate).exists());
-        quav::test::run(QStringLiteral("sh"), {QStringLiteral("-c"),
-                                               QStringLiteral("echo go >'%1'").arg(gate)});
+        quav::test::run(QStringLiteral("sh"),
+                        {QStringLiteral("-c"), QStringLiteral("echo go >'%1'").arg(gate)});
         QTRY_COMPARE(idle.count(), 1);
         QVERIFY(task->isDone() && task->cancelled() && !task->error());
         QCOMPARE(task->row().mainLine, u"Canceled");
@@ -139,7 +141,8 @@ private Q_SLOTS:
         const QString path = qEnvironmentVariable("PATH");
         const QString more = rig.path(QStringLiteral("more"));
         const auto task = std::make_shared<ShellTask>(
-            rig.queue, QStringLiteral("echo \"$PATH|$NSUnbufferedIO|$POSIXLY_CORRECT|$LC_ALL|\"; pwd"));
+            rig.queue,
+            QStringLiteral("echo \"$PATH|$NSUnbufferedIO|$POSIXLY_CORRECT|$LC_ALL|\"; pwd"));
         task->appendToPATH(more);
         task->setDirectory(rig.folder.path());
         runToIdle(rig, task);
@@ -234,8 +237,8 @@ private Q_SLOTS:
 
     void deletingFollowsTheSetting_data() {
         QTest::addColumn<int>("trashOrDelete");
-        QTest::newRow("for good") << 0;
-        QTest::newRow("to the trash") << 1;
+        row("for good", 0);
+        row("to the trash", 1);
     }
     void deletingFollowsTheSetting() {
         QFETCH(int, trashOrDelete);
@@ -257,11 +260,11 @@ private Q_SLOTS:
         QTest::addColumn<bool>("overwrite");
         QTest::addColumn<bool>("commits");
         QTest::addColumn<QByteArray>("left");
-        QTest::newRow("new, succeeds") << false << false << true << QByteArray("new");
-        QTest::newRow("new, fails") << false << false << false << QByteArray();
-        QTest::newRow("overwritten, succeeds") << true << true << true << QByteArray("new");
-        QTest::newRow("overwritten, fails") << true << true << false << QByteArray("old");
-        QTest::newRow("not ours, fails") << true << false << false << QByteArray("old");
+        row("new, succeeds", false, false, true, QByteArray("new"));
+        row("new, fails", false, false, false, QByteArray());
+        row("overwritten, succeeds", true, true, true, QByteArray("new"));
+        row("overwritten, fails", true, true, false, QByteArray("old"));
+        row("not ours, fails", true, false, false, QByteArray("old"));
     }
     void anOutputIsWholeOrNotThere() {
         QFETCH(bool, existed);

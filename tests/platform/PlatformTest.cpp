@@ -1,1 +1,227 @@
-int main(){return 0;}
+#include "platform/AudioProbe.h"
+#include "platform/DirectoryWalk.h"
+#include "platform/MainThread.h"
+#include "platform/NaturalOrder.h"
+#include "platform/PathNames.h"
+#include "platform/Settings.h"
+#include "support/AudioFixtures.h"
+#include "support/Table.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+using namespace quav;
+using quav::test::contents;
+using quav::test::row;
+using quav::test::writeWav;
+
+namespace {
+
+void write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+} // namespace
+
+class PlatformTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pathsAreTakenApart_data() {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QString>("word");
+        row("plain", "/m/a b.Flac", "/m", "a b", "FLAC");
+        row("two dots", "/m/a.tar.wav", "/m", "a.tar", "WAV");
+        row("hidden", "/m/.bashrc", "/m", ".bashrc", "");
+        row("dot at the end", "/m/a.", "/m", "a.", "");
+        row("dot in the folder", "/m.x/a", "/m.x", "a", "");
+        row("root", "/a.wv", "/", "a", "WV");
+        row("bare", "a.wv", ".", "a", "WV");
+    }
+    void pathsAreTakenApart() {
+        QFETCH(QString, path);
+        QTEST(folderOf(path), "folder");
+        QTEST(baseName(path), "base");
+        QTEST(formatWord(path), "word");
+    }
+
+    void sameFileWhateverItsSpelling() {
+        const QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("a"));
+        write(file, "x");
+        const QString link = dir.filePath(QStringLiteral("link"));
+        QVERIFY(QFile::link(dir.path(), link));
+        QVERIFY(
+            isSameFile(file, link + QStringLiteral("/../%1/a").arg(lastPathComponent(dir.path()))));
+        QVERIFY(!isSameFile(file, dir.filePath(QStringLiteral("none"))));
+        QCOMPARE(withRealFolder(link + QStringLiteral("/new.flac")),
+                 joinPath(QFileInfo(dir.path()).canonicalFilePath(), QStringLiteral("new.flac")));
+    }
+
+    void namesSortAsInAFileBrowser() {
+        const QStringList sorted{
+            QStringLiteral("/a/Track 1.wav"),  QStringLiteral("/a/track 2.wav"),
+            QStringLiteral("/a/Track 10.wav"), QStringLiteral("/a/Ü.wav"),
+            QStringLiteral("/a/v.wav"),        QStringLiteral("/B/a.wav"),
+        };
+        QStringList shuffled{sorted.rbegin(), sorted.rend()};
+        const NaturalOrder order;
+        std::sort(shuffled.begin(), shuffled.end(), [&](const QString& a, const QString& b) {
+            return order.sortKey(a) < order.sortKey(b);
+        });
+        QCOMPARE(shuffled, sorted);
+        QVERIFY(order.sortKey(QStringLiteral("Track 2")) !=
+                order.sortKey(QStringLiteral("Track 02")));
+    }
+
+    void settingsHaveTheirTypes_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("accepted");
+        row("integer", "maxThreads", "8", true);
+        row("no number", "maxThreads", "many", false);
+        row("too low", "maxThreads", "0", false);
+        row("too high", "encodeFlacLevel", "9", false);
+        row("boolean", "warnOnDelete", "false", true);
+        row("no boolean", "warnOnDelete", "perhaps", false);
+        row("text", "ffpExtension", "größe, \"%f\"", true);
+        row("unknown", "noSuchKey", "1", false);
+    }
+    void settingsHaveTheirTypes() {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(bool, accepted);
+        const QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        const SettingDefinition* known = Settings::definition(key);
+        QCOMPARE(Settings(file).setFromText(key, value).has_value(), accepted);
+        if (known) {
+            const Settings reopened(file);
+            QCOMPARE(reopened.text(known->key), accepted ? value : known->defaultValue.toString());
+        }
+        QCOMPARE(QFile::exists(file), accepted);
+    }
+
+    void defaultsAreNotWrittenAndResetForgets() {
+        const QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        {
+            Settings settings(file);
+            QCOMPARE(Settings::definitions().size(), 31U);
+            QCOMPARE(settings.integer(keys::maxThreads), 2);
+            QCOMPARE(settings.boolean(keys::warnOnFilesSkipped), true);
+            settings.set(keys::maxThreads, 5);
+            settings.set(keys::trashOrDelete, 1);
+            settings.reset(keys::maxThreads);
+        }
+        QVERIFY(!contents(file).contains("maxThreads"));
+        Settings settings(file);
+        settings.keepChangesInMemory();
+        settings.set(keys::trashOrDelete, 0);
+        QCOMPARE(settings.integer(keys::trashOrDelete), 0);
+        QCOMPARE(Settings(file).integer(keys::trashOrDelete), 1);
+    }
+
+    void aDamagedSettingsFileIsKeptAside() {
+        const QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        const QByteArray damaged =
+            QByteArrayLiteral("[General]\nencodeFlacLevel=eight\nmaxThreads=3\n\0\x01 torn line\n");
+        write(file, damaged);
+        Settings settings(file);
+        QVERIFY(settings.damage().contains(file));
+        QCOMPARE(settings.integer(keys::encodeFlacLevel), 5);
+        settings.set(keys::maxThreads, 4);
+        QCOMPARE(contents(file + QStringLiteral(".damaged")), damaged);
+        QVERIFY(Settings(dir.filePath(QStringLiteral("none.ini"))).damage().isEmpty());
+    }
+
+    void foldersAreWalkedToTheirEnd() {
+        const QTemporaryDir dir;
+        QDir(dir.path()).mkpath(QStringLiteral("a/[b]/ü"));
+        write(dir.filePath(QStringLiteral("a/[b]/ü/x y.flac")), "x");
+        write(dir.filePath(QStringLiteral("a/.hidden.flac")), "x");
+        QVERIFY(QFile::link(dir.path(), dir.filePath(QStringLiteral("a/loop"))));
+        QVERIFY(
+            QFile::link(QStringLiteral("nowhere"), dir.filePath(QStringLiteral("a/dead.flac"))));
+        const QByteArray notUtf8 = QFile::encodeName(dir.path()) + "/a/gr\xfc\xdf"
+                                                                   "e.flac";
+        QCOMPARE(test::run(QStringLiteral("sh"),
+                           {QStringLiteral("-c"),
+                            QStringLiteral("touch \"$(printf '%s/a/gr\\374\\337e.flac' \"$0\")\""),
+                            dir.path()})
+                     .status,
+                 0);
+        DirectoryContents walked = walkDirectory(dir.path());
+        walked.files.sort();
+        QCOMPARE(walked.files, (QStringList{dir.filePath(QStringLiteral("a/.hidden.flac")),
+                                            dir.filePath(QStringLiteral("a/[b]/ü/x y.flac")),
+                                            dir.filePath(QStringLiteral("a/dead.flac"))}));
+        QCOMPARE(walked.undecodable, QStringList{QString::fromUtf8(notUtf8)});
+        QCOMPARE(walkDirectory(dir.filePath(QStringLiteral("none"))).unreadable.size(), 1);
+    }
+
+    void audioIsProbedByContent_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<bool>("plain");
+        QTest::addColumn<bool>("lossless");
+        row("WAV", "-f wav", true, false);
+        row("RF64", "-f wav -rf64 always", true, false);
+        row("AIFF", "-f aiff", true, false);
+        row("FLAC", "-f flac", false, false);
+        row("ALAC", "-c:a alac -f ipod", false, true);
+        row("AAC", "-c:a aac -f ipod", false, false);
+    }
+    void audioIsProbedByContent() {
+        QFETCH(QString, arguments);
+        const QTemporaryDir dir;
+        const QString wav = dir.filePath(QStringLiteral("a.wav"));
+        const QString probed = dir.filePath(QStringLiteral("a: b.m4a"));
+        QVERIFY(writeWav(wav, {.frames = 5000}));
+        const auto made = test::run(
+            QStringLiteral("ffmpeg"),
+            QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), wav} +
+                arguments.split(u' ') + QStringList{QStringLiteral("file:") + probed});
+        QVERIFY2(made.status == 0, made.errors.constData());
+        QTEST(isAiffOrWav(probed), "plain");
+        QTEST(isAppleLossless(probed), "lossless");
+        QVERIFY(!isAiffOrWav(dir.path()) && !isAppleLossless(QStringLiteral("/no/such.m4a")));
+    }
+
+    void postedWorkRunsInOrderFromEveryThread() {
+        MainThread mainThread;
+        std::vector<std::vector<int>> seen(4);
+        std::vector<std::thread> threads;
+        int waited = 0;
+        for (size_t id = 0; id < seen.size(); ++id) {
+            threads.emplace_back([&, id] {
+                for (int i = 0; i < 1000; ++i) {
+                    mainThread.post([&seen, id, i] { seen[id].push_back(i); });
+                }
+                mainThread.runAndWait([&] { ++waited; });
+            });
+        }
+        QTRY_COMPARE(waited, 4);
+        for (auto& thread : threads) {
+            thread.join();
+        }
+        for (const auto& order : seen) {
+            QCOMPARE(order.size(), 1000U);
+            QVERIFY(std::is_sorted(order.begin(), order.end()));
+        }
+        mainThread.runAndWait([&] { ++waited; });
+        QCOMPARE(waited, 5);
+    }
+};
+
+QTEST_GUILESS_MAIN(PlatformTest)
+#include "PlatformTest.moc"

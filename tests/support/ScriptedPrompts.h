@@ -14,13 +14,13 @@ namespace quav::test {
 /// script gets its default button.
 class ScriptedPrompts : public UserPrompts {
 public:
-    std::deque<bool> answers;                        ///< what `confirm` returns next
-    std::deque<std::optional<QString>> folders;      ///< what `chooseFolder` returns next
-    QStringList files;                               ///< what `chooseFiles` returns
-    std::optional<QString> line;                     ///< what `askForLine` returns
-    std::optional<QString> savePath;                 ///< what `chooseSavePath` returns
+    std::deque<bool> answers;                   ///< what `confirm` returns next
+    std::deque<std::optional<QString>> folders; ///< what `chooseFolder` returns next
+    QStringList files;                          ///< what `chooseFiles` returns
+    std::optional<QString> line;                ///< what `askForLine` returns
+    std::optional<QString> savePath;            ///< what `chooseSavePath` returns
 
-    QStringList alerts;                              ///< titles
+    QStringList alerts; ///< titles
     QStringList alertMessages;
     QStringList delayedAlerts;
     std::chrono::milliseconds lastDelay{0};

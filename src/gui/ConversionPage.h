@@ -1,0 +1,36 @@
+#pragma once
+
+#include "gui/TabPage.h"
+
+class QCheckBox;
+
+namespace quav {
+
+class ConversionTab;
+
+/// What the pages of the tabs that convert files share: where the output goes, and what becomes of
+/// the sources.
+class ConversionPage : public TabPage {
+    Q_OBJECT
+
+protected:
+    explicit ConversionPage(ConversionTab& tab, QWidget* parent = nullptr);
+
+    void addOutputGroup();
+
+    QString destinationText() const override;
+    void showOptions() override;
+
+    /// A check box of an option group.
+    QCheckBox* addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip);
+
+    /// "…" after the text of a button that is going to ask something first.
+    QString ellipsis() const;
+
+private:
+    ConversionTab& tab_;
+    QCheckBox* beside_ = nullptr;
+    QCheckBox* deleteOriginals_ = nullptr;
+};
+
+} // namespace quav

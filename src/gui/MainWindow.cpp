@@ -1,0 +1,165 @@
+#include "gui/MainWindow.h"
+
+#include "app/FileKinds.h"
+#include "gui/AboutPage.h"
+#include "gui/DecodePage.h"
+#include "gui/DroppedFiles.h"
+#include "gui/EncodePage.h"
+#include "gui/OutputWindows.h"
+#include "gui/StatusPanel.h"
+#include "gui/WarningsLine.h"
+#include "workbench/Workbench.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace quav {
+
+namespace {
+
+constexpr QSize firstSize{860, 560};
+
+} // namespace
+
+MainWindow::MainWindow(Workbench& workbench, StatusPanel& panel, OutputWindows& outputWindows,
+                       QWidget* parent)
+    : QMainWindow(parent), workbench_(workbench), panel_(panel), tabs_(new QTabWidget(this)) {
+    setWindowTitle(tr("Quav Workbench"));
+    setAcceptDrops(true);
+    addPages();
+    setCentralWidget(tabs_);
+    statusBar()->addPermanentWidget(new WarningsLine(workbench.queue(), outputWindows, this));
+    buildFileMenu();
+    buildWindowMenu();
+    resize(firstSize);
+}
+
+void MainWindow::addPages() {
+    QUAVController& controller = workbench_.controller();
+    const QStringList labels = controller.tabLabels();
+    for (const QString& label : labels) {
+        tabs_->addTab(makePage(label), label);
+    }
+    const auto select = [this, labels](const QString& label) {
+        tabs_->setCurrentIndex(static_cast<int>(labels.indexOf(label)));
+    };
+    select(controller.selectedTabLabel());
+    connect(&controller, &QUAVController::selectedTabChanged, tabs_, select);
+    connect(tabs_, &QTabWidget::currentChanged, &controller,
+            [&controller](int index) { controller.selectTab(index); });
+}
+
+QWidget* MainWindow::makePage(const QString& label) {
+    if (label == tabs::decode) {
+        return new DecodePage(workbench_.decodeTab());
+    }
+    if (label == tabs::encode) {
+        return new EncodePage(workbench_.encodeTab());
+    }
+    return new AboutPage;
+}
+
+void MainWindow::buildFileMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&File"));
+    QAction* add =
+        menu->addAction(tr("&Add Files…"), QKeySequence::Open, this, &MainWindow::addFiles);
+    const auto enable = [this, add](const QString& label) {
+        add->setEnabled(workbench_.controller().tab(label) != nullptr);
+    };
+    enable(workbench_.controller().selectedTabLabel());
+    connect(&workbench_.controller(), &QUAVController::selectedTabChanged, add, enable);
+    menu->addSeparator();
+    menu->addAction(tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &MainWindow::quit);
+}
+
+void MainWindow::buildWindowMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Window"));
+    for (int index = 0; index < tabs_->count(); ++index) {
+        QAction* action = menu->addAction(tabs_->tabText(index), tabs_,
+                                          [this, index] { tabs_->setCurrentIndex(index); });
+        if (index < 9) {
+            action->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + index)));
+        }
+    }
+    menu->addSeparator();
+    menu->addAction(tr("&Status Panel"), QKeySequence(Qt::CTRL | Qt::Key_J), &panel_,
+                    &StatusPanel::bringToFront);
+}
+
+void MainWindow::addFiles() {
+    QUAVController& controller = workbench_.controller();
+    if (BaseTab* tab = controller.tab(controller.selectedTabLabel())) {
+        tab->addButtonClick();
+    }
+}
+
+void MainWindow::bringToFront() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+bool MainWindow::event(QEvent* event) {
+    if (event->type() == QEvent::Paint && !painted_) {
+        painted_ = true;
+        Q_EMIT firstPainted();
+    }
+    return QMainWindow::event(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    // Later, so that the program the files come from need not wait for our questions.
+    QTimer::singleShot(0, this, [this, files = localFilesIn(*event->mimeData())] {
+        workbench_.controller().addFiles(files);
+    });
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (finishing_) {
+        return;
+    }
+    event->ignore();
+    if (workbench_.controller().windowShouldClose()) {
+        quit();
+    }
+}
+
+void MainWindow::quit() {
+    if (!finishing_ && workbench_.controller().applicationShouldTerminate()) {
+        finish();
+    }
+}
+
+void MainWindow::finish() {
+    finishing_ = true;
+    QUAVTaskQueue& queue = workbench_.queue();
+    const bool busy = queue.taskCount() > 0;
+    Q_EMIT finishing();
+    hide();
+    if (busy) {
+        panel_.bringToFront();
+        connect(&queue, &QUAVTaskQueue::becameIdle, this, &MainWindow::finished);
+    }
+    workbench_.controller().applicationWillTerminate();
+    if (!busy) {
+        Q_EMIT finished();
+    }
+}
+
+} // namespace quav

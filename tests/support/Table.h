@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QTest>
+
+namespace quav::test {
+
+/// One row of a test's table: its name, then a value for each column.
+template <typename... Values>
+void row(const char* name, const Values&... values) {
+    QTestData& data = QTest::newRow(name);
+    (data << ... << values);
+}
+
+} // namespace quav::test
