@@ -80,7 +80,7 @@ void BaseTab::gather(const QString& path, Gathered& gathered) const {
     }
 }
 
-void BaseTab::addFiles(const QStringList& paths) {
+bool BaseTab::addFiles(const QStringList& paths) {
     Gathered gathered;
     for (const QString& path : paths) {
         gather(QDir::cleanPath(QFileInfo(path).absoluteFilePath()), gathered);
@@ -97,6 +97,7 @@ void BaseTab::addFiles(const QStringList& paths) {
                 ? tr("File types not supported by this tab")
                 : tr("Some files types were not recognized by this tab and were skipped"));
     }
+    return gathered.unusable.isEmpty();
 }
 
 void BaseTab::showBadFileMessage(const QString& text) {

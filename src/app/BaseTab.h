@@ -38,8 +38,8 @@ public:
     void addFile(const QString& path);
 
     /// Adds files, and the files in folders, as far as the tab can process them. The user is told
-    /// of what was skipped.
-    void addFiles(const QStringList& paths);
+    /// of what was skipped. False when something could not be reached at all.
+    bool addFiles(const QStringList& paths);
 
     void addButtonClick();
     void clearButtonClick();

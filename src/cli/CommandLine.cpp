@@ -60,6 +60,9 @@ public:
     }
 
     std::string make_option_desc(const CLI::Option* option) const override {
+        if (option->get_required() && !option->get_positional()) {
+            return option->get_description() + " (" + plain(CommandLine::tr("required")) + ')';
+        }
         const std::string standard = option->get_default_str();
         return standard.empty() ? option->get_description()
                                 : option->get_description() + " (" +
@@ -67,8 +70,13 @@ public:
     }
 };
 
+std::string settingAsDefault(QLatin1StringView key) {
+    const QString value = Settings::definition(QString(key))->defaultValue.toString();
+    return plain(CommandLine::tr("the setting %1, at first %2").arg(key, value));
+}
+
 CLI::Validator range(QLatin1StringView key) {
-    const SettingDefinition* definition = Settings::definition(key);
+    const SettingDefinition* definition = Settings::definition(QString(key));
     return CLI::Range(definition->least, definition->greatest).description("");
 }
 
@@ -86,8 +94,7 @@ struct CommandLine::Parts {
     bool manual = false;
     std::string format;
     std::string outputFolder;
-    CLI::Option* encodeFiles = nullptr;
-    CLI::Option* decodeFiles = nullptr;
+    std::vector<std::string> files;
     bool yes = false;
     bool no = false;
     std::string key;
@@ -95,7 +102,7 @@ struct CommandLine::Parts {
     Options options;
 
     void addConversions();
-    CLI::Option* addCommon(CLI::App& command);
+    void addCommon(CLI::App& command);
     void addWhereTo(CLI::App& command);
     void addAnswers(CLI::App& command);
     void addSettings();
@@ -117,13 +124,13 @@ void CommandLine::Parts::addConversions() {
             plain(tr("How hard to compress, from 0 (fast) to 8 (small); with --lax it is left "
                      "to flac")))
         ->type_name("N")
-        ->default_str(plain(tr("the setting encodeFlacLevel")))
+        ->default_str(settingAsDefault(keys::encodeFlacLevel))
         ->check(range(keys::encodeFlacLevel));
     encode->add_flag("--verify", to.verify, plain(tr("Decode while encoding and compare")));
     encode->add_flag("--lax", to.lax, plain(tr("Allow streams outside the FLAC subset")));
     encode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
                      plain(tr("Keep the WAV or AIFF chunks that are not audio")));
-    encodeFiles = addCommon(*encode);
+    addCommon(*encode);
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 
@@ -136,26 +143,26 @@ void CommandLine::Parts::addConversions() {
                      plain(tr("Go on after damage instead of stopping at it")));
     decode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
                      plain(tr("Write back the WAV or AIFF chunks that encoding kept")));
-    decodeFiles = addCommon(*decode);
+    addCommon(*decode);
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
 
-CLI::Option* CommandLine::Parts::addCommon(CLI::App& command) {
+void CommandLine::Parts::addCommon(CLI::App& command) {
     ConversionOptions& to = options.conversion;
     addWhereTo(command);
     command.add_flag("--delete-originals", to.deleteOriginals,
                      plain(tr("Delete each source once its file is done without error")));
     command.add_option("--jobs", to.jobs, plain(tr("How many files at a time")))
         ->type_name("N")
-        ->default_str(plain(tr("the setting maxThreads")))
+        ->default_str(settingAsDefault(keys::maxThreads))
         ->check(range(keys::maxThreads));
     addAnswers(command);
     command.add_flag("--dry-run", to.dryRun,
                      plain(tr("Only print what would be done, as commands for a shell")));
     command.add_flag("--json", to.json, plain(tr("One JSON object a line on the standard output")));
     command.add_flag("--quiet", to.quiet, plain(tr("Only errors, warnings and reports")));
-    return command
-        .add_option("FILES",
+    command
+        .add_option("FILES", files,
                     plain(tr("Files and folders; a folder is searched with everything below it")))
         ->expected(1, -1)
         ->required();
@@ -170,7 +177,7 @@ void CommandLine::Parts::addWhereTo(CLI::App& command) {
             ->type_name("DIR");
     command
         .add_flag("--beside", options.conversion.beside,
-                  plain(tr("Write each file beside its source")))
+                  plain(tr("Write each file beside its source, as the settings may say as well")))
         ->excludes(output);
 }
 
@@ -218,7 +225,7 @@ Options CommandLine::Parts::read() const {
         read.command = encode->parsed() ? Command::Encode : Command::Decode;
     }
     ConversionOptions& conversion = read.conversion;
-    for (const std::string& file : (encode->parsed() ? encodeFiles : decodeFiles)->results()) {
+    for (const std::string& file : files) {
         conversion.files << rawArgument(file);
     }
     conversion.format = textArgument(format).toUpper();
@@ -281,7 +288,7 @@ namespace {
 
 OptionHelp describe(const CLI::Option& option) {
     const bool operand = option.get_positional();
-    return {QString::fromStdString(option.get_name(operand)),
+    return {QString::fromStdString(option.get_name(operand, true)),
             option.get_type_size() == 0 || operand ? QString()
                                                    : QString::fromStdString(option.get_type_name()),
             QString::fromStdString(option.get_description()),

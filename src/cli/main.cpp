@@ -1,3 +1,73 @@
-int main() {
-    return 0;
+#include "cli/CommandLine.h"
+#include "cli/ConversionRun.h"
+#include "cli/ManPage.h"
+#include "cli/SettingsCommand.h"
+#include "cli/Terminal.h"
+#include "cli/ToolsCommand.h"
+#include "platform/Settings.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+
+using namespace quav;
+
+namespace {
+
+int convert(const Options& options, Settings& settings, Terminal& terminal) {
+    settings.keepChangesInMemory();
+    const auto direction = options.command == Options::Command::Encode
+                               ? ConversionRun::Direction::Encode
+                               : ConversionRun::Direction::Decode;
+    return ConversionRun(direction, options.conversion, settings, terminal).run();
+}
+
+int run(const Options& options, const CommandLine& commandLine, Terminal& terminal) {
+    switch (options.command) {
+    case Options::Command::Manual:
+        terminal.print(manPage(commandLine.help()));
+        return exitstatus::succeeded;
+    case Options::Command::Tools:
+        return listTools(options.toolsAsJson, terminal);
+    case Options::Command::Encode:
+    case Options::Command::Decode:
+    case Options::Command::Settings:
+        break;
+    }
+    Settings settings(Settings::userFile());
+    if (!settings.damage().isEmpty()) {
+        terminal.say(QCoreApplication::translate("main", "warning: %1").arg(settings.damage()));
+    }
+    return options.command == Options::Command::Settings
+               ? runSettings(options.settings, settings, terminal)
+               : convert(options, settings, terminal);
+}
+
+void sayNothing(QtMsgType /*type*/, const QMessageLogContext& /*context*/,
+                const QString& /*message*/) {}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // What is logged on the way is also told in words meant for the user.
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) {
+        qInstallMessageHandler(sayNothing);
+    }
+    // A reader that goes away early must not leave tools and half a file behind.
+    std::signal(SIGPIPE, SIG_IGN);
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("quav"));
+
+    Terminal terminal;
+    CommandLine commandLine;
+    const auto options = commandLine.parse(argc, argv);
+    if (options) {
+        return run(*options, commandLine, terminal);
+    }
+    if (options.error().exitStatus == exitstatus::succeeded) {
+        terminal.print(options.error().text);
+    } else {
+        terminal.say(options.error().text);
+    }
+    return options.error().exitStatus;
 }

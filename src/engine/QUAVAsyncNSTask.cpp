@@ -78,6 +78,12 @@ void QUAVAsyncNSTask::stopTask() {
     }
 }
 
+void QUAVAsyncNSTask::terminateTool() {
+    if (wasLaunched()) {
+        child_->terminate();
+    }
+}
+
 void QUAVAsyncNSTask::finish() {
     QUAVTask::stopTask();
     finalCleanup();
@@ -93,7 +99,7 @@ void QUAVAsyncNSTask::cleanup() {}
 void QUAVAsyncNSTask::finalCleanup() {}
 
 QString QUAVAsyncNSTask::appendToReport(const QString& piece) {
-    const QString lines = terminal_.feed(piece);
+    QString lines = terminal_.feed(piece);
     if (!lines.isEmpty()) {
         results()->appendResults(lines, *this);
     }

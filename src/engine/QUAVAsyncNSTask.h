@@ -42,6 +42,10 @@ public:
     void startTask() override;
     void stopTask() override;
 
+    /// Asks the running tool to end now, for a program that cannot wait; the task then ends as with
+    /// any tool that failed.
+    void terminateTool();
+
     /// The command line: each part in quotes, followed by a line break and a blank.
     QString description() const override;
 

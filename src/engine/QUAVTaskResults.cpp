@@ -16,14 +16,6 @@ void QUAVTaskResults::addTaskInSet(const QUAVTask& task) {
     members_.push_back({&task, {}, false});
 }
 
-std::vector<const QUAVTask*> QUAVTaskResults::tasksInSet() const {
-    const std::lock_guard lock(resultsLock_);
-    std::vector<const QUAVTask*> tasks;
-    std::transform(members_.begin(), members_.end(), std::back_inserter(tasks),
-                   [](const Member& member) { return member.task; });
-    return tasks;
-}
-
 bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     if (Member* member = find(task)) {

@@ -17,7 +17,6 @@ class QUAVTask;
 class QUAVTaskResults {
 public:
     void addTaskInSet(const QUAVTask& task);
-    std::vector<const QUAVTask*> tasksInSet() const;
 
     /// Notes that a member has stopped; true when with it all members have.
     bool memberStopped(const QUAVTask& task);

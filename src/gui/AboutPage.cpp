@@ -27,7 +27,7 @@ QLabel* addLabel(QVBoxLayout& layout, const QString& text) {
 
 AboutPage::AboutPage(QWidget* parent) : QWidget(parent) {
     auto* layout = new QVBoxLayout(this);
-    layout->addStretch();
+    layout->addStretch(1);
     const QPixmap icon = QApplication::windowIcon().pixmap(iconSize);
     if (!icon.isNull()) {
         addLabel(*layout, {})->setPixmap(icon);
@@ -40,10 +40,12 @@ AboutPage::AboutPage(QWidget* parent) : QWidget(parent) {
     addLabel(*layout, tr("(Build %1)").arg(buildNumber()));
     layout->addSpacing(fontMetrics().height());
     QLabel* text = addLabel(*layout, tr("A workbench for people who keep music without loss. It "
-                                        "encodes, decodes and tags whole folders of files, several "
-                                        "at a time, with the tools that are made for it."));
+                                        "encodes and decodes whole folders of files, several at a "
+                                        "time, with the tools that are made for it, and takes "
+                                        "their tags along."));
     text->setWordWrap(true);
     text->setFixedWidth(fontMetrics().averageCharWidth() * textWidthInCharacters);
+    text->setMinimumHeight(text->heightForWidth(text->width()));
     layout->addStretch(2);
 }
 

@@ -28,7 +28,7 @@ void EncodePage::addTargetGroup() {
 }
 
 void EncodePage::addLevel(QVBoxLayout* group) {
-    const SettingDefinition* levels = Settings::definition(keys::encodeFlacLevel);
+    const SettingDefinition* levels = Settings::definition(QString(keys::encodeFlacLevel));
     auto* label = new QLabel(tr("Le&vel"), this);
     level_ = new QSlider(Qt::Horizontal, this);
     level_->setRange(levels->least, levels->greatest);

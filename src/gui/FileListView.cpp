@@ -28,6 +28,16 @@ constexpr int emptySpacing = 12;
 constexpr int emptyMargin = 16;
 constexpr int dropFrameWidth = 2;
 
+/// A translucent colour as it looks on a ground, for shapes that overlap.
+QColor opaque(const QColor& colour, const QBrush& ground) {
+    const auto mix = [&](int upper, int lower) {
+        return (upper * colour.alpha() + lower * (255 - colour.alpha())) / 255;
+    };
+    const QColor below = ground.color();
+    return {mix(colour.red(), below.red()), mix(colour.green(), below.green()),
+            mix(colour.blue(), below.blue())};
+}
+
 std::vector<QString> longestNames(const QAbstractItemModel& model) {
     std::vector<QString> names;
     names.reserve(static_cast<size_t>(model.rowCount()));
@@ -55,7 +65,7 @@ FileListView::FileListView(BaseTab& tab, QWidget* parent) : QTreeView(parent), t
     setAcceptDrops(true);
     setAccessibleName(tr("Files"));
     setHorizontalScrollMode(ScrollPerPixel);
-    header()->setStretchLastSection(true);
+    header()->setStretchLastSection(false);
     createContextMenu();
 
     fitTimer_.setSingleShot(true);
@@ -75,9 +85,9 @@ void FileListView::fitColumn() {
         widest = std::max(widest, metrics.horizontalAdvance(name));
     }
     const int width = std::max(leastColumnWidth, qCeil(columnWidthPerName * widest));
-    // The column also fills the view, so that a selected row is marked all along.
     header()->setMinimumSectionSize(width);
-    header()->resizeSection(0, std::max(width, viewport()->width()));
+    // The column also fills the view, so that a selected row is marked all along.
+    header()->setSectionResizeMode(QHeaderView::Stretch);
 }
 
 bool FileListView::hasSelectedRows() const {
@@ -179,7 +189,7 @@ void FileListView::paintEvent(QPaintEvent* event) {
 
 void FileListView::paintEmptyState() {
     QPainter painter(viewport());
-    const QColor colour = palette().color(QPalette::PlaceholderText);
+    const QColor colour = opaque(palette().color(QPalette::PlaceholderText), palette().base());
     QRect place = viewport()->rect().adjusted(emptyMargin, 0, -emptyMargin, 0);
     const QString text = tr("Drop files or folders here");
     const int textFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -13,12 +14,23 @@ namespace quav {
 
 namespace {
 
+constexpr int leastTextWidthInCharacters = 48;
+
 /// A box whose texts are shown as they are, since file names may look like markup.
 void fill(QMessageBox& box, const QString& title, const QString& message) {
     box.setWindowTitle(QApplication::applicationDisplayName());
     box.setTextFormat(Qt::PlainText);
     box.setText(title);
     box.setInformativeText(message);
+}
+
+/// Opens the box. It would be as wide as its first text, with a long second one in a narrow column.
+void runWide(QMessageBox& box) {
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        const int width = box.fontMetrics().averageCharWidth() * leastTextWidthInCharacters;
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+    }
+    box.exec();
 }
 
 } // namespace
@@ -35,7 +47,7 @@ void GuiPrompts::alert(const QString& title, const QString& message) {
     fill(box, title, message);
     box.setIcon(QMessageBox::Warning);
     box.addButton(QMessageBox::Ok);
-    box.exec();
+    runWide(box);
 }
 
 void GuiPrompts::alertAfter(std::chrono::milliseconds delay, const QString& title) {
@@ -54,7 +66,7 @@ bool GuiPrompts::confirm(const Question& question) {
         box.addButton(question.alternateButton, role(!question.defaultAffirms));
     box.setDefaultButton(byDefault);
     box.setEscapeButton(question.defaultAffirms ? alternate : byDefault);
-    box.exec();
+    runWide(box);
     return box.clickedButton() == (question.defaultAffirms ? byDefault : alternate);
 }
 

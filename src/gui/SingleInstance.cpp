@@ -40,8 +40,7 @@ QStringList localFiles(const QStringList& uris) {
 
 } // namespace
 
-SingleInstance::SingleInstance(QObject* parent)
-    : QDBusVirtualObject(parent), bus_(QDBusConnection::sessionBus()) {}
+SingleInstance::SingleInstance(const QDBusConnection& bus) : bus_(bus) {}
 
 bool SingleInstance::claim() {
     if (!bus_.isConnected()) {

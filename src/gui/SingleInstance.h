@@ -15,7 +15,7 @@ class SingleInstance : public QDBusVirtualObject {
     Q_OBJECT
 
 public:
-    explicit SingleInstance(QObject* parent = nullptr);
+    explicit SingleInstance(const QDBusConnection& bus = QDBusConnection::sessionBus());
 
     /// Takes the name; false when another start has it.
     bool claim();

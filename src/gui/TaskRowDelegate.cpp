@@ -38,6 +38,9 @@ const QColor stopDisc(128, 128, 128);
 const QColor stopDiscHovered(200, 60, 50);
 constexpr int darkBelow = 128;
 
+// How much of the text's colour is in the empty part of a bar.
+constexpr double grooveShare = 0.12;
+
 QFont mainFont(const QFont& base) {
     QFont font(base);
     font.setPointSizeF(mainPoints);
@@ -96,6 +99,18 @@ QColor mainLineColour(TaskRow::Colour colour, const QPalette& palette, bool sele
     return palette.color(QPalette::Text);
 }
 
+/// Bars stand on a list, whose ground is also that of an empty bar: without a colour of its own it
+/// would be lost on a dark one.
+QPalette barPalette(QPalette palette) {
+    const QColor base = palette.color(QPalette::Base);
+    const QColor text = palette.color(QPalette::Text);
+    const auto mix = [](int a, int b) { return qRound(a + (b - a) * grooveShare); };
+    palette.setColor(QPalette::Base,
+                     QColor(mix(base.red(), text.red()), mix(base.green(), text.green()),
+                            mix(base.blue(), text.blue())));
+    return palette;
+}
+
 const QStyle& styleOf(const QStyleOptionViewItem& option) {
     return option.widget ? *option.widget->style() : *QApplication::style();
 }
@@ -140,7 +155,7 @@ void TaskRowDelegate::paintBar(QPainter& painter, const QStyleOptionViewItem& op
     QStyleOptionProgressBar bar;
     bar.rect = partsOf(option).bar;
     bar.direction = option.direction;
-    bar.palette = option.palette;
+    bar.palette = barPalette(option.palette);
     bar.fontMetrics = option.fontMetrics;
     bar.state =
         QStyle::State_Enabled | QStyle::State_Horizontal | (option.state & QStyle::State_Active);

@@ -192,4 +192,10 @@ void Settings::reset(QLatin1StringView key) {
     store_.remove(key);
 }
 
+bool Settings::save() {
+    const std::lock_guard lock(mutex_);
+    store_.sync();
+    return store_.status() != QSettings::AccessError;
+}
+
 } // namespace quav

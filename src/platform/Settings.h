@@ -29,7 +29,6 @@ struct SettingDefinition {
 /// The keys that code reads or writes by name; the table behind `definitions` has them all.
 namespace keys {
 inline constexpr QLatin1StringView maxThreads{"maxThreads"};
-inline constexpr QLatin1StringView encodeOutputFormat{"encodeOutputFormat"};
 inline constexpr QLatin1StringView encodeFlacLevel{"encodeFlacLevel"};
 inline constexpr QLatin1StringView trashOrDelete{"trashOrDelete"};
 inline constexpr QLatin1StringView flacVerifyButton{"flacVerifyButton"};
@@ -71,6 +70,10 @@ public:
 
     /// Back to the default: the key leaves the file.
     void reset(QLatin1StringView key);
+
+    /// Writes to the file now what was changed; false when that failed. Without it changes are
+    /// written soon, and at the latest when the object goes.
+    bool save();
 
     /// A sentence for the user when the file was damaged, else empty.
     const QString& damage() const { return damage_; }

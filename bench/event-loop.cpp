@@ -1,0 +1,103 @@
+// How long the event loop is kept from turning while 5,000 queued rows complete, each a real child
+// process, with the window and the status panel on the screen; against an idle event loop.
+
+#include "engine/QUAVAsyncNSTask.h"
+#include "gui/GuiPrompts.h"
+#include "gui/MainWindow.h"
+#include "gui/OutputWindows.h"
+#include "gui/StatusPanel.h"
+#include "platform/DesktopServices.h"
+#include "platform/Settings.h"
+#include "support/Figures.h"
+#include "workbench/Workbench.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+using namespace quav;
+
+namespace {
+
+constexpr int rowCount = 5000;
+constexpr double p99Bar = 16;
+constexpr double worstBar = 50;
+
+/// Notes how late each turn of the event loop is that is due after a millisecond.
+class Heartbeat {
+public:
+    Heartbeat() {
+        timer_.setTimerType(Qt::PreciseTimer);
+        timer_.setInterval(std::chrono::milliseconds(1));
+        QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] {
+            const auto now = bench::Clock::now();
+            gaps_.push_back(bench::Milliseconds(now - last_).count());
+            last_ = now;
+        });
+        last_ = bench::Clock::now();
+        timer_.start();
+    }
+
+    double percentile(double share) {
+        std::sort(gaps_.begin(), gaps_.end());
+        const auto last = static_cast<double>(gaps_.size() - 1);
+        return gaps_.at(static_cast<size_t>(last * share));
+    }
+
+private:
+    QTimer timer_;
+    bench::Clock::time_point last_;
+    std::vector<double> gaps_;
+};
+
+/// Prints a progress line and ends.
+std::shared_ptr<QUAVTask> shortTask(QUAVTaskQueue& queue, int number) {
+    auto task = std::make_shared<QUAVAsyncNSTask>(
+        queue, QStringLiteral("/bin/sh"),
+        QStringList{QStringLiteral("-c"), QStringLiteral("echo 50% complete")});
+    task->setTitle(QStringLiteral("d1t%1 Größe [live].wav").arg(number));
+    task->results()->setHasResults(false);
+    return task;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    const QTemporaryDir folder;
+    Settings settings(folder.filePath(QStringLiteral("quav.ini")));
+    NoDesktop desktop;
+    GuiPrompts prompts;
+    Workbench workbench(settings, prompts, desktop, ToolsFolder(folder.path()));
+    OutputWindows outputWindows(prompts);
+    StatusPanel panel(workbench.queue(), outputWindows);
+    MainWindow window(workbench, panel, outputWindows);
+    window.show();
+
+    QEventLoop loop;
+    Heartbeat idle;
+    QTimer::singleShot(std::chrono::seconds(3), &loop, &QEventLoop::quit);
+    loop.exec();
+
+    std::vector<std::shared_ptr<QUAVTask>> tasks;
+    for (int i = 0; i < rowCount; ++i) {
+        tasks.push_back(shortTask(workbench.queue(), i));
+    }
+    QObject::connect(&workbench.queue(), &QUAVTaskQueue::becameIdle, &loop, &QEventLoop::quit);
+    workbench.queue().addTasks(tasks);
+    tasks.clear();
+    QApplication::processEvents();
+    Heartbeat busy;
+    loop.exec();
+
+    bool good = bench::report("5,000 rows completing, 99th percentile", busy.percentile(0.99),
+                              idle.percentile(0.99), "idle loop", p99Bar);
+    good &= bench::report("5,000 rows completing, worst", busy.percentile(1), idle.percentile(1),
+                          "idle loop", worstBar);
+    return good ? 0 : 1;
+}

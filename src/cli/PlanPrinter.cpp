@@ -1,0 +1,83 @@
+#include "cli/PlanPrinter.h"
+
+#include "cli/Json.h"
+#include "cli/Terminal.h"
+#include "cli/Text.h"
+#include "engine/ToolsFolder.h"
+
+#include <QJsonArray>
+
+namespace quav {
+
+PlanPrinter::PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form)
+    : terminal_(terminal), tools_(tools), form_(form) {}
+
+bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFolder>& folder) {
+    using Existing = ConversionTab::Existing;
+    const QString path = folder ? folder->path() : QString();
+    ConversionPlan plan = tab.plan(path, Existing::Keep);
+    QStringList obstacles = tab.obstacles(plan);
+    if (folder && folder->isMissing()) {
+        // All outputs go there, and the run would make it.
+        obstacles.removeAll(firstUnusableFolder(plan).value_or(QString()));
+        printFolder(path);
+    }
+    for (const QString& output : plan.overwritten) {
+        note(QStringLiteral("overwrite"), QStringLiteral("output"), output,
+             tr("would overwrite %1"));
+    }
+    for (const QString& output : plan.outputsThatAreSources) {
+        note(QStringLiteral("skip"), QStringLiteral("output"), output,
+             tr("would skip what is its own output: %1"));
+    }
+    for (const QString& source : plan.unsupported) {
+        note(QStringLiteral("skip"), QStringLiteral("source"), source,
+             tr("would skip a kind that cannot be converted: %1"));
+    }
+    if (!plan.overwritten.isEmpty()) {
+        plan = tab.plan(path, Existing::Overwrite);
+    }
+    for (const PlannedConversion& conversion : plan.conversions) {
+        printConversion(conversion);
+    }
+    for (const QString& obstacle : obstacles) {
+        note(QStringLiteral("obstacle"), QStringLiteral("text"), obstacle, tr("in the way: %1"));
+        terminal_.say(obstacle);
+    }
+    return obstacles.isEmpty();
+}
+
+void PlanPrinter::printFolder(const QString& path) {
+    note(QStringLiteral("folder"), QStringLiteral("path"), path, tr("would make the folder %1"));
+    if (form_ == Form::Script) {
+        terminal_.print(text::shellCommand(QStringLiteral("mkdir"), {path}));
+    }
+}
+
+void PlanPrinter::note(const QString& event, const QString& key, const QString& value,
+                       const QString& sentence) {
+    if (form_ == Form::Json) {
+        terminal_.print(jsonLine({{QStringLiteral("event"), event}, {key, value}}));
+    } else {
+        terminal_.print(QStringLiteral("# ") + sentence.arg(text::printable(value)));
+    }
+}
+
+void PlanPrinter::printConversion(const PlannedConversion& conversion) {
+    const QString program = tools_.tool(conversion.tool);
+    if (form_ == Form::Json) {
+        terminal_.print(
+            jsonLine({{QStringLiteral("event"), QStringLiteral("plan")},
+                      {QStringLiteral("source"), conversion.source},
+                      {QStringLiteral("output"), conversion.output},
+                      {QStringLiteral("command"),
+                       QJsonArray::fromStringList(QStringList(program) + conversion.arguments)}}));
+        return;
+    }
+    terminal_.print(
+        QStringLiteral("# %1 → %2")
+            .arg(text::printable(conversion.source), text::printable(conversion.output)));
+    terminal_.print(text::shellCommand(program, conversion.arguments));
+}
+
+} // namespace quav

@@ -1,0 +1,117 @@
+#include "cli/RunEvents.h"
+
+#include "cli/Json.h"
+#include "cli/Terminal.h"
+#include "cli/Text.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+
+namespace quav {
+
+namespace {
+
+QString word(TaskEnd::Status status) {
+    switch (status) {
+    case TaskEnd::Status::Done:
+        return QStringLiteral("done");
+    case TaskEnd::Status::Failed:
+        return QStringLiteral("failed");
+    case TaskEnd::Status::Cancelled:
+        return QStringLiteral("cancelled");
+    }
+    return {};
+}
+
+/// What a tool said, without the file's name if it put that before its words.
+QString words(const QString& said, const QString& title) {
+    const QString prefix = title + QStringLiteral(": ");
+    return text::printable(said.startsWith(prefix) ? said.mid(prefix.size()) : said);
+}
+
+QString line(const TaskEnd& end) {
+    const QString name = text::printable(end.title);
+    switch (end.status) {
+    case TaskEnd::Status::Done:
+        return QCoreApplication::translate("RunEvents", "done: %1").arg(name);
+    case TaskEnd::Status::Failed:
+        return QCoreApplication::translate("RunEvents", "failed: %1: %2")
+            .arg(name, words(end.error, end.title));
+    case TaskEnd::Status::Cancelled:
+        return QCoreApplication::translate("RunEvents", "cancelled: %1").arg(name);
+    }
+    return {};
+}
+
+} // namespace
+
+TextEvents::TextEvents(Terminal& terminal, Detail detail) : terminal_(terminal), detail_(detail) {}
+
+void TextEvents::finished(const TaskEnd& end) {
+    if (detail_ == Detail::EveryTask || end.status == TaskEnd::Status::Failed) {
+        terminal_.say(line(end));
+    }
+    for (const QString& warning : end.warnings) {
+        terminal_.say(QCoreApplication::translate("RunEvents", "warning: %1: %2")
+                          .arg(text::printable(end.title), words(warning, end.title)));
+    }
+}
+
+void TextEvents::report(const QString& /*title*/, const QString& text) {
+    terminal_.print(text);
+}
+
+void TextEvents::summary(const RunSummary& summary) {
+    if (detail_ == Detail::Nothing) {
+        return;
+    }
+    const auto time = std::chrono::ceil<std::chrono::seconds>(summary.time);
+    terminal_.say(QCoreApplication::translate(
+                      "RunEvents", "%1 done, %2 failed, %3 cancelled, warnings: %4, time %5")
+                      .arg(summary.done)
+                      .arg(summary.failed)
+                      .arg(summary.cancelled)
+                      .arg(summary.warnings)
+                      .arg(text::clockTime(time)));
+}
+
+JsonEvents::JsonEvents(Terminal& terminal, Detail detail)
+    : TextEvents(terminal, detail), terminal_(terminal) {}
+
+void JsonEvents::finished(const TaskEnd& end) {
+    QJsonObject event{{QStringLiteral("event"), QStringLiteral("finished")},
+                      {QStringLiteral("title"), end.title},
+                      {QStringLiteral("status"), word(end.status)},
+                      {QStringLiteral("warnings"), QJsonArray::fromStringList(end.warnings)}};
+    const auto add = [&](const QString& key, const QString& value) {
+        if (!value.isEmpty()) {
+            event.insert(key, value);
+        }
+    };
+    add(QStringLiteral("source"), end.source);
+    add(QStringLiteral("output"), end.output);
+    add(QStringLiteral("error"), end.error);
+    terminal_.print(jsonLine(event));
+    TextEvents::finished(end);
+}
+
+void JsonEvents::report(const QString& title, const QString& text) {
+    terminal_.print(jsonLine({{QStringLiteral("event"), QStringLiteral("report")},
+                              {QStringLiteral("title"), title},
+                              {QStringLiteral("text"), text}}));
+}
+
+void JsonEvents::summary(const RunSummary& summary) {
+    constexpr double millisecondsPerSecond = 1000;
+    terminal_.print(
+        jsonLine({{QStringLiteral("event"), QStringLiteral("summary")},
+                  {QStringLiteral("done"), summary.done},
+                  {QStringLiteral("failed"), summary.failed},
+                  {QStringLiteral("cancelled"), summary.cancelled},
+                  {QStringLiteral("warnings"), summary.warnings},
+                  {QStringLiteral("seconds"),
+                   static_cast<double>(summary.time.count()) / millisecondsPerSecond}}));
+    TextEvents::summary(summary);
+}
+
+} // namespace quav

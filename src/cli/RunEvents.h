@@ -1,0 +1,66 @@
+#pragma once
+
+#include "cli/TaskEnd.h"
+
+#include <QString>
+
+#include <chrono>
+
+namespace quav {
+
+class Terminal;
+
+/// What has become of a whole run.
+struct RunSummary {
+    int done = 0;
+    int failed = 0;
+    int cancelled = 0;
+    int warnings = 0;
+    std::chrono::milliseconds time{0};
+};
+
+/// What happens in a run and is told to the user, in one form or another.
+class RunEvents {
+public:
+    RunEvents() = default;
+    virtual ~RunEvents() = default;
+    RunEvents(const RunEvents&) = delete;
+    RunEvents& operator=(const RunEvents&) = delete;
+
+    virtual void finished(const TaskEnd& end) = 0;
+    virtual void report(const QString& title, const QString& text) = 0;
+    virtual void summary(const RunSummary& summary) = 0;
+};
+
+/// Lines for people, on the standard error stream; reports on the standard output.
+class TextEvents : public RunEvents {
+public:
+    /// What is told beyond errors, warnings and reports.
+    enum class Detail { Nothing, Summary, EveryTask };
+
+    TextEvents(Terminal& terminal, Detail detail);
+
+    void finished(const TaskEnd& end) override;
+    void report(const QString& title, const QString& text) override;
+    void summary(const RunSummary& summary) override;
+
+private:
+    Terminal& terminal_;
+    Detail detail_;
+};
+
+/// The same with the events as JSON objects, one a line, on the standard output.
+class JsonEvents : public TextEvents {
+public:
+    using TextEvents::TextEvents;
+    JsonEvents(Terminal& terminal, Detail detail);
+
+    void finished(const TaskEnd& end) override;
+    void report(const QString& title, const QString& text) override;
+    void summary(const RunSummary& summary) override;
+
+private:
+    Terminal& terminal_;
+};
+
+} // namespace quav

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+
+namespace quav {
+
+/// Ctrl-C and the other polite ways of ending a program, as a signal in the event loop. The third
+/// one ends the program as if nobody listened. One object at a time.
+class StopSignals : public QObject {
+    Q_OBJECT
+
+public:
+    StopSignals();
+    ~StopSignals() override;
+
+    /// How many have come, whether the event loop has turned since or not.
+    static int received();
+
+Q_SIGNALS:
+    void stopRequested(int howManyTimes);
+
+private:
+    void drain();
+
+    int pipe_[2] = {-1, -1};
+    int reported_ = 0;
+};
+
+} // namespace quav

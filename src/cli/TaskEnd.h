@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quav {
+
+class QUAVTask;
+
+/// How a task ended, as it is told to the user.
+struct TaskEnd {
+    enum class Status { Done, Failed, Cancelled };
+
+    Status status = Status::Done;
+    QString title;
+    QString source; ///< empty for a task without one file to read
+    QString output; ///< empty for a task without one file to write
+    QString error;  ///< the line that says why it failed
+    QStringList warnings;
+};
+
+TaskEnd endOf(const QUAVTask& task);
+
+/// The line of a tool's words that says best why it failed: the last that speaks of an error, else
+/// the last one.
+QString reasonIn(const QString& report);
+
+} // namespace quav

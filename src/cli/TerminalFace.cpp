@@ -1,0 +1,105 @@
+#include "cli/TerminalFace.h"
+
+#include "cli/Terminal.h"
+#include "cli/Text.h"
+#include "engine/QUAVTaskQueue.h"
+
+#include <cmath>
+
+namespace quav {
+
+namespace {
+
+constexpr std::chrono::milliseconds redrawInterval{100};
+
+QString percentage(double percent) {
+    return QStringLiteral("%1%").arg(std::floor(percent), 3, 'f', 0);
+}
+
+} // namespace
+
+TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events,
+                           Progress progress)
+    : queue_(queue), terminal_(terminal), events_(events) {
+    elapsed_.start();
+    connect(&queue, &QUAVTaskQueue::taskFinished, this,
+            [this](const std::shared_ptr<QUAVTask>& task) { taskFinished(*task); });
+    connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
+            [this](const QString& text, const QString& title) { events_.report(title, text); });
+    redrawTimer_.setSingleShot(true);
+    redrawTimer_.setInterval(redrawInterval);
+    if (progress == Progress::Shown) {
+        connect(&redrawTimer_, &QTimer::timeout, this, &TerminalFace::redraw);
+        connect(&queue, &QUAVTaskQueue::countsChanged, this, &TerminalFace::redrawSoon);
+        connect(&queue.rows(), &TaskRowsModel::dataChanged, this, &TerminalFace::redrawSoon);
+    }
+}
+
+void TerminalFace::taskFinished(const QUAVTask& task) {
+    const TaskEnd end = endOf(task);
+    switch (end.status) {
+    case TaskEnd::Status::Done:
+        ++summary_.done;
+        break;
+    case TaskEnd::Status::Failed:
+        ++summary_.failed;
+        break;
+    case TaskEnd::Status::Cancelled:
+        ++summary_.cancelled;
+        break;
+    }
+    summary_.warnings += static_cast<int>(end.warnings.size());
+    events_.finished(end);
+}
+
+void TerminalFace::redrawSoon() {
+    if (!redrawTimer_.isActive()) {
+        redrawTimer_.start();
+    }
+}
+
+void TerminalFace::redraw() {
+    if (queue_.taskCount() > 0) {
+        terminal_.show(runningLines(terminal_.rows() - 1) << totalLine());
+    }
+}
+
+QStringList TerminalFace::runningLines(int most) const {
+    QStringList lines;
+    const TaskRowsModel& rows = queue_.rows();
+    for (int row = 0; row < rows.rowCount() && lines.size() < most; ++row) {
+        const auto task = rows.taskAt(row);
+        if (task->isActive()) {
+            lines << QStringLiteral("%1  %2  %3")
+                         .arg(percentage(task->row().barValue), task->title(),
+                              task->row().statusLine);
+        }
+    }
+    return lines;
+}
+
+QString TerminalFace::totalLine() const {
+    constexpr double whole = 100;
+    const int running = queue_.runningCount();
+    QString line = tr("%1  %2 running, %3 waiting, %4 done")
+                       .arg(percentage(queue_.share() * whole))
+                       .arg(running)
+                       .arg(queue_.taskCount() - running)
+                       .arg(summary_.done);
+    if (summary_.failed > 0) {
+        line += tr(", %1 failed").arg(summary_.failed);
+    }
+    if (const auto left = queue_.timeLeft()) {
+        line += tr(", %1 left").arg(text::clockTime(*left));
+    }
+    return line;
+}
+
+void TerminalFace::finish() {
+    redrawTimer_.stop();
+    terminal_.clear();
+    summary_.time = std::chrono::milliseconds(elapsed_.elapsed());
+    events_.summary(summary_);
+}
+
+} // namespace quav

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "cli/RunEvents.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+#include <memory>
+
+namespace quav {
+
+class QUAVTask;
+class QUAVTaskQueue;
+class Terminal;
+
+/// Shows the queue at work: the running tasks on a terminal, and what has become of the others.
+class TerminalFace : public QObject {
+    Q_OBJECT
+
+public:
+    /// Whether the running tasks are shown.
+    enum class Progress { Shown, Hidden };
+
+    TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events, Progress progress);
+
+    /// To be called when everything has come to its end.
+    void finish();
+
+    const RunSummary& summary() const { return summary_; }
+
+private:
+    void taskFinished(const QUAVTask& task);
+    void redrawSoon();
+    void redraw();
+    QStringList runningLines(int most) const;
+    QString totalLine() const;
+
+    QUAVTaskQueue& queue_;
+    Terminal& terminal_;
+    RunEvents& events_;
+    RunSummary summary_;
+    QElapsedTimer elapsed_;
+    QTimer redrawTimer_;
+};
+
+} // namespace quav
