@@ -2,6 +2,7 @@
 // process, with the window and the status panel on the screen; against an idle event loop.
 
 #include "engine/QUAVAsyncNSTask.h"
+#include "engine/QUAVTaskResults.h"
 #include "gui/GuiPrompts.h"
 #include "gui/MainWindow.h"
 #include "gui/OutputWindows.h"

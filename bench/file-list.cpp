@@ -57,7 +57,7 @@ void paintNow(QWidget& window) {
 bool isOrderedWithoutDuplicates(const QStringList& paths) {
     const NaturalOrder order;
     return std::adjacent_find(paths.begin(), paths.end(), [&](const QString& a, const QString& b) {
-               return order.sortKey(a) >= order.sortKey(b);
+               return order.sortKey(a) > order.sortKey(b) || a == b;
            }) == paths.end();
 }
 

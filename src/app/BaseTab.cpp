@@ -19,6 +19,13 @@ namespace {
 // Long enough for the list to be drawn before the alert covers it.
 constexpr std::chrono::milliseconds badFileDelay{500};
 
+/// The full path without detours. Most paths that come are that already.
+QString fullPath(const QString& path) {
+    const bool isFull = path.startsWith(u'/') && !path.endsWith(u'/') && !path.contains(u"//") &&
+                        !path.contains(u"/.");
+    return isFull ? path : QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+}
+
 } // namespace
 
 QString undecodableMessage(const QString& path) {
@@ -46,9 +53,9 @@ BaseTab::BaseTab(QString label, const Services& services)
     : label_(std::move(label)), services_(services) {}
 
 void BaseTab::addFile(const QString& path) {
-    const QString fullPath = QFileInfo(path).absoluteFilePath();
-    if (!files_.contains(fullPath)) {
-        files_.add({fullPath});
+    const QString file = fullPath(path);
+    if (!files_.contains(file)) {
+        files_.add({file});
         filesAdded();
     }
 }
@@ -69,7 +76,7 @@ void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {
 }
 
 void BaseTab::gather(const QString& path, Gathered& gathered) const {
-    if (QFileInfo(path).isDir()) {
+    if (isFolder(path)) {
         gatherFolder(path, gathered);
     } else if (isUndecodable(path)) {
         gathered.unusable << undecodableMessage(path);
@@ -83,7 +90,7 @@ void BaseTab::gather(const QString& path, Gathered& gathered) const {
 bool BaseTab::addFiles(const QStringList& paths) {
     Gathered gathered;
     for (const QString& path : paths) {
-        gather(QDir::cleanPath(QFileInfo(path).absoluteFilePath()), gathered);
+        gather(fullPath(path), gathered);
     }
     files_.add(gathered.files);
     filesAdded();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 #include <utility>
 
 namespace quav {
@@ -36,17 +37,27 @@ QStringList FileList::fileNames() const {
 }
 
 void FileList::add(const QStringList& paths) {
-    std::vector<Entry> fresh;
+    QStringList unknown;
+    known_.reserve(known_.size() + paths.size());
     for (const QString& path : paths) {
-        if (!known_.contains(path)) {
-            known_.insert(path);
-            fresh.push_back({order_.sortKey(path), path});
+        const qsizetype before = known_.size();
+        known_.insert(path);
+        if (known_.size() > before) {
+            unknown << path;
         }
     }
-    if (fresh.empty()) {
+    if (unknown.isEmpty()) {
         return;
     }
-    const auto before = [](const Entry& a, const Entry& b) { return a.sortKey < b.sortKey; };
+    std::vector<QByteArray> sortKeys = order_.sortKeys(unknown);
+    std::vector<Entry> fresh;
+    fresh.reserve(sortKeys.size());
+    for (size_t i = 0; i < sortKeys.size(); ++i) {
+        fresh.push_back({std::move(sortKeys[i]), unknown[static_cast<qsizetype>(i)]});
+    }
+    const auto before = [](const Entry& a, const Entry& b) {
+        return std::tie(a.sortKey, a.path) < std::tie(b.sortKey, b.path);
+    };
     std::sort(fresh.begin(), fresh.end(), before);
     beginResetModel();
     const auto middle = static_cast<std::ptrdiff_t>(entries_.size());

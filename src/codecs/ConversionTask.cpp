@@ -74,7 +74,10 @@ void ConversionTask::writeTags() {
     } catch (const std::exception& exception) {
         qWarning().noquote() << outputPath_ << exception.what();
     }
-    if (!written) {
+    if (!written && damaged_) {
+        // The tool went on through damage because it was told to, and what it wrote may be torn.
+        addWarning(QCoreApplication::translate("ConversionTask", "the tags could not be written"));
+    } else if (!written) {
         setError(true);
         results()->appendResults(
             QCoreApplication::translate("ConversionTask", "Error writing tags to file:\n%1")

@@ -32,7 +32,7 @@ struct StartOptions {
 
 void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("quav"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quav Workbench"));
+    // No display name: it would be added to every window's title, and there is not much room.
     QApplication::setApplicationVersion(shortVersion());
     QApplication::setDesktopFileName(QStringLiteral("quav"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quav")));

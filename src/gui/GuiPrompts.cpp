@@ -14,11 +14,11 @@ namespace quav {
 
 namespace {
 
-constexpr int leastTextWidthInCharacters = 48;
+constexpr int leastTextWidthInCharacters = 64;
 
 /// A box whose texts are shown as they are, since file names may look like markup.
 void fill(QMessageBox& box, const QString& title, const QString& message) {
-    box.setWindowTitle(QApplication::applicationDisplayName());
+    box.setWindowTitle(GuiPrompts::tr("Quav Workbench"));
     box.setTextFormat(Qt::PlainText);
     box.setText(title);
     box.setInformativeText(message);

@@ -116,7 +116,8 @@ void StatusPanel::bringToFront() {
 }
 
 void StatusPanel::scheduleRefresh() {
-    if (!refreshTimer_.isActive()) {
+    // At most twice a second while there is work, but the end is shown at once.
+    if (!refreshTimer_.isActive() || queue_.taskCount() == 0) {
         refreshTimer_.start(std::chrono::milliseconds(0));
     }
 }

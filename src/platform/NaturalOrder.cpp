@@ -3,8 +3,11 @@
 #include <unicode/coll.h>
 #include <unicode/locid.h>
 
-#include <cstring>
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string_view>
+#include <thread>
 
 namespace quav {
 
@@ -13,6 +16,9 @@ struct NaturalOrder::Collator {
 };
 
 namespace {
+
+constexpr size_t usualKeyBytes = 512;
+constexpr size_t worthAThread = 5000;
 
 icu::Locale usersLocale() {
     // The C locale maps to a collation in plain code order, which no file browser shows.
@@ -33,21 +39,43 @@ NaturalOrder::NaturalOrder() : collator_(std::make_unique<Collator>()) {
 NaturalOrder::~NaturalOrder() = default;
 
 QByteArray NaturalOrder::sortKey(const QString& text) const {
-    QByteArray key;
-    if (collator_->icu) {
-        const char16_t* characters = reinterpret_cast<const char16_t*>(text.utf16());
-        const icu::UnicodeString view(false, characters, static_cast<int32_t>(text.size()));
-        key.resize(text.size() * 3 + 16);
-        const auto bytes = [&key] { return reinterpret_cast<uint8_t*>(key.data()); };
-        int32_t length =
-            collator_->icu->getSortKey(view, bytes(), static_cast<int32_t>(key.size()));
-        if (length > key.size()) {
-            key.resize(length);
-            length = collator_->icu->getSortKey(view, bytes(), length);
-        }
-        key.resize(length); // a zero byte ends the key, so a tie is broken by what follows it
+    if (!collator_->icu) {
+        return text.toUtf8();
     }
-    return key + text.toUtf8();
+    const char16_t* characters = reinterpret_cast<const char16_t*>(text.utf16());
+    const icu::UnicodeString view(false, characters, static_cast<int32_t>(text.size()));
+    std::array<uint8_t, usualKeyBytes> buffer; // NOLINT: filled below, up to the length used
+    const int32_t length =
+        collator_->icu->getSortKey(view, buffer.data(), static_cast<int32_t>(buffer.size()));
+    if (length <= static_cast<int32_t>(buffer.size())) {
+        return {reinterpret_cast<const char*>(buffer.data()), length};
+    }
+    QByteArray key(length, Qt::Uninitialized);
+    collator_->icu->getSortKey(view, reinterpret_cast<uint8_t*>(key.data()), length);
+    return key;
+}
+
+std::vector<QByteArray> NaturalOrder::sortKeys(const QStringList& texts) const {
+    std::vector<QByteArray> keys(static_cast<size_t>(texts.size()));
+    const auto fill = [&](const NaturalOrder& order, size_t first, size_t last) {
+        for (size_t i = first; i < last; ++i) {
+            keys[i] = order.sortKey(texts[static_cast<qsizetype>(i)]);
+        }
+    };
+    const size_t share =
+        std::max(worthAThread, keys.size() / std::max(1U, std::thread::hardware_concurrency()) + 1);
+    std::vector<std::thread> helpers;
+    for (size_t first = share; first < keys.size(); first += share) {
+        // A collator serves one thread at a time, so each has its own.
+        helpers.emplace_back([&fill, first, last = std::min(first + share, keys.size())] {
+            fill(NaturalOrder(), first, last);
+        });
+    }
+    fill(*this, 0, std::min(share, keys.size()));
+    for (std::thread& helper : helpers) {
+        helper.join();
+    }
+    return keys;
 }
 
 } // namespace quav

@@ -2,8 +2,10 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
+#include <vector>
 
 namespace quav {
 
@@ -14,9 +16,12 @@ public:
     NaturalOrder();
     ~NaturalOrder();
 
-    /// A key that sorts byte by byte as the text sorts. Equal only for equal texts, so that the
-    /// order is total ("Track 2" and "Track 02" would otherwise tie).
+    /// A key that sorts byte by byte as the text sorts. Different texts can have equal keys ("Track
+    /// 2" and "Track 02"): break the tie by the texts themselves.
     QByteArray sortKey(const QString& text) const;
+
+    /// The keys of many texts, made on all cores when there are enough to be worth it.
+    std::vector<QByteArray> sortKeys(const QStringList& texts) const;
 
 private:
     struct Collator;

@@ -48,6 +48,11 @@ QString joinPath(const QString& folder, const QString& name) {
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
+bool isFolder(const QString& path) {
+    struct stat info {};
+    return stat(QFile::encodeName(path).constData(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
 bool isSameFile(const QString& a, const QString& b) {
     struct stat first {};
     struct stat second {};

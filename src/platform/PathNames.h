@@ -24,6 +24,9 @@ QString baseName(const QString& path);
 /// Folder and name joined by exactly one slash.
 QString joinPath(const QString& folder, const QString& name);
 
+/// True when there is a folder of this name, or a link to one.
+bool isFolder(const QString& path);
+
 /// True when both paths lead to the same file on disk (device and inode), whatever their spelling.
 /// False when either does not exist.
 bool isSameFile(const QString& a, const QString& b);
