@@ -19,13 +19,6 @@ namespace {
 // Long enough for the list to be drawn before the alert covers it.
 constexpr std::chrono::milliseconds badFileDelay{500};
 
-/// The full path without detours. Most paths that come are that already.
-QString fullPath(const QString& path) {
-    const bool isFull = path.startsWith(u'/') && !path.endsWith(u'/') && !path.contains(u"//") &&
-                        !path.contains(u"/.");
-    return isFull ? path : QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-}
-
 } // namespace
 
 QString undecodableMessage(const QString& path) {

@@ -6,6 +6,7 @@
 #include "cli/Terminal.h"
 #include "cli/TerminalFace.h"
 #include "engine/QUAVAsyncNSTask.h"
+#include "platform/PathNames.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -127,7 +128,7 @@ bool ConversionRun::addFiles() {
             somethingUnusable_ = true;
             terminal_.say(undecodableMessage(path));
         } else if (QFileInfo::exists(path)) {
-            paths << absolutePath(path);
+            paths << fullPath(path);
         } else {
             complete = false;
             terminal_.say(tr("“%1” does not exist.").arg(path));

@@ -22,17 +22,6 @@ tl::unexpected<QString> cannotBeMade(const QString& path, const QString& reason)
 
 } // namespace
 
-QString absolutePath(const QString& path) {
-    const QFileInfo info(path);
-    if (!path.split(u'/').contains(QStringLiteral(".."))) {
-        return QDir::cleanPath(info.absoluteFilePath());
-    }
-    if (info.isDir()) {
-        return info.canonicalFilePath();
-    }
-    return withRealFolder(info.absoluteFilePath());
-}
-
 OutputFolder::OutputFolder(QString path, bool missing)
     : path_(std::move(path)), missing_(missing) {}
 
@@ -40,7 +29,7 @@ tl::expected<OutputFolder, QString> OutputFolder::at(const QString& path) {
     if (path.isEmpty()) {
         return tl::make_unexpected(tr("The output folder has no name."));
     }
-    const QString full = absolutePath(path);
+    const QString full = fullPath(path);
     const QFileInfo info(full);
     if (info.isDir()) {
         return OutputFolder(full, false);

@@ -32,8 +32,4 @@ private:
     bool created_ = false;
 };
 
-/// The absolute path of what the user named. Where "..", which leads elsewhere behind a link, is in
-/// it, the folder is the one that the system would find.
-QString absolutePath(const QString& path);
-
 } // namespace quav

@@ -3,6 +3,7 @@
 #include "cli/Json.h"
 #include "cli/Terminal.h"
 #include "cli/Text.h"
+#include "platform/ClockText.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -72,7 +73,7 @@ void TextEvents::summary(const RunSummary& summary) {
                       .arg(summary.failed)
                       .arg(summary.cancelled)
                       .arg(summary.warnings)
-                      .arg(text::clockTime(time)));
+                      .arg(clockText(time)));
 }
 
 JsonEvents::JsonEvents(Terminal& terminal, Detail detail)

@@ -3,6 +3,7 @@
 #include "cli/Terminal.h"
 #include "cli/Text.h"
 #include "engine/QUAVTaskQueue.h"
+#include "platform/ClockText.h"
 
 #include <cmath>
 
@@ -90,7 +91,7 @@ QString TerminalFace::totalLine() const {
         line += tr(", %1 failed").arg(summary_.failed);
     }
     if (const auto left = queue_.timeLeft()) {
-        line += tr(", %1 left").arg(text::clockTime(*left));
+        line += tr(", %1 left").arg(clockText(*left));
     }
     return line;
 }

@@ -3,7 +3,7 @@
 #include <QList>
 
 #include <algorithm>
-#include <wchar.h>
+#include <cwchar>
 
 namespace quav::text {
 
@@ -110,20 +110,6 @@ QString cut(const QString& text, int columns) {
         result += QString::fromUcs4(&c, 1);
     }
     return result;
-}
-
-QString clockTime(std::chrono::seconds duration) {
-    const std::chrono::hh_mm_ss time(duration);
-    const auto two = [](long long number) {
-        return QString::number(number).rightJustified(2, u'0');
-    };
-    const QString seconds = two(time.seconds().count());
-    if (time.hours().count() == 0) {
-        return QStringLiteral("%1:%2").arg(time.minutes().count()).arg(seconds);
-    }
-    return QStringLiteral("%1:%2:%3")
-        .arg(time.hours().count())
-        .arg(two(time.minutes().count()), seconds);
 }
 
 } // namespace quav::text

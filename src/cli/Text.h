@@ -26,7 +26,4 @@ int columnsOf(const QString& text);
 /// The beginning of the text, as much as fits into so many columns.
 QString cut(const QString& text, int columns);
 
-/// "0:07", "3:10", "1:02:03".
-QString clockTime(std::chrono::seconds duration);
-
 } // namespace quav::text

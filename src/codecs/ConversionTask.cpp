@@ -26,6 +26,10 @@ ConversionTask::ConversionTask(const QString& fileName, const QString& outputPat
     setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(fileName).size())));
 }
 
+ConversionTask::~ConversionTask() {
+    abandonTool();
+}
+
 void ConversionTask::startTask() {
     guard_.emplace(outputPath_, fileName_, existing_);
     try {

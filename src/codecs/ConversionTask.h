@@ -21,6 +21,8 @@ public:
     ConversionTask(const QString& fileName, const QString& outputPath, const Services& services,
                    const QString& launchPath, const QStringList& arguments,
                    OutputGuard::Existing existing, ComplaintReader complaintReader);
+    /// A tool that still writes is killed first, and its output goes.
+    ~ConversionTask() override;
 
     const QString& fileName() const { return fileName_; }
     const QString& outputPath() const { return outputPath_; }

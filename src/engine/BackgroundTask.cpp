@@ -23,7 +23,7 @@ void BackgroundTask::startTask() {
                 setError(true);
             }
         },
-        [self = std::static_pointer_cast<BackgroundTask>(shared_from_this())] { self->finish(); });
+        [this] { finish(); });
 }
 
 void BackgroundTask::stopTask() {

@@ -68,7 +68,7 @@ void QUAVAsyncNSTask::toolEnded(int exitStatus) {
                 setError(true);
             }
         },
-        [self = std::static_pointer_cast<QUAVAsyncNSTask>(shared_from_this())] { self->finish(); });
+        [this] { finish(); });
 }
 
 void QUAVAsyncNSTask::stopTask() {
@@ -88,6 +88,10 @@ void QUAVAsyncNSTask::finish() {
     QUAVTask::stopTask();
     finalCleanup();
     reportCompletion();
+}
+
+void QUAVAsyncNSTask::abandonTool() {
+    child_.reset();
 }
 
 void QUAVAsyncNSTask::processTaskOutput(const QString& text) {

@@ -66,6 +66,9 @@ protected:
     /// What is to happen after the task's set was told.
     virtual void finalCleanup();
 
+    /// Kills a tool that still runs; for destructors of what the tool works on.
+    void abandonTool();
+
     /// Adds a piece to the report as a terminal would show it; gives the lines that it completed.
     QString appendToReport(const QString& piece);
 

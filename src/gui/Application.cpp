@@ -6,6 +6,7 @@
 #include "gui/SingleInstance.h"
 #include "gui/StatusPanel.h"
 #include "platform/DBusDesktop.h"
+#include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
 #include "workbench/Workbench.h"
@@ -60,8 +61,7 @@ StartOptions readArguments(const QApplication& application) {
 
     QStringList files;
     const QStringList given = parser.positionalArguments();
-    std::transform(given.begin(), given.end(), std::back_inserter(files),
-                   [](const QString& file) { return QFileInfo(file).absoluteFilePath(); });
+    std::transform(given.begin(), given.end(), std::back_inserter(files), fullPath);
     return {parser.value(tab), files};
 }
 

@@ -195,8 +195,8 @@ void FileListView::paintEmptyState() {
     const int textFlags = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
     const int textHeight = fontMetrics().boundingRect(place, textFlags, text).height();
     place.setTop(place.center().y() - (emptyIconSize + emptySpacing + textHeight) / 2);
-    const QRectF icon(place.center().x() - emptyIconSize / 2, place.top(), emptyIconSize,
-                      emptyIconSize);
+    const QRect icon(place.center().x() - emptyIconSize / 2, place.top(), emptyIconSize,
+                     emptyIconSize);
     paintDropIcon(painter, icon, colour);
     place.translate(0, emptyIconSize + emptySpacing);
     painter.setPen(colour);

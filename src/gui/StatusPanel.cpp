@@ -2,10 +2,10 @@
 
 #include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
-#include "gui/ClockText.h"
 #include "gui/OutputWindows.h"
 #include "gui/TaskRowDelegate.h"
 #include "gui/WarningsLine.h"
+#include "platform/ClockText.h"
 
 #include <QAction>
 #include <QHBoxLayout>

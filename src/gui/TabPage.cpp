@@ -2,6 +2,7 @@
 
 #include "app/BaseTab.h"
 #include "gui/FileListView.h"
+#include "platform/ClockText.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -33,6 +34,8 @@ TabPage::TabPage(BaseTab& tab, QWidget* parent)
     layout->addWidget(buildButtonRow());
 
     connect(&tab_, &BaseTab::filesChanged, this, &TabPage::refreshFiles);
+    connect(&tab_, &BaseTab::filesChanged, this, &TabPage::countFiles);
+    connect(&totals_, &FileTotals::changed, this, &TabPage::refreshHeader);
     connect(&tab_, &BaseTab::optionsChanged, this, &TabPage::refresh);
     connect(list_, &FileListView::selectedRowsChanged, this, &TabPage::refreshButtons);
 }
@@ -109,10 +112,25 @@ void TabPage::refresh() {
 }
 
 void TabPage::refreshFiles() {
-    const int count = tab_.files().rowCount();
-    header_->setText(count == 1 ? tr("1 file") : tr("%L1 files").arg(count));
-    action_->setText(actionText(count));
+    refreshHeader();
+    action_->setText(actionText(tab_.files().rowCount()));
     refreshButtons();
+}
+
+void TabPage::countFiles() {
+    totals_.count(tab_.fileNames());
+}
+
+void TabPage::refreshHeader() {
+    const int count = tab_.files().rowCount();
+    QStringList parts{count == 1 ? tr("1 file") : tr("%L1 files").arg(count)};
+    if (count > 0 && totals_.length().count() > 0) {
+        parts << clockText(std::chrono::round<std::chrono::seconds>(totals_.length()));
+    }
+    if (count > 0 && totals_.bytes() > 0) {
+        parts << locale().formattedDataSize(totals_.bytes(), 0, QLocale::DataSizeSIFormat);
+    }
+    header_->setText(parts.join(QStringLiteral(" · ")));
 }
 
 void TabPage::refreshButtons() {

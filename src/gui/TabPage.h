@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/FileTotals.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -42,9 +44,12 @@ private:
     QWidget* buildOptionColumn();
     QWidget* buildButtonRow();
     void refreshFiles();
+    void countFiles();
+    void refreshHeader();
     void refreshButtons();
 
     BaseTab& tab_;
+    FileTotals totals_;
     QLabel* header_;
     FileListView* list_;
     QVBoxLayout* options_ = nullptr;

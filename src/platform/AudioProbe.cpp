@@ -34,6 +34,10 @@ FormatContext openInput(const QString& path) {
 
 } // namespace
 
+void silenceAudioLibrary() {
+    av_log_set_level(AV_LOG_QUIET);
+}
+
 bool isAiffOrWav(const QString& path) {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
@@ -46,6 +50,21 @@ bool isAiffOrWav(const QString& path) {
     const AVInputFormat* format = av_probe_input_format(&data, 1);
     return format &&
            (format->name == std::string_view("wav") || format->name == std::string_view("aiff"));
+}
+
+std::chrono::milliseconds audioLength(const QString& path) {
+    const FormatContext context = QFileInfo(path).isFile() ? openInput(path) : nullptr;
+    if (!context) {
+        return {};
+    }
+    for (unsigned i = 0; i < context->nb_streams; ++i) {
+        const AVStream& stream = *context->streams[i];
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO && stream.duration > 0) {
+            return std::chrono::milliseconds(
+                av_rescale_q(stream.duration, stream.time_base, AVRational{1, 1000}));
+        }
+    }
+    return {};
 }
 
 bool isAppleLossless(const QString& path) {

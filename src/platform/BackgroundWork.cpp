@@ -7,22 +7,29 @@ namespace quav {
 BackgroundWork::BackgroundWork(MainThread& mainThread) : mainThread_(mainThread) {}
 
 BackgroundWork::~BackgroundWork() {
+    owner_.reset();
+    wait();
+}
+
+void BackgroundWork::wait() {
     if (thread_.joinable()) {
         thread_.join();
     }
 }
 
 void BackgroundWork::run(std::function<void()> work, std::function<void()> afterwards) {
-    if (thread_.joinable()) {
-        thread_.join();
-    }
-    // `afterwards` is moved on and not copied: it may own the task that owns us, and the last such
-    // owner must not go on the worker thread.
-    thread_ =
-        std::thread([this, work = std::move(work), afterwards = std::move(afterwards)]() mutable {
-            work();
-            mainThread_.post(std::move(afterwards));
+    wait();
+    const auto owner = std::make_shared<bool>();
+    owner_ = owner;
+    thread_ = std::thread([this, work = std::move(work), afterwards = std::move(afterwards),
+                           owner = std::weak_ptr(owner)] {
+        work();
+        mainThread_.post([afterwards, owner] {
+            if (owner.lock()) {
+                afterwards();
+            }
         });
+    });
 }
 
 } // namespace quav

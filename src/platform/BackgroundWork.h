@@ -3,12 +3,14 @@
 #include "platform/MainThread.h"
 
 #include <functional>
+#include <memory>
 #include <thread>
 
 namespace quav {
 
-/// One piece of work on a thread of its own, and what is to follow it on the main thread. The
-/// owner outlives the work: the destructor waits for it.
+/// One piece of work on a thread of its own, and what is to follow it on the main thread. It
+/// belongs to the object that the work is about: the destructor waits for the work, and what was to
+/// follow is then dropped.
 class BackgroundWork {
 public:
     explicit BackgroundWork(MainThread& mainThread);
@@ -20,8 +22,12 @@ public:
     /// of work at a time. Neither may throw.
     void run(std::function<void()> work, std::function<void()> afterwards);
 
+    /// Returns when no work runs any more.
+    void wait();
+
 private:
     MainThread& mainThread_;
+    std::shared_ptr<bool> owner_; ///< tells what was posted whether we are still there
     std::thread thread_;
 };
 

@@ -21,7 +21,8 @@ void MainThread::post(std::function<void()> work) {
         posted_.push_back(std::move(work));
     }
     if (wake) {
-        QMetaObject::invokeMethod(this, &MainThread::runPosted, Qt::QueuedConnection);
+        // By name, so that the event is made and unmade inside Qt: see `mutex_`.
+        QMetaObject::invokeMethod(this, "runPosted", Qt::QueuedConnection);
     }
 }
 

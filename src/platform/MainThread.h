@@ -28,7 +28,7 @@ public:
     void runAndWait(const std::function<void()>& work);
 
 private:
-    void runPosted();
+    Q_INVOKABLE void runPosted();
 
     // Our own lock and not only the event queue's: the hand-over must be visible to tools that
     // check threads without knowing Qt's inside.

@@ -1,5 +1,6 @@
 #include "platform/PathNames.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -46,6 +47,19 @@ QString baseName(const QString& path) {
 
 QString joinPath(const QString& folder, const QString& name) {
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+QString fullPath(const QString& path) {
+    // Most paths that come are full already.
+    if (path.startsWith(u'/') && !path.endsWith(u'/') && !path.contains(u"//") &&
+        !path.contains(u"/.")) {
+        return path;
+    }
+    const QFileInfo info(path);
+    if (!path.split(u'/').contains(QStringLiteral(".."))) {
+        return QDir::cleanPath(info.absoluteFilePath());
+    }
+    return info.isDir() ? info.canonicalFilePath() : withRealFolder(info.absoluteFilePath());
 }
 
 bool isFolder(const QString& path) {

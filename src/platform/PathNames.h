@@ -24,6 +24,10 @@ QString baseName(const QString& path);
 /// Folder and name joined by exactly one slash.
 QString joinPath(const QString& folder, const QString& name);
 
+/// The full path, without detours and without a slash at its end. ".." is resolved on the disk, as
+/// the system does: behind a link it leads elsewhere than the text says.
+QString fullPath(const QString& path);
+
 /// True when there is a folder of this name, or a link to one.
 bool isFolder(const QString& path);
 

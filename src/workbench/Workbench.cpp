@@ -1,5 +1,6 @@
 #include "workbench/Workbench.h"
 
+#include "platform/AudioProbe.h"
 #include "tags/TagLibTagsHelper.h"
 
 #include <utility>
@@ -13,6 +14,7 @@ Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& 
                                                                                 desktop, tools_,
                                                                                 queue_},
       decodeTab_(services_), encodeTab_(services_), controller_(services_) {
+    silenceAudioLibrary();
     TagLibTagsHelper::initialise();
     controller_.addTab(decodeTab_);
     controller_.addTab(encodeTab_);

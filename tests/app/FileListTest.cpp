@@ -82,7 +82,7 @@ private Q_SLOTS:
         const QAbstractItemModelTester tester(&shell.decode.files());
         const QStringList paths = shell.touch(list("track10.flac|Track2.flac|track1.FLAC"));
         shell.decode.addFiles(paths);
-        shell.decode.addFiles({paths[1], shell.rig.path(QStringLiteral("x/../track10.flac"))});
+        shell.decode.addFiles({paths[1], shell.rig.path(QStringLiteral("./track10.flac"))});
         shell.decode.addFile(paths[0]);
         QCOMPARE(Shell::names(shell.decode), u"track1.FLAC|Track2.flac|track10.flac");
         shell.decode.addFiles(shell.touch(list("track3.flac")));

@@ -162,6 +162,7 @@ private Q_SLOTS:
         QCOMPARE(dry.status, 0);
         const QString output = cli.out(QStringLiteral("a.flac"));
         QVERIFY2(dry.output.contains("would overwrite " + output.toUtf8()), dry.output.constData());
+        QVERIFY2(dry.output.contains("flac -5 -f "), dry.output.constData());
         QCOMPARE(contents(output), before);
     }
 

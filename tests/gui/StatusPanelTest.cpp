@@ -1,6 +1,6 @@
 #include "GuiRig.h"
 #include "engine/TaskRowsModel.h"
-#include "gui/ClockText.h"
+#include "platform/ClockText.h"
 #include "gui/TaskRowDelegate.h"
 
 #include <QAction>

@@ -1,25 +1,19 @@
 #include "GuiRig.h"
 #include "app/FileKinds.h"
 #include "gui/FileListView.h"
-#include "gui/GuiPrompts.h"
-#include "gui/QUAVStringGetterPanel.h"
 
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTabWidget>
 #include <QTest>
-#include <QTimer>
 
-#include <functional>
+#include <tuple>
 
 using namespace quav;
 using namespace quav::test;
@@ -69,20 +63,6 @@ QStringList texts(const QMenu& menu) {
     return texts;
 }
 
-/// Does something with the modal dialog that is about to open.
-template <typename Dialog>
-void whenOpen(const std::function<void(Dialog&)>& act) {
-    QTimer::singleShot(0, qApp, [act] {
-        if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
-            act(*dialog);
-        }
-    });
-}
-
-void press(QDialog& dialog, const char* text) {
-    QTest::mouseClick(shown<QPushButton>(dialog, text), Qt::LeftButton);
-}
-
 } // namespace
 
 class WindowTest : public QObject {
@@ -107,11 +87,6 @@ private Q_SLOTS:
     void aRefusedQuitChangesNothing();
     void quittingWaitsForToolsThatRun();
     void aFreshWindowSaysWhenItIsPainted();
-    void theLineDialogGivesWhatWasTyped();
-    void theLineDialogGivesNothingWhenCancelled();
-    void aQuestionIsAnsweredByItsButtons_data();
-    void aQuestionIsAnsweredByItsButtons();
-    void escapeAnswersNo();
 };
 
 void WindowTest::filesDroppedOnTheListAreListedAndCounted() {
@@ -284,7 +259,8 @@ void WindowTest::flacOptionsAppearWithAFlacFileAndMoveNothing() {
         auto* target = shown<QGroupBox>(rig.window, "Target");
         auto* output = shown<QGroupBox>(rig.window, "Output");
         QApplication::processEvents();
-        return std::pair(target->geometry(), output->geometry());
+        return std::tuple(target->geometry(), output->geometry(),
+                          target->parentWidget()->minimumSizeHint());
     };
     const auto before = place();
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
@@ -359,65 +335,6 @@ void WindowTest::aFreshWindowSaysWhenItIsPainted() {
     QVERIFY(painted.wait());
     rig.window.repaint();
     QCOMPARE(painted.size(), 1);
-}
-
-void WindowTest::theLineDialogGivesWhatWasTyped() {
-    QUAVStringGetterPanel panel;
-    whenOpen<QUAVStringGetterPanel>([](QUAVStringGetterPanel& dialog) {
-        QVERIFY(shown<QLabel>(dialog, "New name"));
-        QTest::keyClicks(dialog.findChild<QLineEdit*>(), u"Abbey"_s);
-        press(dialog, "OK");
-    });
-    const auto text = panel.runPanelWithTitle(u"Rename"_s, u"New name"_s, u"Old"_s);
-    QCOMPARE(text, std::optional(u"Abbey"_s));
-    QCOMPARE(panel.windowTitle(), u"Rename"_s);
-    QVERIFY(!panel.isVisible());
-
-    whenOpen<QUAVStringGetterPanel>([](QUAVStringGetterPanel& dialog) { press(dialog, "OK"); });
-    QCOMPARE(panel.runPanelWithTitle({}, {}, {}), std::optional(u"Abbey"_s));
-}
-
-void WindowTest::theLineDialogGivesNothingWhenCancelled() {
-    GuiPrompts prompts;
-    whenOpen<QUAVStringGetterPanel>([](QUAVStringGetterPanel& dialog) {
-        QTest::keyClicks(dialog.findChild<QLineEdit*>(), u"typed"_s);
-        press(dialog, "Cancel");
-    });
-    QCOMPARE(prompts.askForLine(u"T"_s, u"M"_s, {}), std::nullopt);
-}
-
-void WindowTest::aQuestionIsAnsweredByItsButtons_data() {
-    QTest::addColumn<bool>("defaultAffirms");
-    QTest::addColumn<QByteArray>("pressed");
-    QTest::addColumn<bool>("answer");
-    QTest::addRow("default yes") << true << QByteArray("Default") << true;
-    QTest::addRow("alternate no") << true << QByteArray("Other") << false;
-    QTest::addRow("default no") << false << QByteArray("Default") << false;
-    QTest::addRow("alternate yes") << false << QByteArray("Other") << true;
-}
-
-void WindowTest::aQuestionIsAnsweredByItsButtons() {
-    QFETCH(bool, defaultAffirms);
-    QFETCH(QByteArray, pressed);
-    GuiPrompts prompts;
-    whenOpen<QMessageBox>([pressed](QMessageBox& box) {
-        QCOMPARE(box.text(), u"Sure?"_s);
-        QCOMPARE(box.informativeText(), u"<b>file</b>"_s);
-        QCOMPARE(box.textFormat(), Qt::PlainText);
-        QCOMPARE(box.defaultButton()->text(), u"Default"_s);
-        press(box, pressed.constData());
-    });
-    const bool answer =
-        prompts.confirm({u"Sure?"_s, u"<b>file</b>"_s, u"Default"_s, u"Other"_s, defaultAffirms});
-    QTEST(answer, "answer");
-}
-
-void WindowTest::escapeAnswersNo() {
-    GuiPrompts prompts;
-    for (const bool defaultAffirms : {true, false}) {
-        whenOpen<QMessageBox>([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-        QVERIFY(!prompts.confirm({u"Sure?"_s, {}, u"A"_s, u"B"_s, defaultAffirms}));
-    }
 }
 
 QTEST_MAIN(WindowTest)

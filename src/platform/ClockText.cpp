@@ -1,4 +1,4 @@
-#include "gui/ClockText.h"
+#include "platform/ClockText.h"
 
 namespace quav {
 
