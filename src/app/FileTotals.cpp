@@ -55,6 +55,7 @@ FileTotals::Facts FileTotals::factsOf(const QString& file) {
 
 void FileTotals::announce(const Facts& totals, unsigned generation) {
     mainThread_.post([this, totals, generation] {
+        // What an earlier count had to say may still be on its way.
         if (generation == generation_) {
             bytes_ = totals.bytes;
             length_ = totals.length;

@@ -33,6 +33,11 @@ void runWide(QMessageBox& box) {
     box.exec();
 }
 
+/// What was chosen; none when the user cancelled. The dialog itself remembers the folder.
+QStringList run(QFileDialog& dialog) {
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
+}
+
 } // namespace
 
 GuiPrompts::GuiPrompts(QObject* parent) : QObject(parent) {}
@@ -70,23 +75,15 @@ bool GuiPrompts::confirm(const Question& question) {
     return box.clickedButton() == (question.defaultAffirms ? byDefault : alternate);
 }
 
-QStringList GuiPrompts::run(QFileDialog& dialog) {
-    if (dialog.exec() != QDialog::Accepted) {
-        return {};
-    }
-    lastFolder_ = dialog.directory().absolutePath();
-    return dialog.selectedFiles();
-}
-
 QStringList GuiPrompts::chooseFiles(const QString& title, const QString& confirmButton) {
-    QFileDialog dialog(dialogParent(), title, lastFolder_);
+    QFileDialog dialog(dialogParent(), title);
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setLabelText(QFileDialog::Accept, confirmButton);
     return run(dialog);
 }
 
 std::optional<QString> GuiPrompts::chooseFolder(const QString& title) {
-    QFileDialog dialog(dialogParent(), title, lastFolder_);
+    QFileDialog dialog(dialogParent(), title);
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     const QStringList chosen = run(dialog);
@@ -94,7 +91,7 @@ std::optional<QString> GuiPrompts::chooseFolder(const QString& title) {
 }
 
 std::optional<QString> GuiPrompts::chooseSavePath(const QString& title, const QString& directory) {
-    QFileDialog dialog(dialogParent(), title, directory.isEmpty() ? lastFolder_ : directory);
+    QFileDialog dialog(dialogParent(), title, directory);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     const QStringList chosen = run(dialog);
     return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());

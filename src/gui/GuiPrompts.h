@@ -6,8 +6,6 @@
 #include <QPointer>
 #include <QWidget>
 
-class QFileDialog;
-
 namespace quav {
 
 /// Asks the user in dialogs.
@@ -31,10 +29,8 @@ public:
 
 private:
     QWidget* dialogParent() const;
-    QStringList run(QFileDialog& dialog);
 
     QPointer<QWidget> window_;
-    QString lastFolder_; ///< where the user chose last
 };
 
 } // namespace quav

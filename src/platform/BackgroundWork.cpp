@@ -7,8 +7,8 @@ namespace quav {
 BackgroundWork::BackgroundWork(MainThread& mainThread) : mainThread_(mainThread) {}
 
 BackgroundWork::~BackgroundWork() {
-    owner_.reset();
     wait();
+    mainThread_.forget(this);
 }
 
 void BackgroundWork::wait() {
@@ -19,16 +19,9 @@ void BackgroundWork::wait() {
 
 void BackgroundWork::run(std::function<void()> work, std::function<void()> afterwards) {
     wait();
-    const auto owner = std::make_shared<bool>();
-    owner_ = owner;
-    thread_ = std::thread([this, work = std::move(work), afterwards = std::move(afterwards),
-                           owner = std::weak_ptr(owner)] {
+    thread_ = std::thread([this, work = std::move(work), afterwards = std::move(afterwards)] {
         work();
-        mainThread_.post([afterwards, owner] {
-            if (owner.lock()) {
-                afterwards();
-            }
-        });
+        mainThread_.post(afterwards, this);
     });
 }
 

@@ -3,7 +3,6 @@
 #include "platform/MainThread.h"
 
 #include <functional>
-#include <memory>
 #include <thread>
 
 namespace quav {
@@ -27,7 +26,6 @@ public:
 
 private:
     MainThread& mainThread_;
-    std::shared_ptr<bool> owner_; ///< tells what was posted whether we are still there
     std::thread thread_;
 };
 

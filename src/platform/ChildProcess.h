@@ -1,16 +1,19 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
+#include <sys/types.h>
 #include <tl/expected.hpp>
 
 #include <memory>
 
-class QProcess;
+class QSocketNotifier;
 
 namespace quav {
 
@@ -23,9 +26,13 @@ struct ChildCommand {
     QString workingDirectory; ///< empty: inherited
 };
 
-/// One child process whose standard output and standard error share one pipe and whose standard
-/// input is the null device. It leads a process group of its own, so that Ctrl-C on a terminal
-/// reaches us and not the tools: whether they stop is our decision.
+/// One child process whose standard output and standard error share one pipe, whose standard input
+/// is the null device, and which inherits nothing else. It leads a process group of its own, so
+/// that Ctrl-C on a terminal reaches us and not the tools: whether they stop is our decision.
+///
+/// Made with posix_spawn and watched through a process descriptor, and not with Qt's process class:
+/// the start costs no copy of our own address space, a failed one is known at once, and thread
+/// checkers keep their footing.
 class ChildProcess : public QObject {
     Q_OBJECT
 
@@ -34,10 +41,11 @@ public:
     /// Kills the child if it still runs.
     ~ChildProcess() override;
 
-    /// Starts the child; the error says in the system's words why it could not be started.
+    /// Starts the child, once in the life of the object; the error says in the system's words why
+    /// it could not be started.
     tl::expected<void, QString> start(const ChildCommand& command);
 
-    bool isRunning() const;
+    bool isRunning() const { return pid_ > 0; }
 
     /// Asks the child to end (SIGTERM).
     void terminate();
@@ -52,7 +60,14 @@ Q_SIGNALS:
     void ended(int exitStatus);
 
 private:
-    std::unique_ptr<QProcess> process_;
+    void readSome();
+    void childExited();
+
+    pid_t pid_ = 0;
+    FileDescriptor output_;
+    FileDescriptor process_;
+    std::unique_ptr<QSocketNotifier> outputNotifier_;
+    std::unique_ptr<QSocketNotifier> exitNotifier_;
 };
 
 /// Runs a command to its end on the calling thread, which may be any thread, and returns all that

@@ -2,7 +2,9 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <future>
+#include <iterator>
 #include <utility>
 
 namespace quav {
@@ -13,12 +15,12 @@ bool MainThread::isCurrent() const {
     return QThread::currentThread() == thread();
 }
 
-void MainThread::post(std::function<void()> work) {
+void MainThread::post(std::function<void()> work, const void* owner) {
     bool wake = false;
     {
         const std::lock_guard lock(mutex_);
         wake = posted_.empty();
-        posted_.push_back(std::move(work));
+        posted_.push_back({std::move(work), owner});
     }
     if (wake) {
         // By name, so that the event is made and unmade inside Qt: see `mutex_`.
@@ -39,14 +41,25 @@ void MainThread::runAndWait(const std::function<void()>& work) {
     done.get_future().wait();
 }
 
+void MainThread::forget(const void* owner) {
+    const auto isOwners = [owner](const Posted& posted) { return posted.owner == owner; };
+    std::erase_if(due_, isOwners);
+    const std::lock_guard lock(mutex_);
+    std::erase_if(posted_, isOwners);
+}
+
 void MainThread::runPosted() {
-    std::vector<std::function<void()>> batch;
     {
         const std::lock_guard lock(mutex_);
-        batch.swap(posted_);
+        std::move(posted_.begin(), posted_.end(), std::back_inserter(due_));
+        posted_.clear();
     }
-    for (const auto& work : batch) {
-        work();
+    // A closure may open a dialog, whose event loop brings us here again: the inner call goes on
+    // where the outer one is, so the order stays.
+    while (!due_.empty()) {
+        const Posted next = std::move(due_.front());
+        due_.pop_front();
+        next.work();
     }
 }
 

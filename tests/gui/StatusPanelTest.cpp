@@ -1,7 +1,7 @@
 #include "GuiRig.h"
 #include "engine/TaskRowsModel.h"
-#include "platform/ClockText.h"
 #include "gui/TaskRowDelegate.h"
+#include "platform/ClockText.h"
 
 #include <QAction>
 #include <QLabel>
