@@ -13,9 +13,8 @@ PlanPrinter::PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form
     : terminal_(terminal), tools_(tools), form_(form) {}
 
 bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFolder>& folder) {
-    using Existing = ConversionTab::Existing;
     const QString path = folder ? folder->path() : QString();
-    ConversionPlan plan = tab.plan(path, Existing::Keep);
+    const ConversionPlan plan = tab.plan(path);
     QStringList obstacles = tab.obstacles(plan);
     if (folder && folder->isMissing()) {
         // All outputs go there, and the run would make it.
@@ -26,6 +25,10 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
         note(QStringLiteral("overwrite"), QStringLiteral("output"), output,
              tr("would overwrite %1"));
     }
+    for (const QString& output : plan.alreadyThere) {
+        note(QStringLiteral("exists"), QStringLiteral("output"), output,
+             tr("would fail, since the output exists: %1"));
+    }
     for (const QString& output : plan.outputsThatAreSources) {
         note(QStringLiteral("skip"), QStringLiteral("output"), output,
              tr("would skip what is its own output: %1"));
@@ -33,9 +36,6 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
     for (const QString& source : plan.unsupported) {
         note(QStringLiteral("skip"), QStringLiteral("source"), source,
              tr("would skip a kind that cannot be converted: %1"));
-    }
-    if (!plan.overwritten.isEmpty()) {
-        plan = tab.plan(path, Existing::Overwrite);
     }
     for (const PlannedConversion& conversion : plan.conversions) {
         printConversion(conversion);

@@ -1,5 +1,6 @@
 #include "codecs/ConversionPlan.h"
 
+#include "app/BaseTab.h"
 #include "platform/PathNames.h"
 
 #include <QCoreApplication>
@@ -8,6 +9,24 @@
 #include <QSet>
 
 namespace quav {
+
+QStringList existingOutputs(const QStringList& outputs) {
+    QHash<QString, QSet<QString>> inFolder;
+    QStringList existing;
+    for (const QString& output : outputs) {
+        const QString folder = folderOf(output);
+        auto listed = inFolder.find(folder);
+        if (listed == inFolder.end()) {
+            const QStringList files =
+                BaseTab::getFilesFromOutputDirectory(folder, pathExtension(output));
+            listed = inFolder.insert(folder, QSet<QString>(files.begin(), files.end()));
+        }
+        if (listed->contains(output)) {
+            existing << output;
+        }
+    }
+    return existing;
+}
 
 std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPlan& plan) {
     QHash<QString, QString> sourceOf;

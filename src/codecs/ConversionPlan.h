@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/OutputGuard.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +17,7 @@ struct PlannedConversion {
     QString output;
     QString tool; ///< the name in the tools folder
     QStringList arguments;
+    OutputGuard::Existing existing = OutputGuard::Existing::Keep; ///< as the arguments have it
 };
 
 /// Everything that pressing a tab's button would do.
@@ -23,7 +26,11 @@ struct ConversionPlan {
     QStringList outputsThatAreSources; ///< left out: the output would be the source itself
     QStringList unsupported;           ///< sources of a kind that this tab cannot convert
     QStringList overwritten;           ///< outputs that exist and would be overwritten
+    QStringList alreadyThere;          ///< outputs that exist, so that the tool will refuse
 };
+
+/// Those of the outputs that stand in their folders already.
+QStringList existingOutputs(const QStringList& outputs);
 
 /// The first two sources whose outputs would be the same file, however the paths are spelled.
 std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPlan& plan);

@@ -3,12 +3,29 @@
 #include "app/UserPrompts.h"
 #include "codecs/ConversionTask.h"
 #include "engine/QUAVTaskQueue.h"
+#include "engine/QUAVTaskResults.h"
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
+#include "platform/Settings.h"
 
 #include <QSet>
 
+#include <vector>
+
 namespace quav {
+
+ConversionTab::ConversionTab(const QString& label, QLatin1StringView besideKey,
+                             const Services& services)
+    : BaseTab(label, services), besideKey_(besideKey) {}
+
+bool ConversionTab::besideSources() const {
+    return services().settings.integer(besideKey_) != 0;
+}
+
+void ConversionTab::setBesideSources(bool beside) {
+    services().settings.set(besideKey_, beside ? 1 : 0);
+    Q_EMIT optionsChanged();
+}
 
 void ConversionTab::setDeleteOriginals(bool deleteOriginals) {
     deleteOriginals_ = deleteOriginals;
@@ -53,10 +70,13 @@ void ConversionTab::tellWhatIsLeftOut(const ConversionPlan& plan) {
         services().prompts.alert(tr("Output file \" %1\" already exists.skipping").arg(output), {});
     }
     if (!plan.unsupported.isEmpty()) {
-        services().prompts.alert(tr("“%1” is of a kind that this version cannot convert here.")
-                                     .arg(lastPathComponent(plan.unsupported.first())),
-                                 tr("Such files stay in the list: %n", nullptr,
-                                    static_cast<int>(plan.unsupported.size())));
+        QStringList names;
+        for (const QString& source : plan.unsupported) {
+            names << lastPathComponent(source);
+        }
+        services().prompts.alert(
+            tr("Files of these kinds cannot be converted here yet. They were left out."),
+            names.join(u'\n'));
     }
 }
 
@@ -71,33 +91,31 @@ CommandOutcome ConversionTab::executeCommand() {
     if (!folder) {
         return CommandOutcome::Declined;
     }
-    ConversionPlan planned = plan(*folder, Existing::Keep);
+    const ConversionPlan planned = plan(*folder);
     const QStringList inTheWay = obstacles(planned);
     if (!inTheWay.isEmpty()) {
         services().prompts.alert(inTheWay.first(), inTheWay.mid(1).join(u'\n'));
         return CommandOutcome::Refused;
     }
-    if (!planned.overwritten.isEmpty()) {
-        if (!confirmOverwriting(planned)) {
-            return CommandOutcome::Declined;
-        }
-        planned = plan(*folder, Existing::Overwrite);
-    }
-    return start(planned);
+    return confirmOverwriting(planned) ? start(planned) : CommandOutcome::Declined;
 }
 
 CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
     tellWhatIsLeftOut(plan);
-    const auto tasks = makeTasks(plan);
-    for (const auto& task : tasks) {
+    const auto batch = std::make_shared<QUAVTaskResults>();
+    std::vector<std::shared_ptr<QUAVTask>> tasks;
+    for (const PlannedConversion& conversion : plan.conversions) {
+        const auto task = makeTask(conversion, batch);
+        task->setExisting(conversion.existing);
         task->setDeleteOriginal(deleteOriginals_);
+        tasks.push_back(task);
     }
     clearFiles();
     if (!plan.unsupported.isEmpty()) {
         files().add(plan.unsupported);
         filesAdded();
     }
-    services().queue.addTasks({tasks.begin(), tasks.end()});
+    services().queue.addTasks(tasks);
     return tasks.empty() ? CommandOutcome::NothingToDo : CommandOutcome::Queued;
 }
 

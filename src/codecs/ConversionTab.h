@@ -3,12 +3,14 @@
 #include "app/BaseTab.h"
 #include "codecs/ConversionPlan.h"
 
+#include <QLatin1StringView>
+
 #include <memory>
-#include <vector>
 
 namespace quav {
 
 class ConversionTask;
+class QUAVTaskResults;
 
 /// What the decode and the encode tab share: the plan, the checks, and handing the tasks to the
 /// queue.
@@ -16,20 +18,19 @@ class ConversionTab : public BaseTab {
     Q_OBJECT
 
 public:
-    using BaseTab::BaseTab;
+    /// `besideKey` is the setting that says whether outputs go beside their sources.
+    ConversionTab(const QString& label, QLatin1StringView besideKey, const Services& services);
 
     bool deleteOriginals() const { return deleteOriginals_; }
     void setDeleteOriginals(bool deleteOriginals);
 
     /// Whether each output is written next to its source instead of into a chosen folder.
-    virtual bool besideSources() const = 0;
-    virtual void setBesideSources(bool beside) = 0;
-
-    enum class Existing { Keep, Overwrite };
+    bool besideSources() const;
+    void setBesideSources(bool beside);
 
     /// What the tab's button would do for the files in the list. Reads the disk and changes
     /// nothing. `chosenFolder` counts unless outputs go beside the sources.
-    virtual ConversionPlan plan(const QString& chosenFolder, Existing existing) const = 0;
+    virtual ConversionPlan plan(const QString& chosenFolder) const = 0;
 
     /// What keeps a plan from being started, as sentences for the user.
     QStringList obstacles(const ConversionPlan& plan) const;
@@ -37,7 +38,11 @@ public:
     CommandOutcome executeCommand() override;
 
 protected:
-    virtual std::vector<std::shared_ptr<ConversionTask>> makeTasks(const ConversionPlan& plan) = 0;
+    /// The task for one conversion of a plan. `batch` is there for tasks that report together; one
+    /// that does enters itself.
+    virtual std::shared_ptr<ConversionTask>
+    makeTask(const PlannedConversion& conversion,
+             const std::shared_ptr<QUAVTaskResults>& batch) const = 0;
 
     /// The folder that the output of a source goes to.
     QString outputFolder(const QString& source, const QString& chosenFolder) const;
@@ -47,6 +52,7 @@ private:
     void tellWhatIsLeftOut(const ConversionPlan& plan);
     CommandOutcome start(const ConversionPlan& plan);
 
+    QLatin1StringView besideKey_;
     bool deleteOriginals_ = false;
 };
 

@@ -15,11 +15,9 @@ namespace quav {
 
 ConversionTask::ConversionTask(const QString& fileName, const QString& outputPath,
                                const Services& services, const QString& launchPath,
-                               const QStringList& arguments, OutputGuard::Existing existing,
-                               ComplaintReader complaintReader)
+                               const QStringList& arguments, ComplaintReader complaintReader)
     : QUAVAsyncNSTask(services.queue, launchPath, arguments), services_(services),
-      fileName_(fileName), outputPath_(outputPath), existing_(existing),
-      complaintReader_(complaintReader) {
+      fileName_(fileName), outputPath_(outputPath), complaintReader_(complaintReader) {
     setTitle(lastPathComponent(fileName));
     setTextFieldString(title());
     setTextFieldValue();

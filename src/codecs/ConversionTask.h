@@ -17,10 +17,9 @@ namespace quav {
 /// source is removed only when the user asked for it and nothing at all went wrong.
 class ConversionTask : public QUAVAsyncNSTask {
 public:
-    /// `existing` says what the command line does with an output that is there already.
     ConversionTask(const QString& fileName, const QString& outputPath, const Services& services,
                    const QString& launchPath, const QStringList& arguments,
-                   OutputGuard::Existing existing, ComplaintReader complaintReader);
+                   ComplaintReader complaintReader);
     /// A tool that still writes is killed first, and its output goes.
     ~ConversionTask() override;
 
@@ -29,6 +28,9 @@ public:
 
     bool deleteOriginal() const { return deleteOriginal_; }
     void setDeleteOriginal(bool deleteOriginal) { deleteOriginal_ = deleteOriginal; }
+
+    /// What the command line does with an output that is there already; it is kept unless said.
+    void setExisting(OutputGuard::Existing existing) { existing_ = existing; }
 
     void startTask() override;
 
@@ -53,7 +55,7 @@ private:
     QString fileName_;
     QString outputPath_;
     bool deleteOriginal_ = false;
-    OutputGuard::Existing existing_;
+    OutputGuard::Existing existing_ = OutputGuard::Existing::Keep;
     ComplaintReader complaintReader_;
     std::optional<OutputGuard> guard_;
     QStringList complaints_;

@@ -10,7 +10,7 @@ namespace quav {
 DecodeFlacTask::DecodeFlacTask(const QString& fileName, const Services& services,
                                const QString& launchPath, const QStringList& arguments)
     : ConversionTask(fileName, arguments.last(), services, launchPath, arguments,
-                     OutputGuard::Existing::Keep, flacoutput::complaintIn) {}
+                     flacoutput::complaintIn) {}
 
 void DecodeFlacTask::processTaskOutput(const QString& text) {
     if (const auto percentage = flacoutput::decodePercentage(text)) {

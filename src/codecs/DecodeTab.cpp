@@ -11,19 +11,11 @@
 
 namespace quav {
 
-DecodeTab::DecodeTab(const Services& services) : ConversionTab(tabs::decode, services) {}
+DecodeTab::DecodeTab(const Services& services)
+    : ConversionTab(tabs::decode, keys::decodeToSourceDirectory, services) {}
 
 void DecodeTab::setOutputFormat(const QString& word) {
     outputFormat_ = word;
-    Q_EMIT optionsChanged();
-}
-
-bool DecodeTab::besideSources() const {
-    return services().settings.integer(keys::decodeToSourceDirectory) != 0;
-}
-
-void DecodeTab::setBesideSources(bool beside) {
-    services().settings.set(keys::decodeToSourceDirectory, beside ? 1 : 0);
     Q_EMIT optionsChanged();
 }
 
@@ -65,31 +57,34 @@ void DecodeTab::planFlac(const QString& source, const QString& folder, Conversio
         return;
     }
     const FlacDecodeOptions options{outputFormat_, keepForeignMetadata_, decodeFlacThroughErrors_};
-    plan.conversions.push_back(
-        {source, output, QStringLiteral("flac"), flacDecodeArguments(options, source, output)});
+    plan.conversions.push_back({source, output, QStringLiteral("flac"),
+                                flacDecodeArguments(options, source, output),
+                                OutputGuard::Existing::Keep});
 }
 
-ConversionPlan DecodeTab::plan(const QString& chosenFolder, Existing /*existing*/) const {
+ConversionPlan DecodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
     for (const QString& source : fileNames()) {
-        const QString word = formatWord(source);
-        if (word == u"FLAC") {
+        if (formatWord(source) == u"FLAC") {
             planFlac(source, outputFolder(source, chosenFolder), plan);
-        } else if (acceptedExtensions(tabs::decode).contains(word)) {
+        } else {
             plan.unsupported << source;
         }
     }
+    QStringList outputs;
+    for (const PlannedConversion& conversion : plan.conversions) {
+        outputs << conversion.output;
+    }
+    plan.alreadyThere = existingOutputs(outputs);
     return plan;
 }
 
-std::vector<std::shared_ptr<ConversionTask>> DecodeTab::makeTasks(const ConversionPlan& plan) {
-    std::vector<std::shared_ptr<ConversionTask>> tasks;
-    for (const PlannedConversion& conversion : plan.conversions) {
-        tasks.push_back(std::make_shared<DecodeFlacTask>(conversion.source, services(),
-                                                         services().tools.tool(conversion.tool),
-                                                         conversion.arguments));
-    }
-    return tasks;
+std::shared_ptr<ConversionTask>
+DecodeTab::makeTask(const PlannedConversion& conversion,
+                    const std::shared_ptr<QUAVTaskResults>& /*batch*/) const {
+    return std::make_shared<DecodeFlacTask>(conversion.source, services(),
+                                            services().tools.tool(conversion.tool),
+                                            conversion.arguments);
 }
 
 } // namespace quav

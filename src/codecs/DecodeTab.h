@@ -17,9 +17,6 @@ public:
     const QString& outputFormat() const { return outputFormat_; }
     void setOutputFormat(const QString& word);
 
-    bool besideSources() const override;
-    void setBesideSources(bool beside) override;
-
     bool decodeFlacThroughErrors() const { return decodeFlacThroughErrors_; }
     void setDecodeFlacThroughErrors(bool on);
     bool keepForeignMetadata() const { return keepForeignMetadata_; }
@@ -30,11 +27,13 @@ public:
 
     void clearFiles() override;
 
-    ConversionPlan plan(const QString& chosenFolder, Existing existing) const override;
+    ConversionPlan plan(const QString& chosenFolder) const override;
 
 protected:
     void filesAdded() override;
-    std::vector<std::shared_ptr<ConversionTask>> makeTasks(const ConversionPlan& plan) override;
+    std::shared_ptr<ConversionTask>
+    makeTask(const PlannedConversion& conversion,
+             const std::shared_ptr<QUAVTaskResults>& batch) const override;
 
 private:
     void showFLacOptions(bool visible);

@@ -1,6 +1,5 @@
 #include "codecs/EncodeFlacTask.h"
 
-#include "codecs/FlacCommand.h"
 #include "codecs/FlacOutput.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
@@ -15,8 +14,6 @@ EncodeFlacTask::EncodeFlacTask(const QString& fileName, const Services& services
                                const QString& launchPath, const QStringList& arguments,
                                std::shared_ptr<QUAVTaskResults> results)
     : ConversionTask(fileName, arguments.last(), services, launchPath, arguments,
-                     overwritesOutput(arguments) ? OutputGuard::Existing::Overwrite
-                                                 : OutputGuard::Existing::Keep,
                      flacoutput::complaintIn) {
     setResults(std::move(results));
 }

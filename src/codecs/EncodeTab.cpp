@@ -8,7 +8,6 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
-#include <QHash>
 #include <QSet>
 
 namespace quav {
@@ -23,41 +22,13 @@ bool needsAnotherDecoder(const QString& word) {
     return foreign.contains(word);
 }
 
-/// The outputs that stand in their folders already.
-QStringList existingOutputs(const std::vector<PlannedConversion>& conversions) {
-    QHash<QString, QSet<QString>> inFolder;
-    QStringList existing;
-    for (const PlannedConversion& conversion : conversions) {
-        const QString folder = folderOf(conversion.output);
-        auto listed = inFolder.find(folder);
-        if (listed == inFolder.end()) {
-            const QStringList files =
-                BaseTab::getFilesFromOutputDirectory(folder, QStringLiteral("flac"));
-            listed = inFolder.insert(folder, QSet<QString>(files.begin(), files.end()));
-        }
-        if (listed->contains(conversion.output)) {
-            existing << conversion.output;
-        }
-    }
-    return existing;
-}
-
 } // namespace
 
 EncodeTab::EncodeTab(const Services& services)
-    : ConversionTab(tabs::encode, services),
+    : ConversionTab(tabs::encode, keys::encodeToSourceDirectory, services),
       flacVerify_(services.settings.integer(keys::flacVerifyButton) != 0),
       flacKeepForeignMetadata_(services.settings.integer(keys::flacKeepForeignMetadataButton) !=
                                0) {}
-
-bool EncodeTab::besideSources() const {
-    return services().settings.integer(keys::encodeToSourceDirectory) != 0;
-}
-
-void EncodeTab::setBesideSources(bool beside) {
-    services().settings.set(keys::encodeToSourceDirectory, beside ? 1 : 0);
-    Q_EMIT optionsChanged();
-}
 
 int EncodeTab::flacLevel() const {
     return services().settings.integer(keys::encodeFlacLevel);
@@ -89,38 +60,40 @@ void EncodeTab::displayRelevantOptions() {
     Q_EMIT optionsChanged();
 }
 
-void EncodeTab::planFlac(const QString& source, const QString& folder, Existing existing,
-                         ConversionPlan& plan) const {
-    const QString output = joinPath(folder, baseName(source) + QStringLiteral(".flac"));
-    const FlacEncodeOptions options{flacLevel(), flacLax_, flacKeepForeignMetadata_, flacVerify_,
-                                    existing == Existing::Overwrite};
-    plan.conversions.push_back(
-        {source, output, QStringLiteral("flac"), flacEncodeArguments(options, source, output)});
-}
-
-ConversionPlan EncodeTab::plan(const QString& chosenFolder, Existing existing) const {
+ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
+    QStringList sources;
+    QStringList outputs;
     for (const QString& source : fileNames()) {
         if (needsAnotherDecoder(formatWord(source))) {
             plan.unsupported << source;
-        } else {
-            planFlac(source, outputFolder(source, chosenFolder), existing, plan);
+            continue;
         }
+        sources << source;
+        outputs << joinPath(outputFolder(source, chosenFolder),
+                            baseName(source) + QStringLiteral(".flac"));
     }
-    plan.overwritten = existingOutputs(plan.conversions);
+    plan.overwritten = existingOutputs(outputs);
+    const auto existing =
+        plan.overwritten.isEmpty() ? OutputGuard::Existing::Keep : OutputGuard::Existing::Overwrite;
+    const FlacEncodeOptions options{flacLevel(), flacLax_, flacKeepForeignMetadata_, flacVerify_,
+                                    existing == OutputGuard::Existing::Overwrite};
+    for (qsizetype i = 0; i < sources.size(); ++i) {
+        plan.conversions.push_back({sources[i], outputs[i], QStringLiteral("flac"),
+                                    flacEncodeArguments(options, sources[i], outputs[i]),
+                                    existing});
+    }
     return plan;
 }
 
-std::vector<std::shared_ptr<ConversionTask>> EncodeTab::makeTasks(const ConversionPlan& plan) {
-    const auto results = std::make_shared<QUAVTaskResults>();
-    std::vector<std::shared_ptr<ConversionTask>> tasks;
-    for (const PlannedConversion& conversion : plan.conversions) {
-        tasks.push_back(std::make_shared<EncodeFlacTask>(conversion.source, services(),
-                                                         services().tools.tool(conversion.tool),
-                                                         conversion.arguments, results));
-        results->addTaskInSet(*tasks.back());
-    }
-    return tasks;
+std::shared_ptr<ConversionTask>
+EncodeTab::makeTask(const PlannedConversion& conversion,
+                    const std::shared_ptr<QUAVTaskResults>& batch) const {
+    auto task = std::make_shared<EncodeFlacTask>(conversion.source, services(),
+                                                 services().tools.tool(conversion.tool),
+                                                 conversion.arguments, batch);
+    batch->addTaskInSet(*task);
+    return task;
 }
 
 } // namespace quav

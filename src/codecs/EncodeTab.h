@@ -13,9 +13,6 @@ class EncodeTab : public ConversionTab {
 public:
     explicit EncodeTab(const Services& services);
 
-    bool besideSources() const override;
-    void setBesideSources(bool beside) override;
-
     /// The compression level, 0 to 8.
     int flacLevel() const;
     void setFlacLevel(int level);
@@ -29,15 +26,14 @@ public:
     /// Stores the options that the settings keep.
     void displayRelevantOptions() override;
 
-    ConversionPlan plan(const QString& chosenFolder, Existing existing) const override;
+    ConversionPlan plan(const QString& chosenFolder) const override;
 
 protected:
-    std::vector<std::shared_ptr<ConversionTask>> makeTasks(const ConversionPlan& plan) override;
+    std::shared_ptr<ConversionTask>
+    makeTask(const PlannedConversion& conversion,
+             const std::shared_ptr<QUAVTaskResults>& batch) const override;
 
 private:
-    void planFlac(const QString& source, const QString& folder, Existing existing,
-                  ConversionPlan& plan) const;
-
     bool flacVerify_;
     bool flacLax_ = false;
     bool flacKeepForeignMetadata_;

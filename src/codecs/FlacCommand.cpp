@@ -4,9 +4,6 @@ namespace quav {
 
 namespace {
 
-constexpr qsizetype sourceAndOutput = 3; // SOURCE -o OUTPUT
-
-const QString force = QStringLiteral("-f");
 const QString keepForeign = QStringLiteral("--keep-foreign-metadata");
 
 } // namespace
@@ -22,7 +19,7 @@ QStringList flacEncodeArguments(const FlacEncodeOptions& options, const QString&
         arguments << QStringLiteral("-V");
     }
     if (options.overwrite) {
-        arguments << force;
+        arguments << QStringLiteral("-f");
     }
     return arguments << source << QStringLiteral("-o") << output;
 }
@@ -40,10 +37,6 @@ QStringList flacDecodeArguments(const FlacDecodeOptions& options, const QString&
         arguments << QStringLiteral("--force-aiff-format");
     }
     return arguments << source << QStringLiteral("-o") << output;
-}
-
-bool overwritesOutput(const QStringList& arguments) {
-    return arguments.mid(0, arguments.size() - sourceAndOutput).contains(force);
 }
 
 } // namespace quav

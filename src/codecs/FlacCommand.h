@@ -26,7 +26,4 @@ QStringList flacEncodeArguments(const FlacEncodeOptions& options, const QString&
 QStringList flacDecodeArguments(const FlacDecodeOptions& options, const QString& source,
                                 const QString& output);
 
-/// Whether a command line made here lets the tool overwrite its output.
-bool overwritesOutput(const QStringList& arguments);
-
 } // namespace quav
