@@ -9,7 +9,9 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 namespace quav {
@@ -46,11 +48,14 @@ BaseTab::BaseTab(QString label, const Services& services)
     : label_(std::move(label)), services_(services) {}
 
 void BaseTab::addFile(const QString& path) {
-    const QString file = fullPath(path);
-    if (!files_.contains(file)) {
-        files_.add({file});
-        filesAdded();
-    }
+    addFoundFiles({path});
+}
+
+void BaseTab::addFoundFiles(const QStringList& paths) {
+    QStringList full;
+    std::transform(paths.begin(), paths.end(), std::back_inserter(full), fullPath);
+    files_.add(full);
+    filesAdded();
 }
 
 void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {

@@ -34,8 +34,9 @@ public:
     FileList& files() { return files_; }
     QStringList fileNames() const { return files_.fileNames(); }
 
-    /// Adds one file without asking whether the tab can process it.
+    /// Adds files without asking whether the tab can process them.
     void addFile(const QString& path);
+    void addFoundFiles(const QStringList& paths);
 
     /// Adds files, and the files in folders, as far as the tab can process them. The user is told
     /// of what was skipped. False when something could not be reached at all.

@@ -20,9 +20,11 @@ FileTotals::~FileTotals() {
 
 void FileTotals::count(const QStringList& files) {
     stop_ = true;
-    worker_.wait();
+    worker_.wait(); // it looks after every file
     stop_ = false;
     ++generation_;
+    bytes_ = 0;
+    length_ = {};
     worker_.run([this, files, generation = generation_] { readAll(files, generation); }, [] {});
 }
 
@@ -46,11 +48,12 @@ void FileTotals::readAll(const QStringList& files, unsigned generation) {
 }
 
 FileTotals::Facts FileTotals::factsOf(const QString& file) {
+    const QFileInfo info(file);
     const auto known = known_.constFind(file);
-    if (known != known_.constEnd()) {
+    if (known != known_.constEnd() && known->modified == info.lastModified()) {
         return *known;
     }
-    return *known_.insert(file, {QFileInfo(file).size(), audioLength(file)});
+    return *known_.insert(file, {info.size(), audioLength(file), info.lastModified()});
 }
 
 void FileTotals::announce(const Facts& totals, unsigned generation) {

@@ -3,6 +3,7 @@
 #include "platform/BackgroundWork.h"
 #include "platform/MainThread.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -14,7 +15,7 @@
 namespace quav {
 
 /// How much audio a list of files holds: bytes and playing time, read in the background. What was
-/// read of a file once is remembered as long as the object lives.
+/// read of a file once is remembered until the file changes.
 class FileTotals : public QObject {
     Q_OBJECT
 
@@ -36,6 +37,7 @@ private:
     struct Facts {
         qint64 bytes = 0;
         std::chrono::milliseconds length{0};
+        QDateTime modified;
     };
 
     void readAll(const QStringList& files, unsigned generation);

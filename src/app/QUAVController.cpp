@@ -8,6 +8,7 @@
 #include "platform/PathNames.h"
 
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 
@@ -104,9 +105,7 @@ void QUAVController::addFiles(const QStringList& paths) {
     const QStringList files = gather(paths);
     BaseTab* selectedTab = tab(selected_);
     if (!selectedTab) {
-        for (const QString& path : files) {
-            routeFromAbout(path);
-        }
+        routeFromAbout(files);
         return;
     }
     QStringList passing;
@@ -115,26 +114,35 @@ void QUAVController::addFiles(const QStringList& paths) {
     selectedTab->addFiles(passing);
 }
 
-bool QUAVController::offer(const QString& label, const QString& path) {
-    BaseTab* taker = tab(label);
-    if (!taker) {
-        return false;
+QString QUAVController::takerOf(const QString& path) const {
+    const QString word = formatWord(path);
+    const auto takes = [&](const QString& label) {
+        return tab(label) && acceptedExtensions(label).contains(word);
+    };
+    if (isPackedLossless(word) && tab(tabs::decode)) {
+        return tabs::decode;
     }
-    taker->addFile(path);
-    selectTab(label);
-    return true;
+    for (const QString& label : {tabs::encode, tabs::decode, tabs::checksum}) {
+        if (takes(label)) {
+            return label;
+        }
+    }
+    return {};
 }
 
-void QUAVController::routeFromAbout(const QString& path) {
-    const QString word = formatWord(path);
-    const bool taken =
-        (isPackedLossless(word) && offer(tabs::decode, path)) ||
-        (acceptedExtensions(tabs::encode).contains(word) && offer(tabs::encode, path)) ||
-        (acceptedExtensions(tabs::decode).contains(word) && offer(tabs::decode, path)) ||
-        (acceptedExtensions(tabs::checksum).contains(word) && offer(tabs::checksum, path));
-    if (!taken) {
-        selectTab(1);
+void QUAVController::routeFromAbout(const QStringList& paths) {
+    QHash<QString, QStringList> taken;
+    QString last;
+    for (const QString& path : paths) {
+        const QString label = takerOf(path);
+        taken[label] << path;
+        last = label.isEmpty() ? tabs::encode : label;
     }
+    taken.remove(QString());
+    for (auto found = taken.cbegin(); found != taken.cend(); ++found) {
+        tab(found.key())->addFoundFiles(found.value());
+    }
+    selectTab(last);
 }
 
 bool QUAVController::isValidFile(const QString& tabLabel, const QString& path) {

@@ -51,8 +51,9 @@ Q_SIGNALS:
 
 private:
     QStringList gather(const QStringList& paths);
-    void routeFromAbout(const QString& path);
-    bool offer(const QString& label, const QString& path);
+    void routeFromAbout(const QStringList& paths);
+    /// The tab that takes a file which was dropped while no work tab was selected; empty: none.
+    QString takerOf(const QString& path) const;
 
     Services services_;
     std::vector<BaseTab*> tabs_;

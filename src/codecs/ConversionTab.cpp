@@ -91,13 +91,34 @@ CommandOutcome ConversionTab::executeCommand() {
     if (!folder) {
         return CommandOutcome::Declined;
     }
+    const QStringList listed = fileNames();
     const ConversionPlan planned = plan(*folder);
     const QStringList inTheWay = obstacles(planned);
     if (!inTheWay.isEmpty()) {
         services().prompts.alert(inTheWay.first(), inTheWay.mid(1).join(u'\n'));
         return CommandOutcome::Refused;
     }
-    return confirmOverwriting(planned) ? start(planned) : CommandOutcome::Declined;
+    if (!confirmOverwriting(planned)) {
+        return CommandOutcome::Declined;
+    }
+    takeOff(listed, planned.unsupported);
+    return start(planned);
+}
+
+void ConversionTab::takeOff(const QStringList& listed, const QStringList& staying) {
+    // Files may have come while a question was open; they were never planned.
+    const QSet<QString> planned(listed.begin(), listed.end());
+    QStringList left = staying;
+    for (const QString& file : fileNames()) {
+        if (!planned.contains(file)) {
+            left << file;
+        }
+    }
+    clearFiles();
+    if (!left.isEmpty()) {
+        files().add(left);
+        filesAdded();
+    }
 }
 
 CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
@@ -109,11 +130,6 @@ CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
         task->setExisting(conversion.existing);
         task->setDeleteOriginal(deleteOriginals_);
         tasks.push_back(task);
-    }
-    clearFiles();
-    if (!plan.unsupported.isEmpty()) {
-        files().add(plan.unsupported);
-        filesAdded();
     }
     services().queue.addTasks(tasks);
     return tasks.empty() ? CommandOutcome::NothingToDo : CommandOutcome::Queued;

@@ -50,6 +50,7 @@ protected:
 private:
     bool confirmOverwriting(const ConversionPlan& plan);
     void tellWhatIsLeftOut(const ConversionPlan& plan);
+    void takeOff(const QStringList& listed, const QStringList& staying);
     CommandOutcome start(const ConversionPlan& plan);
 
     QLatin1StringView besideKey_;

@@ -24,16 +24,12 @@ ConversionTask::ConversionTask(const QString& fileName, const QString& outputPat
     setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(fileName).size())));
 }
 
-ConversionTask::~ConversionTask() {
-    abandonTool();
-}
-
 void ConversionTask::startTask() {
     guard_.emplace(outputPath_, fileName_, existing_);
     try {
         QUAVAsyncNSTask::startTask();
     } catch (...) {
-        guard_->rollBack();
+        giveUpOutput();
         throw;
     }
 }
@@ -54,22 +50,47 @@ void ConversionTask::showStatus(const QString& status) {
     push(StatusLine);
 }
 
+void ConversionTask::noteLoss(const QString& sentence) {
+    addWarning(sentence);
+    damaged_ = true;
+}
+
 void ConversionTask::cleanup() {
     if (exitStatus() != 0) {
-        guard_->rollBack();
+        giveUpOutput();
         return;
     }
     for (const QString& complaint : complaints_) {
         addWarning(complaint);
     }
-    if (guard_->producedHere()) {
-        writeTags();
+    if (!QFileInfo(outputPath_).isFile()) {
+        fail(QCoreApplication::translate("ConversionTask", "There is no output file “%1”.")
+                 .arg(outputPath_));
+    } else if (guard_->producedHere() && !writeTags()) {
+        fail(QCoreApplication::translate("ConversionTask", "Error writing tags to file:\n%1")
+                 .arg(outputPath_));
+    } else {
+        guard_->commit();
+        removeSource();
+        return;
     }
-    guard_->commit();
-    removeSource();
+    giveUpOutput();
 }
 
-void ConversionTask::writeTags() {
+void ConversionTask::fail(const QString& reason) {
+    setError(true);
+    results()->appendResults(reason + u'\n', *this);
+}
+
+void ConversionTask::giveUpOutput() {
+    const QString putAside = guard_->rollBack();
+    if (!putAside.isEmpty()) {
+        fail(QCoreApplication::translate("ConversionTask", "The earlier output file is now “%1”.")
+                 .arg(putAside));
+    }
+}
+
+bool ConversionTask::writeTags() {
     bool written = false;
     try {
         written = copyTags();
@@ -79,21 +100,16 @@ void ConversionTask::writeTags() {
     if (!written && damaged_) {
         // The tool went on through damage because it was told to, and what it wrote may be torn.
         addWarning(QCoreApplication::translate("ConversionTask", "the tags could not be written"));
-    } else if (!written) {
-        setError(true);
-        results()->appendResults(
-            QCoreApplication::translate("ConversionTask", "Error writing tags to file:\n%1")
-                    .arg(outputPath_) +
-                u'\n',
-            *this);
+        return true;
     }
+    return written;
 }
 
 void ConversionTask::removeSource() {
     if (!deleteOriginal_ || error() || cancelled() || isSameFile(fileName_, outputPath_)) {
         return;
     }
-    if (damaged_ || !QFileInfo(outputPath_).isFile()) {
+    if (damaged_) {
         addWarning(QCoreApplication::translate("ConversionTask", "the original was kept"));
         return;
     }

@@ -20,8 +20,6 @@ public:
     ConversionTask(const QString& fileName, const QString& outputPath, const Services& services,
                    const QString& launchPath, const QStringList& arguments,
                    ComplaintReader complaintReader);
-    /// A tool that still writes is killed first, and its output goes.
-    ~ConversionTask() override;
 
     const QString& fileName() const { return fileName_; }
     const QString& outputPath() const { return outputPath_; }
@@ -44,11 +42,16 @@ protected:
     /// Adds a piece to the report and keeps the complaints in the lines that it completed.
     void report(const QString& piece);
 
+    /// Something of the source is not in the output: the user is told, and the source is kept.
+    void noteLoss(const QString& sentence);
+
     /// Sets the status line and has it shown.
     void showStatus(const QString& status);
 
 private:
-    void writeTags();
+    bool writeTags();
+    void giveUpOutput();
+    void fail(const QString& reason);
     void removeSource();
 
     Services services_;

@@ -24,23 +24,19 @@ void DecodeFlacTask::processTaskOutput(const QString& text) {
     push(MainLine);
 }
 
-void DecodeFlacTask::cleanup() {
-    ConversionTask::cleanup();
-    if (!error()) {
-        results()->setHasResults(false);
-    }
-}
-
 bool DecodeFlacTask::copyTags() {
-    if (formatWord(fileName()) != u"FLAC") {
-        return true;
-    }
     const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
     showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
     if (outputPath().endsWith(u".aiff")) {
         return TagLibTagsHelper().writeTagsForAIFFFile(outputPath(), tags);
     }
     return TagLibTagsHelper().writeTagsForWAVEFile(outputPath(), tags);
+}
+
+void DecodeFlacTask::finalCleanup() {
+    if (!error()) {
+        results()->setHasResults(false);
+    }
 }
 
 } // namespace quav

@@ -13,8 +13,8 @@ public:
 
 protected:
     void processTaskOutput(const QString& text) override;
-    void cleanup() override;
     bool copyTags() override;
+    void finalCleanup() override;
 };
 
 } // namespace quav

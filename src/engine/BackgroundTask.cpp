@@ -33,6 +33,10 @@ void BackgroundTask::stopTask() {
     }
 }
 
+void BackgroundTask::abandon() {
+    work_.wait();
+}
+
 void BackgroundTask::finish() {
     QUAVTask::stopTask();
     reportCompletion();

@@ -14,6 +14,7 @@ public:
 
     void startTask() override;
     void stopTask() override;
+    void abandon() override;
 
 protected:
     /// The work. What it throws makes the task fail, with the text in its report.

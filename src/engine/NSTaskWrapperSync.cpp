@@ -9,8 +9,7 @@ NSTaskWrapperSync::NSTaskWrapperSync(const ToolsFolder& tools, const QString& la
     : command_{launchPath, arguments, tools.environment(), {}} {}
 
 void NSTaskWrapperSync::appendToPATH(const QString& folder) {
-    const QString path = QStringLiteral("PATH");
-    command_.environment.insert(path, command_.environment.value(path) + u':' + folder);
+    command_.appendToPath(folder);
 }
 
 void NSTaskWrapperSync::setDirectory(const QString& path) {

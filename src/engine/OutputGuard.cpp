@@ -2,10 +2,12 @@
 
 #include "platform/PathNames.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QUuid>
 
+#include <stdexcept>
 #include <utility>
 
 namespace quav {
@@ -22,11 +24,13 @@ OutputGuard::OutputGuard(QString output, const QString& source, Existing existin
     // A name of its own and not one made from the output's, which may be as long as names can be.
     const QString name = QStringLiteral(".quav-%1").arg(QUuid::createUuid().toString(QUuid::Id128));
     const QString aside = joinPath(folderOf(output_), name);
-    if (QFile::rename(output_, aside)) {
-        putAside_ = aside;
-    } else {
-        foreign_ = true;
+    if (!QFile::rename(output_, aside)) {
+        throw std::runtime_error(
+            QCoreApplication::translate("OutputGuard", "“%1” could not be put aside")
+                .arg(output_)
+                .toStdString());
     }
+    putAside_ = aside;
 }
 
 OutputGuard::~OutputGuard() {
@@ -43,14 +47,15 @@ void OutputGuard::commit() {
     }
 }
 
-void OutputGuard::rollBack() {
+QString OutputGuard::rollBack() {
     if (std::exchange(settled_, true) || foreign_) {
-        return;
+        return {};
     }
     QFile::remove(output_);
-    if (!putAside_.isEmpty()) {
-        QFile::rename(putAside_, output_);
+    if (putAside_.isEmpty() || QFile::rename(putAside_, output_)) {
+        return {};
     }
+    return putAside_;
 }
 
 } // namespace quav

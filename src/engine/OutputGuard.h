@@ -12,7 +12,8 @@ public:
     enum class Existing { Keep, Overwrite };
 
     /// Looks at what is there now, and puts it aside when it is to be overwritten; never the
-    /// source itself, which a tool that overwrites its own input replaces by itself.
+    /// source itself, which a tool that overwrites its own input replaces by itself. Throws
+    /// std::runtime_error when it cannot be put aside.
     OutputGuard(QString output, const QString& source, Existing existing);
     OutputGuard(const OutputGuard&) = delete;
     OutputGuard& operator=(const OutputGuard&) = delete;
@@ -25,8 +26,9 @@ public:
     /// The output is whole: what was put aside goes.
     void commit();
 
-    /// The output is not whole: it goes, and what was put aside comes back.
-    void rollBack();
+    /// The output is not whole: it goes, and what was put aside comes back. If that is not to be
+    /// done, the path where it lies is returned.
+    QString rollBack();
 
 private:
     QString output_;

@@ -18,8 +18,7 @@ QUAVAsyncNSTask::QUAVAsyncNSTask(TaskHost& queue, const QString& launchPath,
 QUAVAsyncNSTask::~QUAVAsyncNSTask() = default;
 
 void QUAVAsyncNSTask::appendToPATH(const QString& folder) {
-    const QString path = QStringLiteral("PATH");
-    command_.environment.insert(path, command_.environment.value(path) + u':' + folder);
+    command_.appendToPath(folder);
 }
 
 void QUAVAsyncNSTask::setDirectory(const QString& path) {
@@ -43,32 +42,32 @@ void QUAVAsyncNSTask::startTask() {
     child_ = std::move(child);
 }
 
+void QUAVAsyncNSTask::runHook(const std::function<void()>& hook) {
+    try {
+        hook();
+    } catch (const std::exception& exception) {
+        qWarning().noquote() << "Exception in" << title() << exception.what();
+        results()->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
+        setError(true);
+    }
+}
+
 void QUAVAsyncNSTask::taskDataAvailable(const QByteArray& bytes) {
     for (const QString& piece : pieces_.feed(bytes)) {
-        processTaskOutput(piece);
+        runHook([&] { processTaskOutput(piece); });
     }
 }
 
 void QUAVAsyncNSTask::toolEnded(int exitStatus) {
     for (const QString& piece : pieces_.finish()) {
-        processTaskOutput(piece);
+        runHook([&] { processTaskOutput(piece); });
     }
     results()->appendResults(terminal_.finish(), *this);
     exitStatus_ = exitStatus;
     if (!cancelled() && exitStatus != 0) {
         setError(true);
     }
-    cleanupWork_.run(
-        [this] {
-            try {
-                cleanup();
-            } catch (const std::exception& exception) {
-                qWarning().noquote() << "Exception in cleanup:" << exception.what();
-                results()->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
-                setError(true);
-            }
-        },
-        [this] { finish(); });
+    cleanupWork_.run([this] { runHook([this] { cleanup(); }); }, [this] { finish(); });
 }
 
 void QUAVAsyncNSTask::stopTask() {
@@ -86,12 +85,13 @@ void QUAVAsyncNSTask::terminateTool() {
 
 void QUAVAsyncNSTask::finish() {
     QUAVTask::stopTask();
-    finalCleanup();
+    runHook([this] { finalCleanup(); });
     reportCompletion();
 }
 
-void QUAVAsyncNSTask::abandonTool() {
+void QUAVAsyncNSTask::abandon() {
     child_.reset();
+    cleanupWork_.wait();
 }
 
 void QUAVAsyncNSTask::processTaskOutput(const QString& text) {

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -34,17 +35,13 @@ public:
 
     void appendToPATH(const QString& folder);
     void setDirectory(const QString& path);
-    const QProcessEnvironment& environment() const { return command_.environment; }
-    const QString& launchPath() const { return command_.program; }
-    const QStringList& arguments() const { return command_.arguments; }
 
     /// Throws ToolLaunchError.
     void startTask() override;
     void stopTask() override;
 
-    /// Asks the running tool to end now, for a program that cannot wait; the task then ends as with
-    /// any tool that failed.
-    void terminateTool();
+    void terminateTool() override;
+    void abandon() override;
 
     /// The command line: each part in quotes, followed by a line break and a blank.
     QString description() const override;
@@ -66,14 +63,13 @@ protected:
     /// What is to happen after the task's set was told.
     virtual void finalCleanup();
 
-    /// Kills a tool that still runs; for destructors of what the tool works on.
-    void abandonTool();
-
     /// Adds a piece to the report as a terminal would show it; gives the lines that it completed.
     QString appendToReport(const QString& piece);
 
 private:
     void taskDataAvailable(const QByteArray& bytes);
+    /// Runs a hook; what it throws makes the task fail, with the text in its report.
+    void runHook(const std::function<void()>& hook);
     void toolEnded(int exitStatus);
     void finish();
 

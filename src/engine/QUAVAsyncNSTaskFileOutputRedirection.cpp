@@ -28,6 +28,9 @@ void QUAVAsyncNSTaskFileOutputRedirection::cleanup() {
         file.write(results()->results().toUtf8());
         file.commit();
     }
+}
+
+void QUAVAsyncNSTaskFileOutputRedirection::finalCleanup() {
     results()->setHasResults(false);
 }
 

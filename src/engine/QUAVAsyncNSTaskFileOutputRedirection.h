@@ -17,6 +17,7 @@ public:
 
 protected:
     void cleanup() override;
+    void finalCleanup() override;
 
 private:
     QString fileName_;

@@ -46,6 +46,10 @@ void QUAVTask::cancelTask() {
     stopTask();
 }
 
+void QUAVTask::terminateTool() {}
+
+void QUAVTask::abandon() {}
+
 void QUAVTask::setStopped() {
     active_ = false;
     done_ = true;

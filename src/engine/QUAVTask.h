@@ -43,6 +43,14 @@ public:
     /// has the row painted for the last time.
     virtual void stopTask();
 
+    /// Asks a command-line tool that the task runs to end now, for a program that cannot wait; the
+    /// task then ends as with any tool that failed.
+    virtual void terminateTool();
+
+    /// The queue goes: kills a tool that runs and waits for work in the background, so that
+    /// nothing goes on behind a task that is about to be destroyed.
+    virtual void abandon();
+
     /// Ends a task that could not be started, with the reason in its report.
     void failToStart(const QString& reason);
 
@@ -79,7 +87,7 @@ public:
     void setProgressIndicatorValueInGui();
     void setCombinedStatus();
     void startIndeterminateProgressBar();
-    /// The row has found its place in the list.
+    /// The row has found its place in the list; its bar is hidden until the task starts.
     void showProgressInView();
     /// Paints the final state.
     void setGuiFields();
@@ -87,8 +95,6 @@ public:
     /// Has parts of the row filled from the hand-over fields soon. Any thread; pushes that have
     /// not been carried out yet become one.
     void push(unsigned parts);
-
-    std::chrono::steady_clock::time_point startTime() const { return startTime_; }
 
     /// How much work this is against others of a batch, for the time left: bytes of input, say.
     double weight() const { return weight_; }

@@ -22,6 +22,12 @@ QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
             &QUAVTaskQueue::maxThreadsChanged);
 }
 
+QUAVTaskQueue::~QUAVTaskQueue() {
+    for (const auto& task : taskArray_) {
+        task->abandon();
+    }
+}
+
 void QUAVTaskQueue::maxThreadsChanged(int maxThreads) {
     const std::lock_guard lock(lock_);
     maxThreads_ = maxThreads;
@@ -101,13 +107,20 @@ void QUAVTaskQueue::taskCompleted(const std::shared_ptr<QUAVTask>& task) {
         qWarning().noquote() << "Exception in queue taskCompleted:" << exception.what();
     }
     Q_EMIT taskFinished(task);
-    if (taskArray_.empty()) {
-        activeTask_ = 0;
-        lowestActivePosition_ = 0;
+    if (resetWhenEmpty()) {
         allowSleep();
         Q_EMIT becameIdle();
     }
     Q_EMIT countsChanged();
+}
+
+bool QUAVTaskQueue::resetWhenEmpty() {
+    const std::lock_guard lock(lock_);
+    if (taskArray_.empty()) {
+        activeTask_ = 0;
+        lowestActivePosition_ = 0;
+    }
+    return taskArray_.empty();
 }
 
 void QUAVTaskQueue::removeCompleted(const std::shared_ptr<QUAVTask>& task) {
@@ -142,6 +155,7 @@ void QUAVTaskQueue::noteEnd(const QUAVTask& task) {
 }
 
 bool QUAVTaskQueue::nothingRuns() const {
+    const std::lock_guard lock(lock_);
     // The counter alone does not tell after waiting tasks were cancelled. A task that is done but
     // has not told so yet still runs: cancelling hundreds at once is one end and not hundreds.
     return std::none_of(taskArray_.begin(), taskArray_.end(),
@@ -155,11 +169,14 @@ int QUAVTaskQueue::rowInPanel(const QUAVTask& task) const {
 }
 
 void QUAVTaskQueue::tidyRows() {
-    std::erase_if(panelArray_, [](const auto& task) { return !task->error(); });
-    // The last failure stands in the top row.
-    rows_.replace(Tasks(panelArray_.rbegin(), panelArray_.rend()));
-    if (!panelArray_.empty()) {
-        return;
+    {
+        const std::lock_guard lock(lock_);
+        std::erase_if(panelArray_, [](const auto& task) { return !task->error(); });
+        // The last failure stands in the top row.
+        rows_.replace(Tasks(panelArray_.rbegin(), panelArray_.rend()));
+        if (!panelArray_.empty()) {
+            return;
+        }
     }
     Q_EMIT panelClosed();
     setTaskNumberInDock();
@@ -180,6 +197,7 @@ void QUAVTaskQueue::showOutputWindow(const QString& text, const QString& title) 
 }
 
 void QUAVTaskQueue::removeAllErrors() {
+    const std::lock_guard lock(lock_);
     std::erase_if(panelArray_, [](const auto& task) { return task->error(); });
     rows_.replace(panelArray_);
     if (taskArray_.empty()) {
@@ -199,8 +217,19 @@ int QUAVTaskQueue::runningCount() const {
                                           [](const auto& task) { return task->isActive(); }));
 }
 
+QUAVTaskQueue::Tasks QUAVTaskQueue::tasks() const {
+    const std::lock_guard lock(lock_);
+    return taskArray_;
+}
+
+void QUAVTaskQueue::terminateTools() {
+    for (const auto& task : tasks()) {
+        task->terminateTool();
+    }
+}
+
 void QUAVTaskQueue::cancelAllTasks() {
-    const Tasks tasks = taskArray_;
+    const Tasks tasks = this->tasks();
     std::for_each(tasks.rbegin(), tasks.rend(), [](const auto& task) { task->cancelTask(); });
 }
 
@@ -221,7 +250,7 @@ void QUAVTaskQueue::preventSleep() {
     sleepAnswerPending_ = true;
     desktop_.preventSleep(QStringLiteral("Quav task running"), [this](std::optional<uint32_t> id) {
         sleepAnswerPending_ = false;
-        noSleep_ = id.has_value() && !taskArray_.empty();
+        noSleep_ = id.has_value() && taskCount() > 0;
         assertionID_ = id;
         // Given back at once, on purpose: the request alone counts as a sign of use, and
         // `noSleep` keeps it from being repeated before the queue was empty.

@@ -32,6 +32,8 @@ class QUAVTaskQueue : public QObject, public TaskHost {
 public:
     QUAVTaskQueue(const Settings& settings, DesktopServices& desktop, const ToolsFolder& tools,
                   MainThread& mainThread, Notifications& notifications);
+    /// Kills what still runs.
+    ~QUAVTaskQueue() override;
 
     void addTask(const std::shared_ptr<QUAVTask>& task) override;
 
@@ -53,6 +55,9 @@ public:
     void killAllTasks();
     /// The same as the user's wish.
     void cancelAllTasks();
+
+    /// Asks the tools of running tasks to end now.
+    void terminateTools();
 
     /// Removes the rows of failed tasks.
     void removeAllErrors();
@@ -100,13 +105,16 @@ private:
     void noteEnd(const QUAVTask& task);
     double runningWeight() const;
     bool nothingRuns() const;
+    bool resetWhenEmpty();
+    Tasks tasks() const;
     int rowInPanel(const QUAVTask& task) const;
 
     DesktopServices& desktop_;
     const ToolsFolder& tools_;
     MainThread& mainThread_;
 
-    mutable std::mutex lock_;
+    // Recursive: a view that is told of a new row may ask for the counts.
+    mutable std::recursive_mutex lock_;
     Tasks taskArray_;
     Tasks panelArray_;
     int32_t activeTask_ = 0;

@@ -24,6 +24,7 @@ namespace quav {
 namespace {
 
 constexpr int signalledBase = 128;
+constexpr int unknownStatus = 255;
 constexpr qsizetype readBytes = 65536;
 constexpr int firstInherited = 3;
 
@@ -147,12 +148,26 @@ QByteArray readFrom(const FileDescriptor& descriptor, qsizetype most) {
 /// Takes the exit status of a child that has ended, or waits for its end.
 int reap(pid_t pid) {
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    pid_t reaped = 0;
+    do {
+        reaped = waitpid(pid, &status, 0);
+    } while (reaped < 0 && errno == EINTR);
+    if (reaped < 0) {
+        return unknownStatus; // never to be taken for a success
     }
     return WIFSIGNALED(status) ? signalledBase + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 } // namespace
+
+void ChildCommand::appendToPath(const QString& folder) {
+    const QString path = QStringLiteral("PATH");
+    environment.insert(path, environment.value(path) + u':' + folder);
+}
+
+void expectChildren() {
+    signal(SIGCHLD, SIG_DFL);
+}
 
 ChildProcess::ChildProcess(QObject* parent) : QObject(parent) {}
 
@@ -168,9 +183,15 @@ tl::expected<void, QString> ChildProcess::start(const ChildCommand& command) {
     if (!started) {
         return tl::make_unexpected(started.error());
     }
+    process_ = FileDescriptor(pidfd_open(started->pid, 0));
+    if (!process_) {
+        const QString reason = qt_error_string(errno);
+        kill(started->pid, SIGKILL);
+        reap(started->pid);
+        return tl::make_unexpected(reason);
+    }
     pid_ = started->pid;
     output_ = std::move(started->output);
-    process_ = FileDescriptor(pidfd_open(pid_, 0));
     outputNotifier_ = std::make_unique<QSocketNotifier>(output_.get(), QSocketNotifier::Read);
     exitNotifier_ = std::make_unique<QSocketNotifier>(process_.get(), QSocketNotifier::Read);
     connect(outputNotifier_.get(), &QSocketNotifier::activated, this, &ChildProcess::readSome);

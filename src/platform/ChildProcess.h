@@ -17,6 +17,10 @@ class QSocketNotifier;
 
 namespace quav {
 
+/// Makes sure that the exit status of children can be had, whatever the program that started us
+/// does with its own. Called once, at the start.
+void expectChildren();
+
 /// How a child process is to be started. There is no shell: the arguments reach the program as
 /// they stand here.
 struct ChildCommand {
@@ -24,6 +28,9 @@ struct ChildCommand {
     QStringList arguments; ///< in order, without the program's name
     QProcessEnvironment environment;
     QString workingDirectory; ///< empty: inherited
+
+    /// Adds a folder at the end of PATH.
+    void appendToPath(const QString& folder);
 };
 
 /// One child process whose standard output and standard error share one pipe, whose standard input

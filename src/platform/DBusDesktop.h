@@ -9,7 +9,8 @@ namespace quav {
 
 /// The services of a Linux desktop, over the session bus: notifications through
 /// org.freedesktop.Notifications, the badge through the launcher-entry signal, the display's sleep
-/// through org.freedesktop.ScreenSaver. Calls are never waited for.
+/// through org.freedesktop.ScreenSaver. Calls are never waited for; only the bus itself is
+/// asked whether somebody takes notifications.
 class DBusDesktop : public QObject, public NoDesktop {
     Q_OBJECT
 

@@ -1,8 +1,10 @@
 #include "platform/MainThread.h"
 
+#include <QDebug>
 #include <QThread>
 
 #include <algorithm>
+#include <exception>
 #include <future>
 #include <iterator>
 #include <utility>
@@ -10,6 +12,17 @@
 namespace quav {
 
 MainThread::MainThread(QObject* parent) : QObject(parent) {}
+
+MainThread::~MainThread() {
+    // What is dropped here may own objects that forget their own closures as they go.
+    std::deque<Posted> dropped;
+    {
+        const std::lock_guard lock(mutex_);
+        dropped.swap(posted_);
+    }
+    dropped.insert(dropped.end(), due_.begin(), due_.end());
+    due_.clear();
+}
 
 bool MainThread::isCurrent() const {
     return QThread::currentThread() == thread();
@@ -59,7 +72,11 @@ void MainThread::runPosted() {
     while (!due_.empty()) {
         const Posted next = std::move(due_.front());
         due_.pop_front();
-        next.work();
+        try {
+            next.work();
+        } catch (const std::exception& exception) {
+            qWarning().noquote() << "Exception in posted work:" << exception.what();
+        }
     }
 }
 

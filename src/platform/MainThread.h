@@ -16,6 +16,7 @@ class MainThread : public QObject {
 
 public:
     explicit MainThread(QObject* parent = nullptr);
+    ~MainThread() override;
 
     /// True when the caller is on the main thread.
     bool isCurrent() const;

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// Names inside paths, taken apart by the same rules everywhere. Nothing here looks at the disk.
+/// Paths: their parts, taken apart by the same rules everywhere, and, where it is said, what the
+/// disk knows of them.
 namespace quav {
 
 /// "/a/b.c" gives "b.c".

@@ -44,7 +44,7 @@ const auto& table() {
         integerSetting("lossyComboLevel", 160),
         integerSetting("opusFrameSizeIndex", 3),
         integerSetting("SUScheduledCheckInterval", 604800),
-        integerSetting("trashOrDelete", 0),
+        integerSetting("trashOrDelete", 0, 0, 1),
         integerSetting("lameStereoOption", 1),
         integerSetting("lameQValue", 3),
         textSetting("aacCodecQuality", "Max"),
@@ -81,7 +81,8 @@ std::optional<QVariant> asTyped(const SettingDefinition& definition, const QVari
         }
         return text == u"false" || text == u"0" ? std::optional<QVariant>(false) : std::nullopt;
     case SettingType::Text:
-        return value.toString();
+        // A comma that was written by hand and not quoted makes a list of the text.
+        return value.toStringList().join(QStringLiteral(", "));
     }
     return std::nullopt;
 }
@@ -108,7 +109,12 @@ QString keepDamagedCopy(const QString& file) {
     }
     const QString copy = file + QStringLiteral(".damaged");
     QFile::remove(copy);
-    QFile::copy(file, copy);
+    if (!QFile::copy(file, copy)) {
+        return QCoreApplication::translate(
+                   "Settings", "The settings file “%1” is damaged. What could not be read has its "
+                               "default again.")
+            .arg(file);
+    }
     return QCoreApplication::translate(
                "Settings", "The settings file “%1” is damaged. What could not be read has its "
                            "default again; the damaged file was kept as “%2”.")
@@ -189,7 +195,11 @@ void Settings::keepChangesInMemory() {
 
 void Settings::reset(QLatin1StringView key) {
     const std::lock_guard lock(mutex_);
-    store_.remove(key);
+    if (inMemory_) {
+        inMemory_->insert(key, definition(QString(key))->defaultValue);
+    } else {
+        store_.remove(key);
+    }
 }
 
 bool Settings::save() {

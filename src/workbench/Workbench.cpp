@@ -1,6 +1,7 @@
 #include "workbench/Workbench.h"
 
 #include "platform/AudioProbe.h"
+#include "platform/ChildProcess.h"
 #include "tags/TagLibTagsHelper.h"
 
 #include <utility>
@@ -14,6 +15,7 @@ Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& 
                                                                                 desktop, tools_,
                                                                                 queue_},
       decodeTab_(services_), encodeTab_(services_), controller_(services_) {
+    expectChildren();
     silenceAudioLibrary();
     TagLibTagsHelper::initialise();
     controller_.addTab(decodeTab_);

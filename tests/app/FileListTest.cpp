@@ -1,4 +1,5 @@
 #include "app/FileKinds.h"
+#include "app/FileTotals.h"
 #include "app/QUAVController.h"
 #include "platform/Settings.h"
 #include "support/AudioFixtures.h"
@@ -214,6 +215,29 @@ private Q_SLOTS:
         shell.prompts.answers = {false};
         QVERIFY(!shell.controller.windowShouldClose());
         QCOMPARE(shell.prompts.questions.back().alternateButton, u"Quit");
+    }
+
+    void totalsAreCountedInTheBackground() {
+        const Shell shell;
+        const QString first = shell.rig.path(QStringLiteral("a.wav"));
+        const QString second = shell.rig.path(QStringLiteral("b.wav"));
+        QVERIFY(writeWav(first, {.frames = 44100}));
+        QVERIFY(writeWav(second, {.frames = 22050}));
+        FileTotals totals;
+        QSignalSpy changed(&totals, &FileTotals::changed);
+        totals.count({first, second, shell.rig.path(QStringLiteral("none.wav"))});
+        totals.count({first, second});
+        QTRY_COMPARE(totals.length(), std::chrono::milliseconds(1500));
+        QCOMPARE(totals.bytes(), qint64(66150 * 4 + 2 * 44));
+        QVERIFY(writeWav(first, {.frames = 88200}));
+        QFile touched(first);
+        QVERIFY(touched.open(QIODevice::ReadWrite) &&
+                touched.setFileTime(QDateTime::fromSecsSinceEpoch(1),
+                                    QFileDevice::FileModificationTime));
+        touched.close();
+        totals.count({first});
+        QCOMPARE(totals.bytes(), 0);
+        QTRY_COMPARE(totals.length(), std::chrono::milliseconds(2000));
     }
 
     void theAddButtonTakesTheChosenFiles() {

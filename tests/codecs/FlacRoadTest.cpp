@@ -348,11 +348,50 @@ private Q_SLOTS:
     void kindsWithoutATaskStayInTheList() {
         Bench bench;
         const QString tta = bench.path(QStringLiteral("b.tta"));
-        QVERIFY(writeWav(tta));
-        bench.decode.addFiles({tta, bench.flac(QStringLiteral("a.flac"))});
+        const QString odd = bench.path(QStringLiteral("c.xyz"));
+        QVERIFY(writeWav(tta) && writeWav(odd));
+        bench.decode.addFiles({tta, odd, bench.flac(QStringLiteral("a.flac"))});
         bench.run(bench.decode);
-        QCOMPARE(bench.decode.fileNames(), QStringList{tta});
-        QVERIFY(bench.prompts.alerts.first().contains(u"b.tta"));
+        QCOMPARE(bench.decode.fileNames(), (QStringList{tta, odd}));
+        QCOMPARE(bench.prompts.alertMessages, QStringList{QStringLiteral("b.tta\nc.xyz")});
+    }
+
+    void filesThatComeWhileAQuestionIsOpenStay() {
+        Bench bench;
+        const QString late = bench.path(QStringLiteral("late.wav"));
+        QVERIFY(writeWav(bench.path(QStringLiteral("a.wav"))) && writeWav(late));
+        bench.flac(QStringLiteral("out/a.flac"));
+        bench.encode.addFiles({bench.path(QStringLiteral("a.wav"))});
+        bench.prompts.answers = {true};
+        bench.prompts.beforeAnswer = [&] { bench.encode.addFiles({late}); };
+        bench.run(bench.encode);
+        QCOMPARE(bench.encode.fileNames(), QStringList{late});
+        QCOMPARE(bench.outputs(), QStringList{QStringLiteral("a.flac")});
+    }
+
+    void cancelledWaitingDecodesShowNoReport() {
+        Bench bench;
+        QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
+        QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
+        for (int i = 0; i < 5; ++i) {
+            bench.decode.addFiles({bench.flac(QStringLiteral("%1.flac").arg(i))});
+        }
+        QCOMPARE(bench.press(bench.decode), CommandOutcome::Queued);
+        bench.workbench.queue().cancelAllTasks();
+        QTRY_COMPARE(idle.count(), 1);
+        QCOMPARE(windows.count(), 0);
+    }
+
+    void aToolWithoutAnOutputHasFailed() {
+        Bench bench;
+        const QString tool = bench.toolsDir.filePath(QStringLiteral("flac"));
+        QFile::remove(tool);
+        QFile::link(QStandardPaths::findExecutable(QStringLiteral("true")), tool);
+        bench.decode.addFiles({bench.flac(QStringLiteral("a.flac"))});
+        bench.decode.setDeleteOriginals(true);
+        bench.run(bench.decode);
+        QCOMPARE(bench.failed, QStringList{QStringLiteral("a.flac")});
+        QVERIFY(QFile::exists(bench.path(QStringLiteral("a.flac"))));
     }
 
     void foreignMetadataComesBackByteForByte() {

@@ -124,6 +124,36 @@ private Q_SLOTS:
         QCOMPARE(task->row().mainLine, u"Canceled");
     }
 
+    void aQueueThatGoesLeavesNoToolBehind() {
+        QByteArray pid;
+        {
+            Rig rig;
+            const auto task =
+                std::make_shared<ShellTask>(rig.queue, QStringLiteral("echo $$; sleep 1000"));
+            rig.queue.addTask(task);
+            QTRY_COMPARE(task->pieces.size(), 1);
+            pid = task->pieces[0].trimmed().toLatin1();
+        }
+        QVERIFY(!QFile::exists(QStringLiteral("/proc/%1").arg(QString::fromLatin1(pid))));
+    }
+
+    void aHookThatThrowsFailsItsTask() {
+        class Throwing : public ShellTask {
+        public:
+            using ShellTask::ShellTask;
+
+        protected:
+            void processTaskOutput(const QString& /*text*/) override {
+                throw std::runtime_error("cannot read this");
+            }
+        };
+        Rig rig;
+        const auto task = std::make_shared<Throwing>(rig.queue, QStringLiteral("echo out"));
+        runToIdle(rig, task);
+        QVERIFY(task->error());
+        QVERIFY(task->results()->resultsOf(*task).contains(u"cannot read this"));
+    }
+
     void aMissingToolFailsWithItsName() {
         Rig rig;
         const auto task = std::make_shared<QUAVAsyncNSTask>(

@@ -114,7 +114,6 @@ private Q_SLOTS:
         const QString file = dir.filePath(QStringLiteral("quav.ini"));
         {
             Settings settings(file);
-            QCOMPARE(Settings::definitions().size(), 31U);
             QCOMPARE(settings.integer(keys::maxThreads), 2);
             QCOMPARE(settings.boolean(keys::warnOnFilesSkipped), true);
             settings.set(keys::maxThreads, 5);

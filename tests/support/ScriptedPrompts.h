@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <optional>
 
 namespace quav::test {
@@ -19,6 +20,8 @@ public:
     QStringList files;                          ///< what `chooseFiles` returns
     std::optional<QString> line;                ///< what `askForLine` returns
     std::optional<QString> savePath;            ///< what `chooseSavePath` returns
+
+    std::function<void()> beforeAnswer; ///< what happens while a question is open
 
     QStringList alerts; ///< titles
     QStringList alertMessages;
@@ -38,6 +41,9 @@ public:
 
     bool confirm(const Question& question) override {
         questions.push_back(question);
+        if (beforeAnswer) {
+            beforeAnswer();
+        }
         return next(answers).value_or(question.defaultAffirms);
     }
 

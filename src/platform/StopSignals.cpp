@@ -1,4 +1,4 @@
-#include "cli/StopSignals.h"
+#include "platform/StopSignals.h"
 
 #include <QSocketNotifier>
 
