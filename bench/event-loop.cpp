@@ -3,18 +3,11 @@
 
 #include "engine/QUAVAsyncNSTask.h"
 #include "engine/QUAVTaskResults.h"
-#include "gui/GuiPrompts.h"
-#include "gui/MainWindow.h"
-#include "gui/OutputWindows.h"
-#include "gui/StatusPanel.h"
-#include "platform/DesktopServices.h"
-#include "platform/Settings.h"
 #include "support/Figures.h"
-#include "workbench/Workbench.h"
+#include "support/WindowRig.h"
 
 #include <QApplication>
 #include <QEventLoop>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
@@ -70,15 +63,9 @@ std::shared_ptr<QUAVTask> shortTask(QUAVTaskQueue& queue, int number) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    Settings settings(folder.filePath(QStringLiteral("quav.ini")));
-    NoDesktop desktop;
-    GuiPrompts prompts;
-    Workbench workbench(settings, prompts, desktop, ToolsFolder(folder.path()));
-    OutputWindows outputWindows(prompts);
-    StatusPanel panel(workbench.queue(), outputWindows);
-    MainWindow window(workbench, panel, outputWindows);
-    window.show();
+    bench::WindowRig rig;
+    QUAVTaskQueue& queue = rig.workbench.queue();
+    rig.window.show();
 
     QEventLoop loop;
     Heartbeat idle;
@@ -87,10 +74,10 @@ int main(int argc, char** argv) {
 
     std::vector<std::shared_ptr<QUAVTask>> tasks;
     for (int i = 0; i < rowCount; ++i) {
-        tasks.push_back(shortTask(workbench.queue(), i));
+        tasks.push_back(shortTask(queue, i));
     }
-    QObject::connect(&workbench.queue(), &QUAVTaskQueue::becameIdle, &loop, &QEventLoop::quit);
-    workbench.queue().addTasks(tasks);
+    QObject::connect(&queue, &QUAVTaskQueue::becameIdle, &loop, &QEventLoop::quit);
+    queue.addTasks(tasks);
     tasks.clear();
     QApplication::processEvents();
     Heartbeat busy;

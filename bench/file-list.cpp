@@ -2,22 +2,15 @@
 // of 20,000 files added from disk, against find and sort. The order is checked as well.
 
 #include "codecs/EncodeTab.h"
-#include "gui/GuiPrompts.h"
-#include "gui/MainWindow.h"
-#include "gui/OutputWindows.h"
-#include "gui/StatusPanel.h"
-#include "platform/DesktopServices.h"
 #include "platform/NaturalOrder.h"
-#include "platform/Settings.h"
 #include "support/Figures.h"
-#include "workbench/Workbench.h"
+#include "support/WindowRig.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <random>
@@ -85,36 +78,29 @@ double findAndSort(const QString& root) {
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    const QTemporaryDir folder;
-    Settings settings(folder.filePath(QStringLiteral("quav.ini")));
-    NoDesktop desktop;
-    GuiPrompts prompts;
-    Workbench workbench(settings, prompts, desktop, ToolsFolder(folder.path()));
-    OutputWindows outputWindows(prompts);
-    StatusPanel panel(workbench.queue(), outputWindows);
-    MainWindow window(workbench, panel, outputWindows);
-    EncodeTab& tab = workbench.encodeTab();
-    workbench.controller().selectTab(tab.label());
-    window.show();
-    paintNow(window);
+    bench::WindowRig rig;
+    EncodeTab& tab = rig.workbench.encodeTab();
+    rig.workbench.controller().selectTab(tab.label());
+    rig.window.show();
+    paintNow(rig.window);
 
-    const QStringList found = makeFiles(folder.filePath(QStringLiteral("many")), manyFiles);
+    const QStringList found = makeFiles(rig.folder.filePath(QStringLiteral("many")), manyFiles);
     const double list = plainListWidget(found);
     const double added = bench::millisecondsOf([&] {
         tab.addFiles(found);
-        paintNow(window);
+        paintNow(rig.window);
     });
     bool good = bench::report("100,000 found files added and visible", added, list,
                               "plain list widget", manyBar);
     good &= tab.files().rowCount() == manyFiles && isOrderedWithoutDuplicates(tab.fileNames());
     tab.clearFiles();
 
-    const QString tree = folder.filePath(QStringLiteral("tree"));
+    const QString tree = rig.folder.filePath(QStringLiteral("tree"));
     makeFiles(tree, treeFiles);
     const double shell = findAndSort(tree);
     const double walked = bench::millisecondsOf([&] {
         tab.addFiles({tree});
-        paintNow(window);
+        paintNow(rig.window);
     });
     good &=
         bench::report("a tree of 20,000 files from disk", walked, shell, "find | sort -V", treeBar);

@@ -75,6 +75,22 @@ std::string settingAsDefault(QLatin1StringView key) {
     return plain(CommandLine::tr("the setting %1, at first %2").arg(key, value));
 }
 
+std::string examplesAndExitStatus() {
+    QString text =
+        CommandLine::tr("Examples:\n"
+                        "  quav-cli encode --to flac --output archive concert\n"
+                        "  quav-cli decode --to wav --beside concert/*.flac\n"
+                        "  quav-cli encode --to flac --dry-run --output archive concert\n"
+                        "\n"
+                        "Exit status:");
+    for (const exitstatus::Meaning& meaning : exitstatus::meanings) {
+        text += QStringLiteral("\n  %1  %2")
+                    .arg(meaning.status)
+                    .arg(QCoreApplication::translate("ExitStatus", meaning.text));
+    }
+    return plain(text);
+}
+
 CLI::Validator range(QLatin1StringView key) {
     const SettingDefinition* definition = Settings::definition(QString(key));
     return CLI::Range(definition->least, definition->greatest).description("");
@@ -89,7 +105,6 @@ struct CommandLine::Parts {
         "quav-cli"};
     CLI::App* encode = nullptr;
     CLI::App* decode = nullptr;
-    CLI::App* tools = nullptr;
     CLI::App* settings = nullptr;
     bool manual = false;
     std::string format;
@@ -101,19 +116,45 @@ struct CommandLine::Parts {
     std::string value;
     Options options;
 
-    void addConversions();
+    CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
+    void addEncode();
+    void addDecode();
+    static void addSwitch(CLI::App& command, const std::string& name, const QString& what,
+                          std::optional<bool>& to, QLatin1StringView key);
     void addCommon(CLI::App& command);
     void addWhereTo(CLI::App& command);
     void addAnswers(CLI::App& command);
+    void addTools();
     void addSettings();
     CLI::App* addSettingsAction(const char* name, const QString& what,
                                 SettingsOptions::Action action);
     Options read() const;
 };
 
-void CommandLine::Parts::addConversions() {
+CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
+                                         Options::Command command) {
+    CLI::App* added = app.add_subcommand(name, plain(what));
+    added->callback([this, command] { options.command = command; });
+    return added;
+}
+
+/// A switch and its opposite, for what a setting says otherwise.
+void CommandLine::Parts::addSwitch(CLI::App& command, const std::string& name, const QString& what,
+                                   std::optional<bool>& to, QLatin1StringView key) {
+    CLI::Option* on = command.add_flag_callback(
+        "--" + name, [&to] { to = true; }, plain(what));
+    on->default_str(settingAsDefault(key));
+    command
+        .add_flag_callback(
+            "--no-" + name, [&to] { to = false; },
+            plain(tr("The opposite of --%1, whatever the setting says")
+                      .arg(QString::fromStdString(name))))
+        ->excludes(on);
+}
+
+void CommandLine::Parts::addEncode() {
     ConversionOptions& to = options.conversion;
-    encode = app.add_subcommand("encode", plain(tr("Turn files into FLAC")));
+    encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
     encode->add_option("--to", format, plain(tr("The format of the outputs: flac")))
         ->type_name("FORMAT")
         ->required()
@@ -126,23 +167,30 @@ void CommandLine::Parts::addConversions() {
         ->type_name("N")
         ->default_str(settingAsDefault(keys::encodeFlacLevel))
         ->check(range(keys::encodeFlacLevel));
-    encode->add_flag("--verify", to.verify, plain(tr("Decode while encoding and compare")));
+    addSwitch(*encode, "verify", tr("Decode while encoding and compare"), to.verify,
+              keys::flacVerifyButton);
     encode->add_flag("--lax", to.lax, plain(tr("Allow streams outside the FLAC subset")));
-    encode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
-                     plain(tr("Keep the WAV or AIFF chunks that are not audio")));
+    addSwitch(*encode, "keep-foreign-metadata",
+              tr("Keep the WAV or AIFF chunks that are not audio"), to.keepForeignMetadata,
+              keys::flacKeepForeignMetadataButton);
     addCommon(*encode);
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
+}
 
-    decode = app.add_subcommand("decode", plain(tr("Turn FLAC files back into WAV or AIFF")));
+void CommandLine::Parts::addDecode() {
+    ConversionOptions& to = options.conversion;
+    decode =
+        addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
     decode->add_option("--to", format, plain(tr("The format of the outputs: wav or aiff")))
         ->type_name("FORMAT")
         ->required()
         ->check(CLI::IsMember({"wav", "aiff"}, CLI::ignore_case).description(""));
     decode->add_flag("--through-errors", to.throughErrors,
                      plain(tr("Go on after damage instead of stopping at it")));
-    decode->add_flag("--keep-foreign-metadata", to.keepForeignMetadata,
-                     plain(tr("Write back the WAV or AIFF chunks that encoding kept")));
+    decode->add_flag_callback(
+        "--keep-foreign-metadata", [&to] { to.keepForeignMetadata = true; },
+        plain(tr("Write back the WAV or AIFF chunks that encoding kept")));
     addCommon(*decode);
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
@@ -194,10 +242,16 @@ CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const QString&
     return command;
 }
 
+void CommandLine::Parts::addTools() {
+    addCommand("tools", tr("List the tools that do the work"), Options::Command::Tools)
+        ->add_flag("--json", options.toolsAsJson, plain(tr("Print JSON, one object a line")));
+}
+
 void CommandLine::Parts::addSettings() {
     using Action = SettingsOptions::Action;
     const std::string json = plain(tr("Print JSON, one object a line"));
-    settings = app.add_subcommand("settings", plain(tr("Show and change the settings")));
+    settings =
+        addCommand("settings", tr("Show and change the settings"), Options::Command::Settings);
     settings->require_subcommand(1);
     CLI::App* list =
         addSettingsAction("list", tr("List all settings and mark the changed ones"), Action::List);
@@ -215,14 +269,9 @@ void CommandLine::Parts::addSettings() {
 }
 
 Options CommandLine::Parts::read() const {
-    using Command = Options::Command;
     Options read = options;
     if (manual) {
-        read.command = Command::Manual;
-    } else if (settings->parsed()) {
-        read.command = Command::Settings;
-    } else if (!tools->parsed()) {
-        read.command = encode->parsed() ? Command::Encode : Command::Decode;
+        read.command = Options::Command::Manual;
     }
     ConversionOptions& conversion = read.conversion;
     for (const std::string& file : files) {
@@ -248,18 +297,10 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
                          plain(tr("Print the version and exit")));
     app.add_flag("--man", parts_->manual, plain(tr("Print the manual page and exit")))->group("");
     app.require_subcommand(0, 1);
-    app.footer(
-        plain(tr("Examples:\n"
-                 "  quav-cli encode --to flac --output archive concert\n"
-                 "  quav-cli decode --to wav --beside concert/*.flac\n"
-                 "  quav-cli encode --to flac --dry-run --output archive concert\n"
-                 "\n"
-                 "Exit status: 0 everything succeeded, 1 a task failed or was cancelled, 2 wrong "
-                 "usage or\nnothing to do, 3 a question was answered with no.")));
-    parts_->addConversions();
-    parts_->tools = app.add_subcommand("tools", plain(tr("List the tools that do the work")));
-    parts_->tools->add_flag("--json", parts_->options.toolsAsJson,
-                            plain(tr("Print JSON, one object a line")));
+    app.footer(examplesAndExitStatus());
+    parts_->addEncode();
+    parts_->addDecode();
+    parts_->addTools();
     parts_->addSettings();
 }
 

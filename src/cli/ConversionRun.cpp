@@ -2,17 +2,17 @@
 
 #include "cli/PlanPrinter.h"
 #include "cli/RunEvents.h"
-#include "cli/StopSignals.h"
 #include "cli/Terminal.h"
 #include "cli/TerminalFace.h"
-#include "engine/QUAVAsyncNSTask.h"
 #include "platform/PathNames.h"
+#include "platform/StopSignals.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QUtf8StringView>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -34,25 +34,16 @@ bool isUtf8(const QByteArray& bytes) {
     return QUtf8StringView(bytes).isValidUtf8();
 }
 
-void terminateTools(QUAVTaskQueue& queue) {
-    const TaskRowsModel& rows = queue.rows();
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        if (auto* task = dynamic_cast<QUAVAsyncNSTask*>(rows.taskAt(row).get())) {
-            task->terminateTool();
-        }
-    }
-}
-
 } // namespace
 
-ConversionRun::ConversionRun(Direction direction, ConversionOptions options, Settings& settings,
-                             Terminal& terminal)
-    : direction_(direction), options_(std::move(options)), terminal_(terminal),
+ConversionRun::ConversionRun(Options::Command command, ConversionOptions options,
+                             Settings& settings, Terminal& terminal)
+    : command_(command), options_(std::move(options)), terminal_(terminal),
       prompts_(terminal, options_.answer),
       workbench_(settings, prompts_, desktop_, ToolsFolder(ToolsFolder::standardFolder())) {}
 
 ConversionTab& ConversionRun::tab() {
-    if (direction_ == Direction::Encode) {
+    if (command_ == Options::Command::Encode) {
         return workbench_.encodeTab();
     }
     return workbench_.decodeTab();
@@ -76,22 +67,30 @@ int ConversionRun::refuse(const QString& reason) {
 
 void ConversionRun::setOptions() {
     if (options_.jobs) {
-        Q_EMIT workbench_.notifications().QUAVMaxThreadsChangedNotification(*options_.jobs);
+        workbench_.queue().maxThreadsChanged(*options_.jobs);
     }
     tab().setDeleteOriginals(options_.deleteOriginals);
-    DecodeTab& decode = workbench_.decodeTab();
-    EncodeTab& encode = workbench_.encodeTab();
-    if (direction_ == Direction::Decode) {
-        decode.setOutputFormat(options_.format);
-        decode.setDecodeFlacThroughErrors(options_.throughErrors);
-        decode.setKeepForeignMetadata(options_.keepForeignMetadata);
-        return;
+    if (command_ == Options::Command::Encode) {
+        setEncodeOptions();
+    } else {
+        setDecodeOptions();
     }
+}
+
+void ConversionRun::setEncodeOptions() {
+    EncodeTab& encode = workbench_.encodeTab();
     encode.setFlacLevel(options_.level.value_or(encode.flacLevel()));
-    encode.setFlacVerify(options_.verify || encode.flacVerify());
+    encode.setFlacVerify(options_.verify.value_or(encode.flacVerify()));
     encode.setFlacLax(options_.lax);
-    encode.setFlacKeepForeignMetadata(options_.keepForeignMetadata ||
-                                      encode.flacKeepForeignMetadata());
+    encode.setFlacKeepForeignMetadata(
+        options_.keepForeignMetadata.value_or(encode.flacKeepForeignMetadata()));
+}
+
+void ConversionRun::setDecodeOptions() {
+    DecodeTab& decode = workbench_.decodeTab();
+    decode.setOutputFormat(options_.format);
+    decode.setDecodeFlacThroughErrors(options_.throughErrors);
+    decode.setKeepForeignMetadata(options_.keepForeignMetadata.value_or(false));
 }
 
 bool ConversionRun::chooseOutput() {
@@ -134,10 +133,18 @@ bool ConversionRun::addFiles() {
             terminal_.say(tr("“%1” does not exist.").arg(path));
         }
     }
-    if (complete && !tab().addFiles(paths)) {
+    if (complete && !takes(paths)) {
         somethingUnusable_ = true;
     }
     return complete;
+}
+
+/// Whether the tab has everything that was named. What it skips in folders nobody named.
+bool ConversionRun::takes(const QStringList& paths) {
+    const bool reached = tab().addFiles(paths);
+    return reached && std::all_of(paths.begin(), paths.end(), [this](const QString& path) {
+               return isFolder(path) || tab().files().contains(path);
+           });
 }
 
 int ConversionRun::printPlan() {
@@ -204,7 +211,7 @@ void ConversionRun::stop(int howManyTimes) {
         workbench_.queue().cancelAllTasks();
     } else {
         terminal_.say(tr("Stopping the tools that run."));
-        terminateTools(workbench_.queue());
+        workbench_.queue().terminateTools();
     }
 }
 

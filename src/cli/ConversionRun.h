@@ -19,10 +19,9 @@ class ConversionRun {
     Q_DECLARE_TR_FUNCTIONS(ConversionRun)
 
 public:
-    enum class Direction { Encode, Decode };
-
-    /// The settings must keep their changes in memory: the options of one run change them.
-    ConversionRun(Direction direction, ConversionOptions options, Settings& settings,
+    /// `command` is one of the two. The settings must keep their changes in memory: the options of
+    /// one run change them.
+    ConversionRun(Options::Command command, ConversionOptions options, Settings& settings,
                   Terminal& terminal);
 
     /// The exit status.
@@ -31,8 +30,11 @@ public:
 private:
     ConversionTab& tab();
     void setOptions();
+    void setEncodeOptions();
+    void setDecodeOptions();
     bool chooseOutput();
     bool addFiles();
+    bool takes(const QStringList& paths);
     int printPlan();
     int convert();
     int refuse(const QString& reason);
@@ -40,7 +42,7 @@ private:
     void stop(int howManyTimes);
     int exitStatus(const RunSummary& summary) const;
 
-    Direction direction_;
+    Options::Command command_;
     ConversionOptions options_;
     Terminal& terminal_;
     TerminalPrompts prompts_;

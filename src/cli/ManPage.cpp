@@ -1,5 +1,6 @@
 #include "cli/ManPage.h"
 
+#include "cli/Options.h"
 #include "platform/Version.h"
 
 #include <QCoreApplication>
@@ -33,6 +34,7 @@ private:
 
     static QString escaped(const QString& text);
     static QString line(const QString& text);
+    static QString sentence(const QString& text);
     static QString bold(const QString& text);
     static QString italic(const QString& text);
     static QString usage(const CommandHelp& command);
@@ -50,6 +52,10 @@ QString ManPageWriter::escaped(const QString& text) {
 QString ManPageWriter::line(const QString& text) {
     const QString safe = escaped(text);
     return (safe.startsWith(u'.') ? QStringLiteral("\\&") + safe : safe) + u'\n';
+}
+
+QString ManPageWriter::sentence(const QString& text) {
+    return text.left(1).toUpper() + text.mid(1) + u'.';
 }
 
 QString ManPageWriter::bold(const QString& text) {
@@ -140,10 +146,12 @@ void ManPageWriter::commands(const CommandHelp& program) {
 
 void ManPageWriter::exitStatus() {
     section(tr("EXIT STATUS"));
-    entry(bold(QStringLiteral("0")), tr("Everything succeeded."));
-    entry(bold(QStringLiteral("1")), tr("A task failed or was cancelled, or a file was left out."));
-    entry(bold(QStringLiteral("2")), tr("Wrong usage, or nothing to do; nothing was started."));
-    entry(bold(QStringLiteral("3")), tr("A question was answered with no."));
+    for (const exitstatus::Meaning& meaning : exitstatus::meanings) {
+        entry(bold(QString::number(meaning.status)),
+              sentence(QCoreApplication::translate("ExitStatus", meaning.text)));
+    }
+    paragraph(tr("Files of other types in the folders that are searched are skipped and count for "
+                 "nothing."));
 }
 
 void ManPageWriter::files() {

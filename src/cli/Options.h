@@ -3,8 +3,9 @@
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QString>
-#include <QStringList>
+#include <QtGlobal>
 
+#include <array>
 #include <optional>
 
 namespace quav {
@@ -12,9 +13,22 @@ namespace quav {
 /// What the program's exit status says to whoever called it.
 namespace exitstatus {
 inline constexpr int succeeded = 0;
-inline constexpr int failed = 1;   ///< a task failed or was cancelled
-inline constexpr int refused = 2;  ///< wrong usage, or nothing to do
-inline constexpr int declined = 3; ///< a question was answered with no
+inline constexpr int failed = 1;
+inline constexpr int refused = 2;
+inline constexpr int declined = 3;
+
+struct Meaning {
+    int status;
+    const char* text; ///< to be translated in the context "ExitStatus"
+};
+inline constexpr std::array meanings{
+    Meaning{succeeded, QT_TRANSLATE_NOOP("ExitStatus", "everything succeeded")},
+    Meaning{failed, QT_TRANSLATE_NOOP("ExitStatus", "a task failed or was cancelled, or a file "
+                                                    "could not be reached or converted")},
+    Meaning{refused,
+            QT_TRANSLATE_NOOP("ExitStatus", "wrong usage, nothing to do, or something in the way")},
+    Meaning{declined, QT_TRANSLATE_NOOP("ExitStatus", "a question was answered with no")},
+};
 } // namespace exitstatus
 
 /// The options of `encode` and `decode`. What is not set keeps what the settings say.
@@ -30,9 +44,9 @@ struct ConversionOptions {
     bool json = false;
     bool quiet = false;
 
-    bool keepForeignMetadata = false;
+    std::optional<bool> keepForeignMetadata;
     std::optional<int> level; ///< encode only, like the next two
-    bool verify = false;
+    std::optional<bool> verify;
     bool lax = false;
     bool throughErrors = false; ///< decode only
 };

@@ -4,10 +4,23 @@
 #include "cli/Terminal.h"
 #include "cli/Text.h"
 #include "engine/ToolsFolder.h"
+#include "platform/PathNames.h"
 
 #include <QJsonArray>
 
 namespace quav {
+
+namespace {
+
+/// The plan with every output in this folder.
+ConversionPlan moved(ConversionPlan plan, const QString& folder) {
+    for (PlannedConversion& conversion : plan.conversions) {
+        conversion.output = joinPath(folder, lastPathComponent(conversion.output));
+    }
+    return plan;
+}
+
+} // namespace
 
 PlanPrinter::PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form)
     : terminal_(terminal), tools_(tools), form_(form) {}
@@ -15,10 +28,10 @@ PlanPrinter::PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form
 bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFolder>& folder) {
     const QString path = folder ? folder->path() : QString();
     const ConversionPlan plan = tab.plan(path);
-    QStringList obstacles = tab.obstacles(plan);
-    if (folder && folder->isMissing()) {
-        // All outputs go there, and the run would make it.
-        obstacles.removeAll(firstUnusableFolder(plan).value_or(QString()));
+    const bool makesFolder = folder && folder->isMissing();
+    // A folder that the run makes itself stands in nobody's way; the one above it may.
+    const QStringList obstacles = tab.obstacles(makesFolder ? moved(plan, folderOf(path)) : plan);
+    if (makesFolder) {
         printFolder(path);
     }
     for (const QString& output : plan.overwritten) {

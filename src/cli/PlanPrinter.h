@@ -3,8 +3,6 @@
 #include "cli/OutputFolder.h"
 #include "codecs/ConversionTab.h"
 
-#include <QJsonObject>
-
 #include <optional>
 
 namespace quav {

@@ -76,9 +76,6 @@ void TextEvents::summary(const RunSummary& summary) {
                       .arg(clockText(time)));
 }
 
-JsonEvents::JsonEvents(Terminal& terminal, Detail detail)
-    : TextEvents(terminal, detail), terminal_(terminal) {}
-
 void JsonEvents::finished(const TaskEnd& end) {
     QJsonObject event{{QStringLiteral("event"), QStringLiteral("finished")},
                       {QStringLiteral("title"), end.title},

@@ -44,8 +44,10 @@ public:
     void report(const QString& title, const QString& text) override;
     void summary(const RunSummary& summary) override;
 
-private:
+protected:
     Terminal& terminal_;
+
+private:
     Detail detail_;
 };
 
@@ -53,14 +55,10 @@ private:
 class JsonEvents : public TextEvents {
 public:
     using TextEvents::TextEvents;
-    JsonEvents(Terminal& terminal, Detail detail);
 
     void finished(const TaskEnd& end) override;
     void report(const QString& title, const QString& text) override;
     void summary(const RunSummary& summary) override;
-
-private:
-    Terminal& terminal_;
 };
 
 } // namespace quav

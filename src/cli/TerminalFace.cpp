@@ -1,7 +1,6 @@
 #include "cli/TerminalFace.h"
 
 #include "cli/Terminal.h"
-#include "cli/Text.h"
 #include "engine/QUAVTaskQueue.h"
 #include "platform/ClockText.h"
 

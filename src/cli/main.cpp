@@ -16,10 +16,7 @@ namespace {
 
 int convert(const Options& options, Settings& settings, Terminal& terminal) {
     settings.keepChangesInMemory();
-    const auto direction = options.command == Options::Command::Encode
-                               ? ConversionRun::Direction::Encode
-                               : ConversionRun::Direction::Decode;
-    return ConversionRun(direction, options.conversion, settings, terminal).run();
+    return ConversionRun(options.command, options.conversion, settings, terminal).run();
 }
 
 int run(const Options& options, const CommandLine& commandLine, Terminal& terminal) {

@@ -50,9 +50,11 @@ void ConversionTask::showStatus(const QString& status) {
     push(StatusLine);
 }
 
-void ConversionTask::noteLoss(const QString& sentence) {
-    addWarning(sentence);
-    damaged_ = true;
+void ConversionTask::noteLosses(const QStringList& sentences) {
+    for (const QString& sentence : sentences) {
+        addWarning(sentence);
+        damaged_ = true;
+    }
 }
 
 void ConversionTask::cleanup() {

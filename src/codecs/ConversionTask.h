@@ -42,8 +42,8 @@ protected:
     /// Adds a piece to the report and keeps the complaints in the lines that it completed.
     void report(const QString& piece);
 
-    /// Something of the source is not in the output: the user is told, and the source is kept.
-    void noteLoss(const QString& sentence);
+    /// Notes what of the source is not in the output: the user is told, and the source is kept.
+    void noteLosses(const QStringList& sentences);
 
     /// Sets the status line and has it shown.
     void showStatus(const QString& status);

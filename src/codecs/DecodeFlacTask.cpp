@@ -27,10 +27,12 @@ void DecodeFlacTask::processTaskOutput(const QString& text) {
 bool DecodeFlacTask::copyTags() {
     const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
     showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
-    if (outputPath().endsWith(u".aiff")) {
-        return TagLibTagsHelper().writeTagsForAIFFFile(outputPath(), tags);
-    }
-    return TagLibTagsHelper().writeTagsForWAVEFile(outputPath(), tags);
+    TagLibTagsHelper writer;
+    const bool written = outputPath().endsWith(u".aiff")
+                             ? writer.writeTagsForAIFFFile(outputPath(), tags)
+                             : writer.writeTagsForWAVEFile(outputPath(), tags);
+    noteLosses(writer.problems());
+    return written;
 }
 
 void DecodeFlacTask::finalCleanup() {

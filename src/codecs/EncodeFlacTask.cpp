@@ -47,7 +47,10 @@ bool EncodeFlacTask::copyTags() {
         return true;
     }
     showStatus(QCoreApplication::translate("EncodeFlacTask", "Writing Flac Tags"));
-    return TagLibTagsHelper().writeTagsForFLACFile(outputPath(), *tags, true);
+    TagLibTagsHelper writer;
+    const bool written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
+    noteLosses(writer.problems());
+    return written;
 }
 
 void EncodeFlacTask::finalCleanup() {

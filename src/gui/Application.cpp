@@ -8,12 +8,12 @@
 #include "platform/DBusDesktop.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/StopSignals.h"
 #include "platform/Version.h"
 #include "workbench/Workbench.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFileInfo>
 #include <QIcon>
 #include <QTextStream>
 
@@ -27,7 +27,7 @@ namespace {
 constexpr int wrongUsage = 2;
 
 struct StartOptions {
-    QString tab; ///< empty when none was asked for
+    QString tab; ///< as it was typed; empty when none was asked for
     QStringList files;
 };
 
@@ -98,24 +98,22 @@ int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)
     nameApplication();
     const StartOptions options = readArguments(application);
 
-    SingleInstance instance;
-    if (!instance.claim() && instance.handOver(options.files, options.tab)) {
-        return 0;
-    }
-
     Settings settings(Settings::userFile());
     DBusDesktop desktop;
     GuiPrompts prompts;
     Workbench workbench(settings, prompts, desktop, ToolsFolder(ToolsFolder::standardFolder()));
     QUAVController& controller = workbench.controller();
-    if (!options.tab.isEmpty()) {
-        const QString label = knownLabel(controller, options.tab);
-        if (label.isEmpty()) {
-            complainAboutTab(options.tab, controller.tabLabels());
-            return wrongUsage;
-        }
-        controller.selectTab(label);
+    const QString label = knownLabel(controller, options.tab);
+    if (!options.tab.isEmpty() && label.isEmpty()) {
+        complainAboutTab(options.tab, controller.tabLabels());
+        return wrongUsage;
     }
+
+    SingleInstance instance;
+    if (!instance.claim() && instance.handOver(options.files, label)) {
+        return 0;
+    }
+    controller.selectTab(label);
 
     OutputWindows outputWindows(prompts);
     StatusPanel panel(workbench.queue(), outputWindows);
@@ -131,6 +129,8 @@ int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)
         &window, &MainWindow::finished, &application, [] { QApplication::exit(0); },
         Qt::QueuedConnection);
     obeyLaterStarts(instance, window, controller);
+    const StopSignals stopSignals;
+    QObject::connect(&stopSignals, &StopSignals::stopRequested, &window, &MainWindow::endAtOnce);
 
     QObject::connect(
         &window, &MainWindow::firstPainted, &window,

@@ -7,8 +7,8 @@
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QHeaderView>
-#include <QMimeData>
 #include <QPainter>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <vector>
@@ -27,6 +27,18 @@ constexpr int emptyIconSize = 64;
 constexpr int emptySpacing = 12;
 constexpr int emptyMargin = 16;
 constexpr int dropFrameWidth = 2;
+constexpr int rowSpacing = 4;
+
+/// Rows with room for the dots of capital umlauts.
+class FileRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QSize usual = QStyledItemDelegate::sizeHint(option, index);
+        return usual.expandedTo({0, option.fontMetrics.height() + rowSpacing});
+    }
+};
 
 /// A translucent colour as it looks on a ground, for shapes that overlap.
 QColor opaque(const QColor& colour, const QBrush& ground) {
@@ -60,6 +72,7 @@ FileListView::FileListView(BaseTab& tab, QWidget* parent) : QTreeView(parent), t
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
+    setItemDelegate(new FileRowDelegate(this));
     setSelectionMode(ExtendedSelection);
     setTextElideMode(Qt::ElideNone);
     setAcceptDrops(true);
@@ -152,16 +165,13 @@ void FileListView::setDraggedOver(bool draggedOver) {
 }
 
 void FileListView::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
+    if (acceptDraggedFiles(*event)) {
         setDraggedOver(true);
     }
 }
 
 void FileListView::dragMoveEvent(QDragMoveEvent* event) {
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
+    acceptAsCopy(*event);
 }
 
 void FileListView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
@@ -170,11 +180,7 @@ void FileListView::dragLeaveEvent(QDragLeaveEvent* /*event*/) {
 
 void FileListView::dropEvent(QDropEvent* event) {
     setDraggedOver(false);
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    // Later, so that the program the files come from need not wait for our questions.
-    QTimer::singleShot(0, this,
-                       [this, files = localFilesIn(*event->mimeData())] { tab_.addFiles(files); });
+    takeDroppedFiles(*event, *this, [this](const QStringList& files) { tab_.addFiles(files); });
 }
 
 void FileListView::paintEvent(QPaintEvent* event) {

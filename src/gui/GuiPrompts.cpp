@@ -3,7 +3,6 @@
 #include "gui/QUAVStringGetterPanel.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QMessageBox>

@@ -11,19 +11,30 @@
 #include "workbench/Workbench.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDropEvent>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QStatusBar>
 #include <QTabWidget>
-#include <QTimer>
 
 namespace quav {
 
 namespace {
 
 constexpr QSize firstSize{860, 560};
+
+/// Answers whatever is being asked as if the user had cancelled.
+void dismissDialogs() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        auto* dialog = qobject_cast<QDialog*>(window);
+        if (dialog && dialog->isVisible()) {
+            dialog->reject();
+        }
+    }
+}
 
 } // namespace
 
@@ -62,7 +73,10 @@ QWidget* MainWindow::makePage(const QString& label) {
     if (label == tabs::encode) {
         return new EncodePage(workbench_.encodeTab());
     }
-    return new AboutPage;
+    if (label == tabs::about) {
+        return new AboutPage;
+    }
+    Q_UNREACHABLE();
 }
 
 void MainWindow::buildFileMenu() {
@@ -115,19 +129,12 @@ bool MainWindow::event(QEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls()) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    acceptDraggedFiles(*event);
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-    event->setDropAction(Qt::CopyAction);
-    event->accept();
-    // Later, so that the program the files come from need not wait for our questions.
-    QTimer::singleShot(0, this, [this, files = localFilesIn(*event->mimeData())] {
-        workbench_.controller().addFiles(files);
-    });
+    takeDroppedFiles(*event, *this,
+                     [this](const QStringList& files) { workbench_.controller().addFiles(files); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -146,7 +153,16 @@ void MainWindow::quit() {
     }
 }
 
+void MainWindow::endAtOnce() {
+    dismissDialogs();
+    finish();
+    workbench_.queue().terminateTools();
+}
+
 void MainWindow::finish() {
+    if (finishing_) {
+        return;
+    }
     finishing_ = true;
     QUAVTaskQueue& queue = workbench_.queue();
     const bool busy = queue.taskCount() > 0;

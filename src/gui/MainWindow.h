@@ -25,6 +25,10 @@ public:
     /// Ends the program unless tasks are in the queue and the user wants to keep them.
     void quit();
 
+    /// Ends the program without a question: what waits is dropped and the tools that run are told
+    /// to end. For when the session ends.
+    void endAtOnce();
+
 Q_SIGNALS:
     /// The window stands on the screen.
     void firstPainted();

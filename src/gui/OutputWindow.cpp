@@ -2,6 +2,7 @@
 
 #include "app/UserPrompts.h"
 
+#include <QCloseEvent>
 #include <QDialogButtonBox>
 #include <QFont>
 #include <QPlainTextEdit>
@@ -62,6 +63,11 @@ void OutputWindow::setTextValue(const QString& text, const QString& title) {
 
 QString OutputWindow::text() const {
     return view_->toPlainText();
+}
+
+void OutputWindow::closeEvent(QCloseEvent* event) {
+    QWidget::closeEvent(event);
+    Q_EMIT closed();
 }
 
 void OutputWindow::save() {

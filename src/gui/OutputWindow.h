@@ -19,6 +19,12 @@ public:
     void setTextValue(const QString& text, const QString& title);
     QString text() const;
 
+Q_SIGNALS:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void save();
 

@@ -4,6 +4,8 @@
 #include <QScreen>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace quav {
 
 namespace {
@@ -35,8 +37,19 @@ void OutputWindows::show(const QString& text, const QString& title) {
     window->setTextValue(text, title);
     outputWindowTopLeft_ = nextTopLeft(*window);
     window->move(*outputWindowTopLeft_);
+    connect(window.get(), &OutputWindow::closed, this,
+            [this, closed = window.get()] { forget(*closed); });
     window->show();
     outputWindows_.push_back(std::move(window));
+}
+
+void OutputWindows::forget(const OutputWindow& window) {
+    const auto found = std::find_if(outputWindows_.begin(), outputWindows_.end(),
+                                    [&](const auto& one) { return one.get() == &window; });
+    if (found != outputWindows_.end()) {
+        found->release()->deleteLater(); // it is still busy closing
+        outputWindows_.erase(found);
+    }
 }
 
 } // namespace quav

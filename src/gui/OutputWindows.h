@@ -14,8 +14,7 @@ namespace quav {
 
 class UserPrompts;
 
-/// Every output window that was opened. Each new one steps down and to the right of the one
-/// before.
+/// The output windows that are open. Each new one steps down and to the right of the one before.
 class OutputWindows : public QObject {
     Q_OBJECT
 
@@ -31,6 +30,7 @@ public:
 
 private:
     QPoint nextTopLeft(const OutputWindow& window) const;
+    void forget(const OutputWindow& window);
 
     UserPrompts& prompts_;
     std::vector<std::unique_ptr<OutputWindow>> outputWindows_;

@@ -25,9 +25,8 @@ QUAVStringGetterPanel::QUAVStringGetterPanel(QWidget* parent)
     layout->addWidget(field_);
     layout->addStretch();
     layout->addWidget(buttons);
-    connect(field_, &QLineEdit::textChanged, this, &QUAVStringGetterPanel::controlTextDidChange);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QUAVStringGetterPanel::ok);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QUAVStringGetterPanel::cancel);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
 std::optional<QString>
@@ -46,23 +45,7 @@ QUAVStringGetterPanel::runPanelWithTitle(const std::optional<QString>& title,
     }
     field_->selectAll();
     field_->setFocus();
-    okReturned_ = false;
-    exec();
-    return okReturned_ ? std::optional(enteredText_) : std::nullopt;
-}
-
-void QUAVStringGetterPanel::ok() {
-    okReturned_ = true;
-    accept();
-}
-
-void QUAVStringGetterPanel::cancel() {
-    okReturned_ = false;
-    reject();
-}
-
-void QUAVStringGetterPanel::controlTextDidChange(const QString& text) {
-    enteredText_ = text;
+    return exec() == Accepted ? std::optional(field_->text()) : std::nullopt;
 }
 
 } // namespace quav

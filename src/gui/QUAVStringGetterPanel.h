@@ -23,14 +23,8 @@ public:
                                              const std::optional<QString>& initialString);
 
 private:
-    void ok();
-    void cancel();
-    void controlTextDidChange(const QString& text);
-
     QLabel* message_;
     QLineEdit* field_;
-    QString enteredText_;
-    bool okReturned_ = false;
 };
 
 } // namespace quav

@@ -6,7 +6,9 @@
 #include "tags/TagError.h"
 #include "tags/TagFiles.h"
 #include "tags/TagStrings.h"
+#include "tags/WrittenTags.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
 #include <QStringList>
@@ -16,7 +18,11 @@
 #include <taglib/xiphcomment.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace quav {
@@ -48,6 +54,13 @@ constexpr const char* commentKey = "COMMENT";
 constexpr const char* descriptionKey = "DESCRIPTION";
 constexpr const char* dateKey = "DATE";
 constexpr const char* encoderKey = "ENCODER";
+
+/// The length of a metadata block has 24 bits. TagLib writes longer blocks too, and nothing can
+/// read the file then.
+constexpr std::size_t largestBlock = 0xFFFFFF;
+
+/// The numbers in a picture block, which come besides its MIME type, description and data.
+constexpr std::size_t pictureFieldsSize = 32;
 
 QString joined(const TagLib::StringList& values) {
     QStringList texts;
@@ -106,7 +119,7 @@ void readComment(const XiphComment& comment, TagsObject& tags) {
     }
 }
 
-bool removeOldTags(TagLib::FLAC::File& file) {
+void removeOldTags(TagLib::FLAC::File& file) {
     XiphComment& comment = *file.xiphComment(true);
     std::vector<TagLib::String> keys;
     for (const auto& [key, values] : comment.fieldListMap()) {
@@ -119,7 +132,6 @@ bool removeOldTags(TagLib::FLAC::File& file) {
     }
     comment.removeAllPictures(); // those that other programs keep inside a comment field
     file.removePictures();
-    return file.save();
 }
 
 void writeFields(XiphComment& comment, const TagsObject& tags) {
@@ -136,9 +148,14 @@ void writeFields(XiphComment& comment, const TagsObject& tags) {
     write(encoderKey, QStringLiteral("Quav %1").arg(shortVersion()));
 }
 
-void writePicture(TagLib::FLAC::File& file, const QImage& art) {
+void writePicture(TagLib::FLAC::File& file, const QImage& art, QStringList& problems) {
     const auto png = pngOf(art);
     if (png.isEmpty()) {
+        return;
+    }
+    if (pictureFieldsSize + std::strlen(albumArtMimeType) + png.size() > largestBlock) {
+        problems.append(QCoreApplication::translate(
+            "TagLibTagsHelper", "The picture is too large for a FLAC file and was left out."));
         return;
     }
     auto picture = std::make_unique<TagLib::FLAC::Picture>();
@@ -183,6 +200,35 @@ void writeDate(XiphComment& comment, const TagsObject& tags) {
     comment.addField(dateKey, tagLibString(date), true);
 }
 
+/// Returns what the file should hold now, for comparing once it is closed; nothing when it could
+/// not be saved.
+std::optional<FlacContent> saveTags(const QString& path, const TagsObject& tags,
+                                    bool writeEmptyTags, QStringList& problems) {
+    TagLib::FLAC::File file(QFile::encodeName(path).constData());
+    if (!holdsAudio(file)) {
+        throw TagError::cannotOpenForTagging();
+    }
+    const auto before = contentOnDisk(file);
+    if (!before) {
+        return std::nullopt;
+    }
+    if (writeEmptyTags) {
+        removeOldTags(file);
+    }
+    XiphComment& comment = *file.xiphComment(true);
+    writeFields(comment, tags);
+    writePicture(file, tags.albumArt, problems);
+    writeCustomTags(comment, tags.customTagsDictionary);
+    writeDate(comment, tags);
+    auto content = contentToSave(file, *before);
+    if (content.comment.size() > largestBlock) {
+        problems.append(QCoreApplication::translate("TagLibTagsHelper",
+                                                    "The tags are too large for a FLAC file."));
+        return std::nullopt;
+    }
+    return file.save() ? std::optional(std::move(content)) : std::nullopt;
+}
+
 } // namespace
 
 void readFlacTags(const QString& path, TagsObject& tags) {
@@ -198,20 +244,14 @@ void readFlacTags(const QString& path, TagsObject& tags) {
     }
 }
 
-bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags) {
-    TagLib::FLAC::File file(QFile::encodeName(path).constData());
-    if (!holdsAudio(file)) {
-        throw TagError::cannotOpenForTagging();
-    }
-    if (writeEmptyTags && !removeOldTags(file)) {
+bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
+                   QStringList& problems) {
+    const auto content = saveTags(path, tags, writeEmptyTags, problems);
+    if (!content) {
         return false;
     }
-    XiphComment& comment = *file.xiphComment(true);
-    writeFields(comment, tags);
-    writePicture(file, tags.albumArt);
-    writeCustomTags(comment, tags.customTagsDictionary);
-    writeDate(comment, tags);
-    return file.save();
+    TagLib::FLAC::File saved(QFile::encodeName(path).constData(), false);
+    return contentOnDisk(saved) == content;
 }
 
 } // namespace quav

@@ -2,6 +2,8 @@
 
 #include "tags/TagsObject.h"
 
+#include <QStringList>
+
 namespace quav {
 
 /// Reads the Vorbis comments and the first picture block of a FLAC file into `tags`.
@@ -15,7 +17,11 @@ void readFlacTags(const QString& path, TagsObject& tags);
 ///
 /// The picture is added as a front cover beside those already there. With `writeEmptyTags` every
 /// field except ENCODER and all pictures are removed first, so the record replaces everything.
-/// Returns false when the file could not be saved; throws TagError when it is no FLAC file.
-bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags);
+/// A picture that does not fit into a FLAC file is left out, with a sentence in `problems`.
+///
+/// Returns false when the tags do not fit into a FLAC file, which then stays as it is, or when it
+/// could not be saved as a whole; throws TagError when it is no FLAC file.
+bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
+                   QStringList& problems);
 
 } // namespace quav

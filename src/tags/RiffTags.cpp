@@ -3,11 +3,14 @@
 #include "tags/Id3v2Tags.h"
 #include "tags/TagError.h"
 #include "tags/TagFiles.h"
+#include "tags/WrittenTags.h"
 
 #include <QFile>
 
 #include <taglib/aifffile.h>
 #include <taglib/wavfile.h>
+
+#include <type_traits>
 
 namespace quav {
 namespace {
@@ -41,15 +44,39 @@ void readTags(const QString& path, TagsObject& tags) {
 }
 
 template <class RiffFile>
-bool writeTags(const QString& path, const TagsObject& tags) {
-    RiffFile file(QFile::encodeName(path).constData());
-    if (!holdsAudio(file)) {
-        throw TagError::cannotOpenForTagging();
+constexpr bool isBigEndian = std::is_same_v<RiffFile, RIFF::AIFF::File>;
+
+/// `behindBefore` is what followed the container before saving; TagLib may keep or drop it.
+template <class RiffFile>
+bool arrivedWhole(const QString& path, qint64 behindBefore) {
+    RiffFile file(QFile::encodeName(path).constData(), false);
+    if (!file.isValid() || id3v2Tag(file)->isEmpty()) {
+        return false;
     }
-    auto& tag = *id3v2Tag(file);
-    writeId3v2Tags(tag, tags);
-    writeId3v2YearAndDate(tag, tags);
-    return save(file);
+    const qint64 behind = bytesBehindRiff(file, isBigEndian<RiffFile>);
+    return behind == 0 || (behind > 0 && behind == behindBefore);
+}
+
+template <class RiffFile>
+bool writeTags(const QString& path, const TagsObject& tags) {
+    qint64 behindBefore = 0;
+    {
+        RiffFile file(QFile::encodeName(path).constData());
+        if (!holdsAudio(file)) {
+            throw TagError::cannotOpenForTagging();
+        }
+        behindBefore = bytesBehindRiff(file, isBigEndian<RiffFile>);
+        auto& tag = *id3v2Tag(file);
+        writeId3v2Tags(tag, tags);
+        writeId3v2YearAndDate(tag, tags);
+        if (!save(file)) {
+            return false;
+        }
+        if (tag.isEmpty()) {
+            return true; // nothing was written
+        }
+    }
+    return arrivedWhole<RiffFile>(path, behindBefore);
 }
 
 } // namespace

@@ -52,15 +52,18 @@ TagsObject TagLibTagsHelper::tagsForWAVEFile(const QString& path) const {
 }
 
 bool TagLibTagsHelper::writeTagsForFLACFile(const QString& path, const TagsObject& tags,
-                                            bool writeEmptyTags) const {
-    return isWritableFile(path) && writeFlacTags(path, tags, writeEmptyTags);
+                                            bool writeEmptyTags) {
+    problems_.clear();
+    return isWritableFile(path) && writeFlacTags(path, tags, writeEmptyTags, problems_);
 }
 
-bool TagLibTagsHelper::writeTagsForAIFFFile(const QString& path, const TagsObject& tags) const {
+bool TagLibTagsHelper::writeTagsForAIFFFile(const QString& path, const TagsObject& tags) {
+    problems_.clear();
     return isWritableFile(path) && writeAiffTags(path, tags);
 }
 
-bool TagLibTagsHelper::writeTagsForWAVEFile(const QString& path, const TagsObject& tags) const {
+bool TagLibTagsHelper::writeTagsForWAVEFile(const QString& path, const TagsObject& tags) {
+    problems_.clear();
     return isWritableFile(path) && writeWaveTags(path, tags);
 }
 

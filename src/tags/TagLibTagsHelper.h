@@ -2,6 +2,8 @@
 
 #include "tags/TagsObject.h"
 
+#include <QStringList>
+
 namespace quav {
 
 /// Reads and writes the tags of audio files, one pair of operations per container.
@@ -9,9 +11,11 @@ namespace quav {
 /// A reader returns a record whose texts are all present, empty where the file says nothing; so
 /// does a file that is missing or is not of the kind. A writer writes the fields that are present
 /// and not empty and leaves the others alone. It returns false when the file is missing, read-only
-/// or could not be saved, and throws TagError when it is not a file of its kind.
+/// or could not be saved as a whole, also because the disk is full, and throws TagError when it is
+/// not a file of its kind.
 ///
-/// The operations keep no state, so any thread may call them, on different files at the same time.
+/// An object keeps nothing but the problems of its last write. Threads may work at the same time,
+/// each with an object of its own and on different files.
 class TagLibTagsHelper {
 public:
     /// Makes UTF-8 the encoding of new ID3v2 frames. This is a setting of the whole process: the
@@ -25,13 +29,19 @@ public:
 
     /// With `writeEmptyTags` the file's old fields (all but ENCODER) and pictures are removed
     /// first, so that the record replaces them all.
-    bool writeTagsForFLACFile(const QString& path, const TagsObject& tags,
-                              bool writeEmptyTags) const;
-    bool writeTagsForAIFFFile(const QString& path, const TagsObject& tags) const;
-    bool writeTagsForWAVEFile(const QString& path, const TagsObject& tags) const;
+    bool writeTagsForFLACFile(const QString& path, const TagsObject& tags, bool writeEmptyTags);
+    bool writeTagsForAIFFFile(const QString& path, const TagsObject& tags);
+    bool writeTagsForWAVEFile(const QString& path, const TagsObject& tags);
+
+    /// Sentences for the user about what the last write of this object could not keep, also when it
+    /// returned true: a picture, say, that is too large for the file.
+    const QStringList& problems() const { return problems_; }
 
     /// Sets the fourteen texts to "" and removes the picture.
     static void setBlankTags(TagsObject& tags);
+
+private:
+    QStringList problems_;
 };
 
 } // namespace quav

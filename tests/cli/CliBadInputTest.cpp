@@ -136,6 +136,8 @@ private Q_SLOTS:
         row("level", "encode --to flac --level 9 --output out in", QByteArray("--level"));
         row("jobs", "encode --to flac --jobs 0 --output out in", QByteArray("--jobs"));
         row("yes and no", "encode --to flac --yes --no --output out in", QByteArray("--no"));
+        row("verify and not", "encode --to flac --verify --no-verify --output out in",
+            QByteArray("--no-verify"));
         row("two places", "encode --to flac --beside --output out in", QByteArray("--output"));
         row("no place", "encode --to flac in", QByteArray("--output DIR"));
         row("no files", "encode --to flac --output out", QByteArray("FILES"));
@@ -174,6 +176,35 @@ private Q_SLOTS:
         QVERIFY2(ran.errors.contains(first.toUtf8()), ran.errors.constData());
         QVERIFY2(ran.errors.contains(second.toUtf8()), ran.errors.constData());
         QVERIFY(!QFile::exists(cli.path(QStringLiteral("new"))));
+    }
+
+    void aDryRunTellsWhatIsInTheWay() {
+        const Cli cli;
+        cli.wav(QStringLiteral("a.wav"));
+        QVERIFY(QDir(cli.path({})).mkdir(QStringLiteral("in/sub")));
+        cli.wav(QStringLiteral("sub/a.wav"));
+        const Ran dry = cli.encode(words(QStringLiteral("--dry-run --output new in")));
+        QCOMPARE(dry.status, 2);
+        QVERIFY2(dry.output.count("in the way") == 1, dry.output.constData());
+        QVERIFY2(dry.errors.contains("the same output file"), dry.errors.constData());
+    }
+
+    void aFileIsLeftOutWithoutSuccessOnlyIfItWasNamed_data() {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<int>("status");
+        row("named", "in/a.wav in/notes.txt", 1);
+        row("named in a dry run", "--dry-run in/a.wav in/notes.txt", 1);
+        row("in a folder", "in", 0);
+    }
+    void aFileIsLeftOutWithoutSuccessOnlyIfItWasNamed() {
+        QFETCH(QString, arguments);
+        QFETCH(int, status);
+        const Cli cli;
+        cli.wav(QStringLiteral("a.wav"));
+        write(cli.in(QStringLiteral("notes.txt")), "x");
+        const Ran ran = cli.encode(words(QStringLiteral("--output out ") + arguments));
+        QVERIFY2(ran.status == status, ran.errors.constData());
+        QVERIFY2(ran.errors.contains("were skipped"), ran.errors.constData());
     }
 
     void whatStandsThereIsKeptWhenTheAnswerIsNo() {

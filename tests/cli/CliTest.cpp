@@ -111,6 +111,28 @@ private Q_SLOTS:
         QVERIFY2(ran.output.contains(expected.toUtf8()), ran.output.constData());
     }
 
+    void aSwitchOfTheSettingsIsTurnedOffForOneRun_data() {
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("on");
+        row("verify", "flacVerifyButton", "--no-verify", " -V ");
+        row("foreign metadata", "flacKeepForeignMetadataButton", "--no-keep-foreign-metadata",
+            " --keep-foreign-metadata ");
+    }
+    void aSwitchOfTheSettingsIsTurnedOffForOneRun() {
+        QFETCH(QString, setting);
+        QFETCH(QString, option);
+        QFETCH(QString, on);
+        const Cli cli;
+        cli.wav(QStringLiteral("a.wav"));
+        QCOMPARE(cli.run(words(QStringLiteral("settings set %1 1").arg(setting))).status, 0);
+        const QStringList plan = words(QStringLiteral("--dry-run --output out in"));
+        const Ran usual = cli.encode(plan);
+        QVERIFY2(usual.output.contains(on.toUtf8()), usual.output.constData());
+        const Ran once = cli.encode(plan + QStringList(option));
+        QVERIFY2(once.status == 0 && !once.output.contains(on.toUtf8()), once.output.constData());
+    }
+
     void aRunNeverChangesTheSettings() {
         const Cli cli;
         cli.wav(QStringLiteral("a.wav"));
@@ -272,6 +294,16 @@ private Q_SLOTS:
         const Ran help = cli.run(words(QStringLiteral("encode --help")));
         QCOMPARE(help.status, 0);
         QVERIFY(help.output.contains("Example"));
+    }
+
+    void helpAndManualTellTheExitStatus() {
+        const Cli cli;
+        const Ran help = cli.run({QStringLiteral("--help")});
+        QVERIFY2(help.output.contains("  3  a question was answered with no"),
+                 help.output.constData());
+        const Ran manual = cli.run({QStringLiteral("--man")});
+        QVERIFY2(manual.output.contains("\\fB3\\fR\nA question was answered with no.\n"),
+                 manual.output.constData());
     }
 };
 

@@ -326,6 +326,33 @@ private Q_SLOTS:
         QVERIFY(left.isEmpty() && QFile::exists(source));
     }
 
+    void aDiskThatFillsUpWithTagsLeavesNothingBehind() {
+        Bench bench;
+        const QString flac = bench.flac(QStringLiteral("a.flac"));
+        const QString comment = bench.path(QStringLiteral("comment"));
+        QFile text(comment);
+        QVERIFY(text.open(QIODevice::WriteOnly) && text.write(QByteArray(90000, 'x')) == 90000);
+        text.close();
+        QCOMPARE(test::run(QStringLiteral("metaflac"),
+                           {QStringLiteral("--set-tag-from-file=COMMENT=") + comment, flac})
+                     .status,
+                 0);
+        const QString out = bench.path(QStringLiteral("out"));
+        if (test::run(QStringLiteral("mount"),
+                      {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"),
+                       QStringLiteral("size=420k"), QStringLiteral("tmpfs"), out})
+                .status != 0) {
+            QSKIP("a small file system cannot be mounted here");
+        }
+        bench.decode.addFiles({flac});
+        bench.decode.setDeleteOriginals(true);
+        bench.run(bench.decode);
+        const QStringList left = bench.outputs();
+        test::run(QStringLiteral("umount"), {out});
+        QCOMPARE(bench.failed, QStringList{QStringLiteral("a.flac")});
+        QVERIFY(left.isEmpty() && QFile::exists(flac));
+    }
+
     void declinedQuestionsLeaveEverythingAsItIs() {
         Bench bench;
         QVERIFY(writeWav(bench.path(QStringLiteral("a.wav"))));

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void warningsAreCountedAndShown();
     void rowsArePaintedInTheirColours();
     void outputWindowsStepAside();
+    void anOutputWindowThatIsClosedIsForgotten();
     void theTextOfAnOutputWindowIsSaved();
     void aTextThatCannotBeSavedIsReported();
     void timeIsToldAsOnAClock();
@@ -311,6 +312,19 @@ void StatusPanelTest::outputWindowsStepAside() {
     windows.showNoMore();
     windows.show(u"three"_s, {});
     QCOMPARE(windows.windows().size(), size_t(2));
+}
+
+void StatusPanelTest::anOutputWindowThatIsClosedIsForgotten() {
+    ScriptedPrompts prompts;
+    OutputWindows windows(prompts);
+    windows.show(u"one"_s, u"First"_s);
+    windows.show(u"two"_s, u"Second"_s);
+    OutputWindow* first = windows.windows().front().get();
+    QSignalSpy gone(first, &QObject::destroyed);
+    QTest::mouseClick(shown<QPushButton>(*first, "Close"), Qt::LeftButton);
+    QCOMPARE(windows.windows().size(), size_t(1));
+    QCOMPARE(windows.windows().front()->text(), u"two"_s);
+    QTRY_COMPARE(gone.size(), 1);
 }
 
 void StatusPanelTest::theTextOfAnOutputWindowIsSaved() {

@@ -1,18 +1,22 @@
 #include "GuiRig.h"
 #include "app/FileKinds.h"
 #include "gui/FileListView.h"
+#include "support/Table.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 
+#include <functional>
 #include <tuple>
 
 using namespace quav;
@@ -20,6 +24,14 @@ using namespace quav::test;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using Tab = std::function<BaseTab&(GuiRig&)>;
+using Act = std::function<void(GuiRig&)>;
+using Claim = std::function<bool(GuiRig&)>;
+
+QSlider& levelOf(GuiRig& rig) {
+    return *rig.window.findChild<QSlider*>();
+}
 
 FileListView& listOf(GuiRig& rig, BaseTab& tab) {
     const QList<FileListView*> lists = rig.window.findChildren<FileListView*>();
@@ -78,14 +90,18 @@ private Q_SLOTS:
     void removeIsOfferedOnlyForASelection();
     void theContextMenuRemovesOneSpellingOfAnExtension();
     void theColumnIsAsWideAsTheWidestName();
+    void rowsHaveRoomForDotsOnCapitals();
     void theTabsOfTheWindowAndOfTheControllerAreOne();
     void theLevelCannotBeSetWithLax();
+    void optionsOfTheTabAndOfThePageAreOne_data();
     void optionsOfTheTabAndOfThePageAreOne();
     void flacOptionsAppearWithAFlacFileAndMoveNothing();
     void theButtonSaysWhetherItIsGoingToAsk();
     void theWindowStaysWhenTheUserDoesNotWantToClose();
     void aRefusedQuitChangesNothing();
     void quittingWaitsForToolsThatRun();
+    void endingAtOnceAsksNothingAndStopsTheTools();
+    void endingAtOnceCancelsWhatIsAsked();
     void aFreshWindowSaysWhenItIsPainted();
 };
 
@@ -202,6 +218,13 @@ void WindowTest::theColumnIsAsWideAsTheWidestName() {
     QTRY_COMPARE(list.header()->sectionSize(0), list.viewport()->width());
 }
 
+void WindowTest::rowsHaveRoomForDotsOnCapitals() {
+    GuiRig rig;
+    FileListView& list = encodeList(rig);
+    rig.workbench.encodeTab().addFiles({rig.wav("Ähre.wav")});
+    QVERIFY(list.visualRect(list.model()->index(0, 0)).height() >= list.fontMetrics().height() + 4);
+}
+
 void WindowTest::theTabsOfTheWindowAndOfTheControllerAreOne() {
     GuiRig rig;
     auto* pages = rig.window.findChild<QTabWidget*>();
@@ -228,29 +251,46 @@ void WindowTest::theLevelCannotBeSetWithLax() {
     QVERIFY(level->isEnabled());
 }
 
-void WindowTest::optionsOfTheTabAndOfThePageAreOne() {
-    GuiRig rig;
-    encodeList(rig);
-    EncodeTab& encode = rig.workbench.encodeTab();
-    auto* level = rig.window.findChild<QSlider*>();
-    QCOMPARE(level->value(), encode.flacLevel());
-    level->setValue(2);
-    QCOMPARE(encode.flacLevel(), 2);
-    QVERIFY(shown<QLabel>(rig.window, "2"));
-    encode.setFlacLevel(7);
-    QCOMPARE(level->value(), 7);
-    encode.setFlacVerify(true);
-    QVERIFY(shown<QCheckBox>(rig.window, "Verify")->isChecked());
-    shown<QCheckBox>(rig.window, "Keep foreign")->click();
-    QVERIFY(encode.flacKeepForeignMetadata());
-    shown<QCheckBox>(rig.window, "Delete the source")->click();
-    QVERIFY(encode.deleteOriginals());
+void WindowTest::optionsOfTheTabAndOfThePageAreOne_data() {
+    QTest::addColumn<Tab>("page");
+    QTest::addColumn<Act>("change");
+    QTest::addColumn<Claim>("follows");
+    const Tab encode = [](GuiRig& rig) -> BaseTab& { return rig.workbench.encodeTab(); };
+    const Tab decode = [](GuiRig& rig) -> BaseTab& { return rig.workbench.decodeTab(); };
+    row("level at first", encode, Act([](GuiRig&) {}), Claim([](GuiRig& rig) {
+            return levelOf(rig).value() == rig.workbench.encodeTab().flacLevel();
+        }));
+    row("level of the page", encode, Act([](GuiRig& rig) { levelOf(rig).setValue(2); }),
+        Claim([](GuiRig& rig) { return rig.workbench.encodeTab().flacLevel() == 2; }));
+    row("number beside the level", encode, Act([](GuiRig& rig) { levelOf(rig).setValue(2); }),
+        Claim([](GuiRig& rig) { return shown<QLabel>(rig.window, "2") != nullptr; }));
+    row("level of the tab", encode,
+        Act([](GuiRig& rig) { rig.workbench.encodeTab().setFlacLevel(7); }),
+        Claim([](GuiRig& rig) { return levelOf(rig).value() == 7; }));
+    row("verify", encode, Act([](GuiRig& rig) { rig.workbench.encodeTab().setFlacVerify(true); }),
+        Claim([](GuiRig& rig) { return shown<QCheckBox>(rig.window, "Verify")->isChecked(); }));
+    row("foreign metadata", encode,
+        Act([](GuiRig& rig) { shown<QCheckBox>(rig.window, "Keep foreign")->click(); }),
+        Claim([](GuiRig& rig) { return rig.workbench.encodeTab().flacKeepForeignMetadata(); }));
+    row("deleting sources", encode,
+        Act([](GuiRig& rig) { shown<QCheckBox>(rig.window, "Delete the source")->click(); }),
+        Claim([](GuiRig& rig) { return rig.workbench.encodeTab().deleteOriginals(); }));
+    row("target of the page", decode,
+        Act([](GuiRig& rig) { shown<QRadioButton>(rig.window, "AIFF")->click(); }),
+        Claim([](GuiRig& rig) { return rig.workbench.decodeTab().outputFormat() == u"AIFF"; }));
+    row("target of the tab", decode,
+        Act([](GuiRig& rig) { rig.workbench.decodeTab().setOutputFormat(u"AIFF"_s); }),
+        Claim([](GuiRig& rig) { return shown<QRadioButton>(rig.window, "AIFF")->isChecked(); }));
+}
 
-    rig.workbench.controller().selectTab(tabs::decode);
-    shown<QRadioButton>(rig.window, "AIFF")->click();
-    QCOMPARE(rig.workbench.decodeTab().outputFormat(), u"AIFF"_s);
-    rig.workbench.decodeTab().setOutputFormat(u"WAV"_s);
-    QVERIFY(shown<QRadioButton>(rig.window, "WAV")->isChecked());
+void WindowTest::optionsOfTheTabAndOfThePageAreOne() {
+    QFETCH(Tab, page);
+    QFETCH(Act, change);
+    QFETCH(Claim, follows);
+    GuiRig rig;
+    rig.workbench.controller().selectTab(page(rig).label());
+    change(rig);
+    QVERIFY(follows(rig));
 }
 
 void WindowTest::flacOptionsAppearWithAFlacFileAndMoveNothing() {
@@ -327,6 +367,37 @@ void WindowTest::quittingWaitsForToolsThatRun() {
     gate.letPass(1);
     QVERIFY(finished.wait());
     QVERIFY(!QFile::exists(rig.path("2.flac")));
+}
+
+void WindowTest::endingAtOnceAsksNothingAndStopsTheTools() {
+    GuiRig rig(1);
+    const Gate gate(rig.toolsDir.path(), u"flac"_s);
+    QSignalSpy finished(&rig.window, &MainWindow::finished);
+    rig.start(rig.workbench.encodeTab(), {rig.wav("1.wav"), rig.wav("2.wav")});
+    rig.prompts.questions.clear();
+    rig.window.endAtOnce();
+    QVERIFY(finished.isEmpty());
+    QVERIFY(finished.wait());
+    QCOMPARE(rig.workbench.queue().taskCount(), 0);
+    QCOMPARE(rig.prompts.questions.size(), 0);
+    QVERIFY(!QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));
+}
+
+void WindowTest::endingAtOnceCancelsWhatIsAsked() {
+    GuiRig rig;
+    QMessageBox question(&rig.window);
+    question.addButton(QMessageBox::Yes);
+    question.addButton(QMessageBox::No);
+    question.setEscapeButton(QMessageBox::No);
+    bool open = false;
+    QTimer::singleShot(0, &question, [&] {
+        open = question.isVisible();
+        rig.window.endAtOnce();
+        // So that the test ends whatever becomes of the dialog.
+        QTimer::singleShot(0, &question, [&] { question.done(QMessageBox::Yes); });
+    });
+    QVERIFY(question.exec() != QMessageBox::Yes);
+    QVERIFY(open);
 }
 
 void WindowTest::aFreshWindowSaysWhenItIsPainted() {

@@ -1,17 +1,24 @@
 #include "platform/Version.h"
+#include "support/Table.h"
 #include "tags/TagError.h"
 #include "tags/TagLibTagsHelper.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
 
+#include <sys/mount.h>
+
+#include <algorithm>
 #include <stdexcept>
 
 using namespace quav;
+using quav::test::row;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -26,7 +33,7 @@ TagsObject readTags(const QString& path) {
 }
 
 bool writeTags(const QString& path, const TagsObject& tags) {
-    const TagLibTagsHelper helper;
+    TagLibTagsHelper helper;
     return path.endsWith(u".wav"_s)    ? helper.writeTagsForWAVEFile(path, tags)
            : path.endsWith(u".aiff"_s) ? helper.writeTagsForAIFFFile(path, tags)
                                        : helper.writeTagsForFLACFile(path, tags, false);
@@ -115,6 +122,61 @@ TagsObject fullRecord() {
     tags.albumArt.fill(Qt::red);
     return tags;
 }
+
+qsizetype pngSize(const QImage& picture) {
+    QBuffer buffer;
+    return picture.save(&buffer, "PNG") ? buffer.size() : 0;
+}
+
+/// A picture that does not get smaller as a PNG file.
+QImage noise(int width, int height) {
+    QImage picture(width, height, QImage::Format_RGB888);
+    QRandomGenerator generator(1);
+    for (int y = 0; y < height; ++y) {
+        auto* line = picture.scanLine(y);
+        std::generate(line, line + picture.bytesPerLine(),
+                      [&generator] { return static_cast<uchar>(generator.generate()); });
+    }
+    return picture;
+}
+
+/// Noise that takes just so many bytes as a PNG file, with texts inside for the last thousands.
+QImage pictureOfSize(qsizetype size) {
+    constexpr qsizetype textFrame = 18; // what a text takes besides its characters
+    constexpr qsizetype longestText = 30;
+    QImage picture = noise(1000, static_cast<int>((size - 40'000) / 3000));
+    qsizetype missing = size - pngSize(picture);
+    for (int key = 10'000; missing > 0; ++key) {
+        // The last two share what is left, since no text is shorter than its frame.
+        const bool enough = missing >= 2 * (textFrame + longestText);
+        const auto taken = enough || missing <= textFrame + longestText
+                               ? qMin(missing, textFrame + longestText)
+                               : missing / 2;
+        picture.setText(QString::number(key), QString(taken - textFrame, u'x'));
+        missing -= taken;
+    }
+    return picture;
+}
+
+/// A small file system in memory that is gone with the object.
+class SmallDisk {
+public:
+    SmallDisk(const QString& path, const char* options) : path_(QFile::encodeName(path)) {
+        mounted_ = mount("tmpfs", path_.constData(), "tmpfs", 0, options) == 0;
+    }
+    ~SmallDisk() {
+        if (mounted_) {
+            umount(path_.constData());
+        }
+    }
+    Q_DISABLE_COPY_MOVE(SmallDisk)
+
+    bool isMounted() const { return mounted_; }
+
+private:
+    QByteArray path_;
+    bool mounted_;
+};
 
 } // namespace
 
@@ -205,15 +267,16 @@ private Q_SLOTS:
 
     void flacDate_data() {
         QTest::addColumn<QString>("written");
-        for (const char* row : {"2010/05/07 2010-05-07", "2010/0/07 2010", "2010/05/0 2010",
-                                "2010/05/ 2010", "2010// 2010", "/05/07 1999-12-31"}) {
-            QTest::newRow(row) << QString::fromLatin1(row).section(u' ', 1);
-        }
+        row("2010/05/07", u"2010-05-07"_s);
+        row("2010/0/07", u"2010"_s);
+        row("2010/05/0", u"2010"_s);
+        row("2010/05/", u"2010"_s);
+        row("2010//", u"2010"_s);
+        row("/05/07", u"1999-12-31"_s);
     }
     void flacDate() {
         const auto file = flacFile({"--set-tag=DATE=1999-12-31"});
-        const auto date =
-            QString::fromLatin1(QTest::currentDataTag()).section(u' ', 0, 0).split(u'/');
+        const auto date = QString::fromLatin1(QTest::currentDataTag()).split(u'/');
         TagsObject tags;
         tags.yearText = date[0];
         tags.monthText = date[1];
@@ -252,6 +315,99 @@ private Q_SLOTS:
         QCOMPARE(run("flac -ts", {file}), QByteArray());
     }
 
+    void flacPictureBlockHasItsLimit_data() {
+        constexpr qsizetype largest = 0xFFFFFF - 32 - 9; // besides the fixed fields and MIME type
+        QTest::addColumn<QImage>("picture");
+        QTest::addColumn<bool>("fits");
+        const auto justFits = pictureOfSize(largest);
+        QCOMPARE(pngSize(justFits), largest);
+        row("just fits", justFits, true);
+        row("a byte too large", pictureOfSize(largest + 1), false);
+        row("far too large", noise(2500, 2500), false);
+    }
+    void flacPictureBlockHasItsLimit() {
+        QFETCH(QImage, picture);
+        QFETCH(bool, fits);
+        const auto file = flacFileWithPicture({});
+        const auto audio = audioOf(file);
+        TagsObject tags;
+        tags.titleText = u"new"_s;
+        tags.albumArt = picture;
+        TagLibTagsHelper helper;
+        QVERIFY(helper.writeTagsForFLACFile(file, tags, true));
+        const QStringList problem{u"The picture is too large for a FLAC file and was left out."_s};
+        QCOMPARE(helper.problems(), fits ? QStringList() : problem);
+        QCOMPARE(run("flac -ts", {file}), QByteArray());
+        QCOMPARE(audioOf(file), audio);
+        QCOMPARE(vorbisComments(file), (QStringList{ourEncoder(), u"TITLE=new"_s}));
+        QCOMPARE(readTags(file).albumArt.size(), fits ? picture.size() : QImage().size());
+        QVERIFY(helper.writeTagsForFLACFile(file, TagsObject(), false));
+        QCOMPARE(helper.problems(), QStringList());
+    }
+
+    void flacCommentBlockHasItsLimit() {
+        const auto file = flacFileWithPicture({"--set-tag=ARTIST=old"});
+        const auto before = bytesOf(file);
+        TagsObject tags;
+        tags.commentText = QString(0x800000, u'x'); // it is written twice
+        for (const bool writeEmptyTags : {true, false}) {
+            TagLibTagsHelper helper;
+            QVERIFY(!helper.writeTagsForFLACFile(file, tags, writeEmptyTags));
+            QCOMPARE(helper.problems(), QStringList{u"The tags are too large for a FLAC file."_s});
+            QVERIFY(bytesOf(file) == before);
+        }
+        tags.commentText->chop(100);
+        QVERIFY(writeTags(file, tags));
+        QCOMPARE(run("flac -ts", {file}), QByteArray());
+    }
+
+    void flacFileBetweenForeignTags() {
+        const auto file = flacFile({});
+        const auto before = bytesOf(file);
+        const auto frame = id3Frame("TIT2", "\3fLaC"_ba);
+        const auto front = QByteArray("ID3\4\0\0", 6) + bigEndian(frame.size()) + frame;
+        const auto back = "TAGtitle"_ba + QByteArray(120, '\0');
+        QVERIFY(putBytes(file, front + before + back));
+        QVERIFY(writeTags(file, fullRecord()));
+        QVERIFY(bytesOf(file).startsWith("ID3") && bytesOf(file).right(128).startsWith("TAGtitle"));
+        QVERIFY(readTags(file).isEqualToTagsObject(fullRecord()));
+        QVERIFY(putBytes(file, before + "TAG" + QByteArray(124, '\0') + '\xFF'));
+        QVERIFY(writeTags(file, fullRecord()));
+        QVERIFY(!bytesOf(file).right(128).startsWith("TAG")); // it said nothing
+    }
+
+    void fullDisk_data() { notTaggable_data(); }
+    void fullDisk() {
+        QFETCH(QByteArray, extension);
+        const auto folder = path("mount");
+        QVERIFY(QDir().mkdir(folder));
+        const SmallDisk disk(folder, "size=64k");
+        if (!disk.isMounted()) {
+            QSKIP("a small file system cannot be mounted here");
+        }
+        const auto file = folder + u"/file."_s + QString::fromLatin1(extension);
+        QVERIFY(QFile::copy(audioFile(extension.constData()), file));
+        TagsObject tags;
+        tags.titleText = u"fits"_s;
+        QVERIFY(writeTags(file, tags));
+        tags.commentText = QString(80'000, u'x');
+        QVERIFY(!writeTags(file, tags));
+    }
+
+    void fullDiskForAFlacPicture() {
+        const auto folder = path("mount");
+        QVERIFY(QDir().mkdir(folder));
+        const SmallDisk disk(folder, "size=256k");
+        if (!disk.isMounted()) {
+            QSKIP("a small file system cannot be mounted here");
+        }
+        const auto file = folder + u"/file.flac"_s;
+        QVERIFY(QFile::copy(audioFile("flac"), file));
+        TagsObject tags;
+        tags.albumArt = noise(500, 400);
+        QVERIFY(!writeTags(file, tags));
+    }
+
     void customTagsWithForbiddenNamesAreLoggedAndSkipped() {
         const auto file = flacFile({"--set-tag=MOOD=calm", "--set-tag=MOOD=mild"});
         TagsObject tags;
@@ -280,8 +436,8 @@ private Q_SLOTS:
 
     void roundTripThroughRiff_data() {
         QTest::addColumn<QByteArray>("extension");
-        QTest::newRow("AIFF") << "aiff"_ba;
-        QTest::newRow("WAV") << "wav"_ba;
+        row("AIFF", "aiff"_ba);
+        row("WAV", "wav"_ba);
     }
     void roundTripThroughRiff() {
         QFETCH(QByteArray, extension);
@@ -322,6 +478,17 @@ private Q_SLOTS:
         QCOMPARE(bytesOf(file).count("LIST"), 1);
     }
 
+    void bytesBehindTheContainerStay_data() { roundTripThroughRiff_data(); }
+    void bytesBehindTheContainerStay() {
+        QFETCH(QByteArray, extension);
+        const auto file = audioFile(extension.constData());
+        const auto foreign = "TAG"_ba + QByteArray(125, '\0');
+        QVERIFY(putBytes(file, bytesOf(file) + foreign));
+        QVERIFY(writeTags(file, fullRecord()));
+        QVERIFY(bytesOf(file).endsWith(foreign));
+        QCOMPARE(readTags(file).titleText, fullRecord().titleText);
+    }
+
     void riffYearReplacesForeignDate() {
         const auto file =
             audioFile("aiff", "-write_id3v2 1 -id3v2_version 3 -metadata date=1999-12-31");
@@ -353,26 +520,31 @@ private Q_SLOTS:
     }
 
     void riffNumberAndTotal_data() {
+        QTest::addColumn<QByteArray>("old");
+        QTest::addColumn<QString>("number");
+        QTest::addColumn<QString>("total");
         QTest::addColumn<QString>("written");
-        for (const char* row : {"3/10;4;12;4/12", "3/10;4;;4", "3/10;;12;3/12", ";;12;/12",
-                                "3/10;;;3/10"}) { // old frame; number; total; new frame
-            QTest::newRow(row) << QString::fromLatin1(row).section(u';', 3);
-        }
+        row("both", "3/10"_ba, u"4"_s, u"12"_s, u"4/12"_s);
+        row("number", "3/10"_ba, u"4"_s, u""_s, u"4"_s);
+        row("total", "3/10"_ba, u""_s, u"12"_s, u"3/12"_s);
+        row("total of no number", ""_ba, u""_s, u"12"_s, u"/12"_s);
+        row("neither", "3/10"_ba, u""_s, u""_s, u"3/10"_s);
     }
     void riffNumberAndTotal() {
-        const auto row = QByteArray(QTest::currentDataTag()).split(';');
-        const auto file =
-            audioFile("aiff", ("-write_id3v2 1 -metadata track=" + row[0]).constData());
+        QFETCH(QByteArray, old);
+        QFETCH(QString, number);
+        QFETCH(QString, total);
+        const auto file = audioFile("aiff", ("-write_id3v2 1 -metadata track=" + old).constData());
         TagsObject tags;
-        tags.trackText = QString::fromLatin1(row[1]);
-        tags.trackTotalText = QString::fromLatin1(row[2]);
+        tags.trackText = number;
+        tags.trackTotalText = total;
         QVERIFY(writeTags(file, tags));
         QTEST(probed(file).value(u"TRACK"_s), "written");
     }
 
     void notTaggable_data() {
         roundTripThroughRiff_data();
-        QTest::newRow("FLAC") << "flac"_ba;
+        row("FLAC", "flac"_ba);
     }
     void notTaggable() {
         QFETCH(QByteArray, extension);
