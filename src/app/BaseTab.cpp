@@ -3,6 +3,7 @@
 #include "app/FileKinds.h"
 #include "app/UserPrompts.h"
 #include "platform/DirectoryWalk.h"
+#include "platform/Parallel.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
@@ -13,6 +14,7 @@
 #include <chrono>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 namespace quav {
 
@@ -20,6 +22,15 @@ namespace {
 
 // Long enough for the list to be drawn before the alert covers it.
 constexpr std::chrono::milliseconds badFileDelay{500};
+
+constexpr size_t worthAThread = 1000;
+
+QStringList fullPaths(const QStringList& paths) {
+    QStringList full;
+    full.reserve(paths.size());
+    std::transform(paths.begin(), paths.end(), std::back_inserter(full), fullPath);
+    return full;
+}
 
 } // namespace
 
@@ -52,9 +63,7 @@ void BaseTab::addFile(const QString& path) {
 }
 
 void BaseTab::addFoundFiles(const QStringList& paths) {
-    QStringList full;
-    std::transform(paths.begin(), paths.end(), std::back_inserter(full), fullPath);
-    files_.add(full);
+    files_.add(fullPaths(paths));
     filesAdded();
 }
 
@@ -73,23 +82,47 @@ void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {
     }
 }
 
-void BaseTab::gather(const QString& path, Gathered& gathered) const {
+BaseTab::Kind BaseTab::kindOf(const QString& path) const {
     if (isFolder(path)) {
-        gatherFolder(path, gathered);
-    } else if (isUndecodable(path)) {
-        gathered.unusable << undecodableMessage(path);
-    } else if (files_.contains(path) || isValidFile(label_, path)) {
-        gathered.files << path;
-    } else {
-        gathered.skippedExtensions.insert(pathExtension(path));
+        return Kind::Folder;
     }
+    if (isUndecodable(path)) {
+        return Kind::Undecodable;
+    }
+    return files_.contains(path) || isValidFile(label_, path) ? Kind::Valid : Kind::Foreign;
+}
+
+BaseTab::Gathered BaseTab::gather(const QStringList& paths) const {
+    // Each path costs a look at the disk, and some are read.
+    std::vector<Kind> kinds(static_cast<size_t>(paths.size()));
+    inPieces(kinds.size(), worthAThread, [&](size_t first, size_t last) {
+        for (size_t i = first; i < last; ++i) {
+            kinds[i] = kindOf(paths[static_cast<qsizetype>(i)]);
+        }
+    });
+    Gathered gathered;
+    for (size_t i = 0; i < kinds.size(); ++i) {
+        const QString& path = paths[static_cast<qsizetype>(i)];
+        switch (kinds[i]) {
+        case Kind::Folder:
+            gatherFolder(path, gathered);
+            break;
+        case Kind::Undecodable:
+            gathered.unusable << undecodableMessage(path);
+            break;
+        case Kind::Valid:
+            gathered.files << path;
+            break;
+        case Kind::Foreign:
+            gathered.skippedExtensions.insert(pathExtension(path));
+            break;
+        }
+    }
+    return gathered;
 }
 
 bool BaseTab::addFiles(const QStringList& paths) {
-    Gathered gathered;
-    for (const QString& path : paths) {
-        gather(fullPath(path), gathered);
-    }
+    const Gathered gathered = gather(fullPaths(paths));
     files_.add(gathered.files);
     filesAdded();
     if (!gathered.unusable.isEmpty()) {

@@ -87,7 +87,10 @@ private:
         QStringList unusable; ///< sentences about what cannot be carried
     };
 
-    void gather(const QString& path, Gathered& gathered) const;
+    enum class Kind : unsigned char { Folder, Undecodable, Valid, Foreign };
+
+    Kind kindOf(const QString& path) const;
+    Gathered gather(const QStringList& paths) const;
     void gatherFolder(const QString& path, Gathered& gathered) const;
     void showBadFileMessage(const QString& text);
 

@@ -1,13 +1,27 @@
 #include "app/FileList.h"
 
+#include "platform/NaturalOrder.h"
+#include "platform/Parallel.h"
 #include "platform/PathNames.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <mutex>
 #include <tuple>
 #include <utility>
 
 namespace quav {
+
+namespace {
+
+constexpr size_t worthAThread = 5000;
+
+} // namespace
+
+bool FileList::before(const Entry& a, const Entry& b) {
+    return std::tie(a.sortKey, a.path) < std::tie(b.sortKey, b.path);
+}
 
 int FileList::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(entries_.size());
@@ -37,33 +51,54 @@ QStringList FileList::fileNames() const {
 }
 
 void FileList::add(const QStringList& paths) {
-    QStringList unknown;
-    known_.reserve(known_.size() + paths.size());
-    for (const QString& path : paths) {
-        const qsizetype before = known_.size();
-        known_.insert(path);
-        if (known_.size() > before) {
-            unknown << path;
-        }
-    }
-    if (unknown.isEmpty()) {
+    std::vector<Entry> fresh = sortedEntries(unknownAmong(paths));
+    if (fresh.empty()) {
         return;
     }
-    std::vector<QByteArray> sortKeys = order_.sortKeys(unknown);
-    std::vector<Entry> fresh;
-    fresh.reserve(sortKeys.size());
-    for (size_t i = 0; i < sortKeys.size(); ++i) {
-        fresh.push_back({std::move(sortKeys[i]), unknown[static_cast<qsizetype>(i)]});
-    }
-    const auto before = [](const Entry& a, const Entry& b) {
-        return std::tie(a.sortKey, a.path) < std::tie(b.sortKey, b.path);
-    };
-    std::sort(fresh.begin(), fresh.end(), before);
     beginResetModel();
     const auto middle = static_cast<std::ptrdiff_t>(entries_.size());
     std::move(fresh.begin(), fresh.end(), std::back_inserter(entries_));
     std::inplace_merge(entries_.begin(), entries_.begin() + middle, entries_.end(), before);
     endResetModel();
+}
+
+QStringList FileList::unknownAmong(const QStringList& paths) {
+    QStringList unknown;
+    known_.reserve(known_.size() + paths.size());
+    for (const QString& path : paths) {
+        const qsizetype knownBefore = known_.size();
+        known_.insert(path);
+        if (known_.size() > knownBefore) {
+            unknown << path;
+        }
+    }
+    return unknown;
+}
+
+std::vector<FileList::Entry> FileList::sortedEntries(const QStringList& paths) {
+    std::vector<Entry> entries(static_cast<size_t>(paths.size()));
+    std::mutex mutex;
+    std::vector<size_t> starts;
+    inPieces(entries.size(), worthAThread, [&](size_t first, size_t last) {
+        const NaturalOrder order; // serves one thread at a time
+        for (size_t i = first; i < last; ++i) {
+            const QString& path = paths[static_cast<qsizetype>(i)];
+            entries[i] = {order.sortKey(path), path};
+        }
+        const auto begin = entries.begin();
+        std::sort(begin + static_cast<std::ptrdiff_t>(first),
+                  begin + static_cast<std::ptrdiff_t>(last), before);
+        const std::lock_guard lock(mutex);
+        starts.push_back(first);
+    });
+    // The pieces are sorted each; merging them from the back needs only where they begin.
+    std::sort(starts.begin(), starts.end(), std::greater());
+    for (const size_t start : starts) {
+        const auto middle = entries.begin() + static_cast<std::ptrdiff_t>(start);
+        const auto next = std::is_sorted_until(middle, entries.end(), before);
+        std::inplace_merge(middle, next, entries.end(), before);
+    }
+    return entries;
 }
 
 template <typename Condition>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/NaturalOrder.h"
-
 #include <QAbstractListModel>
 #include <QByteArray>
 #include <QSet>
@@ -42,10 +40,14 @@ private:
         QString path;
     };
 
+    static bool before(const Entry& a, const Entry& b);
+    static std::vector<Entry> sortedEntries(const QStringList& paths);
+    /// The paths that are not listed yet, which from now on count as listed.
+    QStringList unknownAmong(const QStringList& paths);
+
     template <typename Condition>
     void removeWhere(Condition condition);
 
-    NaturalOrder order_;
     std::vector<Entry> entries_;
     QSet<QString> known_;
 };

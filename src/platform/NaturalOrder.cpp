@@ -3,11 +3,9 @@
 #include <unicode/coll.h>
 #include <unicode/locid.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <thread>
 
 namespace quav {
 
@@ -18,7 +16,6 @@ struct NaturalOrder::Collator {
 namespace {
 
 constexpr size_t usualKeyBytes = 512;
-constexpr size_t worthAThread = 5000;
 
 icu::Locale usersLocale() {
     // The C locale maps to a collation in plain code order, which no file browser shows.
@@ -53,29 +50,6 @@ QByteArray NaturalOrder::sortKey(const QString& text) const {
     QByteArray key(length, Qt::Uninitialized);
     collator_->icu->getSortKey(view, reinterpret_cast<uint8_t*>(key.data()), length);
     return key;
-}
-
-std::vector<QByteArray> NaturalOrder::sortKeys(const QStringList& texts) const {
-    std::vector<QByteArray> keys(static_cast<size_t>(texts.size()));
-    const auto fill = [&](const NaturalOrder& order, size_t first, size_t last) {
-        for (size_t i = first; i < last; ++i) {
-            keys[i] = order.sortKey(texts[static_cast<qsizetype>(i)]);
-        }
-    };
-    const size_t share =
-        std::max(worthAThread, keys.size() / std::max(1U, std::thread::hardware_concurrency()) + 1);
-    std::vector<std::thread> helpers;
-    for (size_t first = share; first < keys.size(); first += share) {
-        // A collator serves one thread at a time, so each has its own.
-        helpers.emplace_back([&fill, first, last = std::min(first + share, keys.size())] {
-            fill(NaturalOrder(), first, last);
-        });
-    }
-    fill(*this, 0, std::min(share, keys.size()));
-    for (std::thread& helper : helpers) {
-        helper.join();
-    }
-    return keys;
 }
 
 } // namespace quav

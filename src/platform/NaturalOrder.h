@@ -2,10 +2,8 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
-#include <vector>
 
 namespace quav {
 
@@ -19,9 +17,6 @@ public:
     /// A key that sorts byte by byte as the text sorts. Different texts can have equal keys ("Track
     /// 2" and "Track 02"): break the tie by the texts themselves.
     QByteArray sortKey(const QString& text) const;
-
-    /// The keys of many texts, made on all cores when there are enough to be worth it.
-    std::vector<QByteArray> sortKeys(const QStringList& texts) const;
 
 private:
     struct Collator;

@@ -20,7 +20,6 @@ public:
 
     QUAVController& controller() { return controller_; }
     QUAVTaskQueue& queue() { return queue_; }
-    Notifications& notifications() { return notifications_; }
     const ToolsFolder& tools() const { return tools_; }
     DecodeTab& decodeTab() { return decodeTab_; }
     EncodeTab& encodeTab() { return encodeTab_; }
