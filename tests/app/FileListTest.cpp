@@ -15,6 +15,7 @@
 #include <chrono>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::Rig;
 using quav::test::row;
 using quav::test::writeWav;
@@ -83,13 +84,13 @@ private Q_SLOTS:
         const QAbstractItemModelTester tester(&shell.decode.files());
         const QStringList paths = shell.touch(list("track10.flac|Track2.flac|track1.FLAC"));
         shell.decode.addFiles(paths);
-        shell.decode.addFiles({paths[1], shell.rig.path(QStringLiteral("./track10.flac"))});
+        shell.decode.addFiles({paths[1], shell.rig.path(u"./track10.flac"_s)});
         shell.decode.addFile(paths[0]);
         QCOMPARE(Shell::names(shell.decode), u"track1.FLAC|Track2.flac|track10.flac");
         shell.decode.addFiles(shell.touch(list("track3.flac")));
         QCOMPARE(Shell::names(shell.decode), u"track1.FLAC|Track2.flac|track3.flac|track10.flac");
         QCOMPARE(shell.decode.files().extensions(), list("FLAC|flac"));
-        shell.decode.filterGivenExtension(QStringLiteral("FLAC"));
+        shell.decode.filterGivenExtension(u"FLAC"_s);
         shell.decode.deleteSelectedRows({0, 2});
         QCOMPARE(Shell::names(shell.decode), u"track3.flac");
         shell.decode.clearButtonClick();
@@ -100,8 +101,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("names");
         QTest::addColumn<QString>("listed");
         QTest::addColumn<QString>("alert");
-        const QString some =
-            QStringLiteral("Some files types were not recognized by this tab and were skipped");
+        const QString some = u"Some files types were not recognized by this tab and were skipped"_s;
         row("all good", "d/a.flac", "a.flac", "");
         row("some", "d/a.flac|d/b.txt", "a.flac", some);
         row("none", "d/b.txt", "", "File types not supported by this tab");
@@ -113,38 +113,36 @@ private Q_SLOTS:
         QFETCH(QString, alert);
         Shell shell;
         shell.touch(names.split(u'|'));
-        shell.encode.addFiles({shell.rig.path(QStringLiteral("d"))});
+        shell.encode.addFiles({shell.rig.path(u"d"_s)});
         QTEST(Shell::names(shell.encode), "listed");
         QCOMPARE(shell.prompts.delayedAlerts.join(u'|'), alert);
         QVERIFY(alert.isEmpty() || shell.prompts.lastDelay == std::chrono::milliseconds(500));
         shell.prompts.delayedAlerts.clear();
         shell.rig.settings.set(keys::warnOnFilesSkipped, false);
-        shell.encode.addFiles({shell.rig.path(QStringLiteral("d"))});
+        shell.encode.addFiles({shell.rig.path(u"d"_s)});
         QVERIFY(shell.prompts.delayedAlerts.isEmpty());
     }
 
     void plainAudioIsTakenWhateverItsName() {
         Shell shell;
-        const QString odd = shell.rig.path(QStringLiteral("take.bin"));
+        const QString odd = shell.rig.path(u"take.bin"_s);
         QVERIFY(writeWav(odd, {.frames = 10}));
         shell.encode.addFiles({odd});
         QCOMPARE(Shell::names(shell.encode), u"take.bin");
         QVERIFY(!isValidFile(tabs::tags, shell.touch(list("b.bin"))[0]));
-        QVERIFY(isValidFile(tabs::checksum, QStringLiteral("/x/anything")));
+        QVERIFY(isValidFile(tabs::checksum, u"/x/anything"_s));
         QVERIFY(!isValidFile(tabs::encode, shell.touch(list("no.m4a"))[0]));
     }
 
     void namesThatAreNotUtf8AreReported() {
         Shell shell;
-        QVERIFY(test::run(QStringLiteral("sh"),
-                          {QStringLiteral("-c"),
-                           QStringLiteral("touch \"$(printf '%s/\\374.flac' \"$0\")\""),
-                           shell.rig.folder.path()})
+        QVERIFY(test::run(u"sh"_s, {u"-c"_s, u"touch \"$(printf '%s/\\374.flac' \"$0\")\""_s,
+                                    shell.rig.folder.path()})
                     .status == 0);
         shell.decode.addFiles({shell.rig.folder.path()});
         QVERIFY(shell.prompts.delayedAlerts.join(u'\n').contains(u"not valid UTF-8"));
         shell.prompts.delayedAlerts.clear();
-        shell.decode.addFiles({shell.rig.path(QStringLiteral("\uFFFD.flac"))});
+        shell.decode.addFiles({shell.rig.path(u"\uFFFD.flac"_s)});
         QVERIFY(shell.prompts.delayedAlerts.join(u'\n').contains(u"not valid UTF-8"));
         QCOMPARE(shell.decode.files().rowCount(), 0);
     }
@@ -180,7 +178,7 @@ private Q_SLOTS:
         shell.touch(list("d/e/a.flac|d/.DS_Store|d/README"));
         shell.controller.selectTab(tabs::encode);
         QCOMPARE(shell.encode.shown, 1);
-        shell.controller.addFiles({shell.rig.path(QStringLiteral("d"))});
+        shell.controller.addFiles({shell.rig.path(u"d"_s)});
         QCOMPARE(Shell::names(shell.encode), u"a.flac");
         shell.controller.selectTab(0);
         QCOMPARE(shell.controller.selectedTabLabel(), u"decode");
@@ -219,13 +217,13 @@ private Q_SLOTS:
 
     void totalsAreCountedInTheBackground() {
         const Shell shell;
-        const QString first = shell.rig.path(QStringLiteral("a.wav"));
-        const QString second = shell.rig.path(QStringLiteral("b.wav"));
+        const QString first = shell.rig.path(u"a.wav"_s);
+        const QString second = shell.rig.path(u"b.wav"_s);
         QVERIFY(writeWav(first, {.frames = 44100}));
         QVERIFY(writeWav(second, {.frames = 22050}));
         FileTotals totals;
         QSignalSpy changed(&totals, &FileTotals::changed);
-        totals.count({first, second, shell.rig.path(QStringLiteral("none.wav"))});
+        totals.count({first, second, shell.rig.path(u"none.wav"_s)});
         totals.count({first, second});
         QTRY_COMPARE(totals.length(), std::chrono::milliseconds(1500));
         QCOMPARE(totals.bytes(), qint64(66150 * 4 + 2 * 44));
@@ -251,10 +249,9 @@ private Q_SLOTS:
         const Shell shell;
         shell.touch(list("a.flac|b.FLAC|c.wav|d/e.flac"));
         QStringList found =
-            BaseTab::getFilesFromOutputDirectory(shell.rig.folder.path(), QStringLiteral("flac"));
+            BaseTab::getFilesFromOutputDirectory(shell.rig.folder.path(), u"flac"_s);
         found.sort();
-        QCOMPARE(found, (QStringList{shell.rig.path(QStringLiteral("a.flac")),
-                                     shell.rig.path(QStringLiteral("b.FLAC"))}));
+        QCOMPARE(found, (QStringList{shell.rig.path(u"a.flac"_s), shell.rig.path(u"b.FLAC"_s)}));
     }
 };
 

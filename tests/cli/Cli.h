@@ -4,91 +4,73 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <vector>
 
 namespace quav::test {
 
+using namespace Qt::StringLiterals;
+
+/// The columns of a test's table.
+template <typename... Types>
+void columns(const auto*... names) {
+    (QTest::addColumn<Types>(names), ...);
+}
+
+inline QStringList words(const QString& list) {
+    return list.split(u' ', Qt::SkipEmptyParts);
+}
+
+/// Writes a file, and the folder that it is to be in.
+inline bool writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
 /// The command line's real program in a place of its own: a folder to work in, settings that are
-/// nobody's, and a tools folder with links to the real tools.
+/// nobody's, and a tools folder with links to the real tools. The place of the last one made is
+/// the test's own place too; scripts of the shell know the program as $QUAV.
 class Cli {
 public:
     Cli() {
-        for (const QString& name : {QStringLiteral("in"), QStringLiteral("out")}) {
-            QDir(folder_.path()).mkdir(name);
-        }
-        QFile::link(QStandardPaths::findExecutable(QStringLiteral("flac")), tool());
+        QDir(folder_.path()).mkdir(u"in"_s);
+        QDir(folder_.path()).mkdir(u"out"_s);
+        QFile::link(QStandardPaths::findExecutable(u"flac"_s), tool());
+        QDir::setCurrent(folder_.path());
+        qputenv("QUAV", QUAV_CLI);
+        qputenv("QUAV_TOOLS_DIR", QFile::encodeName(tools_.path()));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(config_.path()));
     }
 
     QString path(const QString& name) const { return folder_.filePath(name); }
-    QString in(const QString& name) const { return path(QStringLiteral("in/") + name); }
-    QString out(const QString& name) const { return path(QStringLiteral("out/") + name); }
-    QString tool() const { return tools_.filePath(QStringLiteral("flac")); }
-    QString settingsFile() const { return config_.filePath(QStringLiteral("quav/quav.ini")); }
+    QString in(const QString& name) const { return path(u"in/"_s + name); }
+    QString out(const QString& name) const { return path(u"out/"_s + name); }
+    QString tool() const { return tools_.filePath(u"flac"_s); }
+    QString settingsFile() const { return config_.filePath(u"quav/quav.ini"_s); }
 
-    /// A process that is ready to be started in the working folder.
-    void prepare(QProcess& process, const QStringList& arguments) const {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QUAV_TOOLS_DIR"), tools_.path());
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), config_.path());
-        process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(folder_.path());
-        process.setStandardInputFile(QProcess::nullDevice());
-        process.setProgram(QStringLiteral(QUAV_CLI));
-        process.setArguments(arguments);
-    }
-
-    Ran run(const QStringList& arguments) const {
-        QProcess process;
-        prepare(process, arguments);
-        return finished(process);
-    }
-
-    /// Runs a script of the shell that knows the program as $QUAV.
-    Ran shell(const QString& script) const {
-        QProcess process;
-        prepare(process, {});
-        auto environment = process.processEnvironment();
-        environment.insert(QStringLiteral("QUAV"), QStringLiteral(QUAV_CLI));
-        process.setProcessEnvironment(environment);
-        process.setProgram(QStringLiteral("sh"));
-        process.setArguments({QStringLiteral("-c"), script});
-        return finished(process);
-    }
-
-    Ran encode(const QStringList& arguments) const {
-        return run(
-            QStringList{QStringLiteral("encode"), QStringLiteral("--to"), QStringLiteral("flac")} +
-            arguments);
-    }
-
-    Ran decode(const QStringList& arguments) const {
-        return run(
-            QStringList{QStringLiteral("decode"), QStringLiteral("--to"), QStringLiteral("wav")} +
-            arguments);
-    }
+    static QString program() { return QStringLiteral(QUAV_CLI); }
+    Ran run(const QString& arguments) const { return test::run(program(), words(arguments)); }
+    Ran encode(const QString& arguments) const { return run(u"encode --to flac "_s + arguments); }
+    Ran decode(const QString& arguments) const { return run(u"decode --to wav "_s + arguments); }
+    Ran shell(const QString& script) const { return test::run(u"sh"_s, {u"-c"_s, script}); }
 
     QString wav(const QString& name, unsigned seed = 1) const {
-        WavShape shape;
-        shape.frames = 30011;
-        shape.seed = seed;
-        writeWav(in(name), shape);
+        QDir().mkpath(QFileInfo(in(name)).path());
+        writeWav(in(name), {.frames = 30011, .seed = seed});
         return in(name);
     }
 
     /// A FLAC file made by the tool itself.
     QString flac(const QString& name) const {
-        const QString source = path(QStringLiteral("source.wav"));
-        writeWav(source);
-        test::run(QStringLiteral("flac"), {QStringLiteral("-s"), QStringLiteral("-f"), source,
-                                           QStringLiteral("-o"), in(name)});
-        QFile::remove(source);
+        const QString source = wav(u"source.wav"_s);
+        test::run(u"flac"_s, words(u"-s --delete-input-file -o"_s) << in(name) << source);
         return in(name);
     }
 
@@ -98,35 +80,22 @@ public:
     }
 
 private:
-    static Ran finished(QProcess& process) {
-        process.start();
-        process.waitForFinished(-1);
-        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-                process.readAllStandardOutput(), process.readAllStandardError()};
-    }
-
     QTemporaryDir folder_;
     QTemporaryDir config_;
     QTemporaryDir tools_;
 };
 
 inline bool isSoundFlac(const QString& path) {
-    return run(QStringLiteral("flac"), {QStringLiteral("-s"), QStringLiteral("-t"), path}).status ==
-           0;
+    return run(u"flac"_s, {u"-s"_s, u"-t"_s, path}).status == 0;
 }
 
-/// The objects of an output that has one in every line; a line that holds none becomes an empty
-/// object.
+/// The objects of an output with one in every line; a line without one becomes an empty object.
 inline std::vector<QJsonObject> jsonLines(const QByteArray& output) {
     std::vector<QJsonObject> objects;
     for (const QByteArray& line : output.trimmed().split('\n')) {
         objects.push_back(QJsonDocument::fromJson(line).object());
     }
     return objects;
-}
-
-inline QStringList words(const QString& list) {
-    return list.split(u' ', Qt::SkipEmptyParts);
 }
 
 } // namespace quav::test

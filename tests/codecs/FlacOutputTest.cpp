@@ -7,6 +7,7 @@
 #include <QTest>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::row;
 
 namespace {
@@ -88,30 +89,28 @@ private Q_SLOTS:
     }
     void complaints() {
         QFETCH(QString, line);
-        QTEST(static_cast<int>(flacoutput::complaintIn(line, QStringLiteral("ERROR.wav"))),
-              "complaint");
+        QTEST(static_cast<int>(flacoutput::complaintIn(line, u"ERROR.wav"_s)), "complaint");
     }
 
     void commandLines_data() {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QStringList>("arguments");
-        const QString source = QStringLiteral("/m/a b.wav");
-        const QString output = QStringLiteral("/o/a b.flac");
+        const QString source = u"/m/a b.wav"_s;
+        const QString output = u"/o/a b.flac"_s;
         row("plain", "-5 S -o O", flacEncodeArguments({}, source, output));
         row("everything", "-8 --keep-foreign-metadata -V -f S -o O",
             flacEncodeArguments({8, false, true, true, true}, source, output));
         row("lax has no level", "--lax -V S -o O",
             flacEncodeArguments({8, true, false, true, false}, source, output));
-        row("to WAV", "-d S -o O",
-            flacDecodeArguments({QStringLiteral("WAV"), false, false}, source, output));
+        row("to WAV", "-d S -o O", flacDecodeArguments({u"WAV"_s, false, false}, source, output));
         row("to AIFF", "-d --keep-foreign-metadata -F --force-aiff-format S -o O",
-            flacDecodeArguments({QStringLiteral("AIFF"), true, true}, source, output));
+            flacDecodeArguments({u"AIFF"_s, true, true}, source, output));
     }
     void commandLines() {
         QFETCH(QString, line);
         QFETCH(QStringList, arguments);
-        arguments.replaceInStrings(QStringLiteral("/m/a b.wav"), QStringLiteral("S"));
-        arguments.replaceInStrings(QStringLiteral("/o/a b.flac"), QStringLiteral("O"));
+        arguments.replaceInStrings(u"/m/a b.wav"_s, u"S"_s);
+        arguments.replaceInStrings(u"/o/a b.flac"_s, u"O"_s);
         QCOMPARE(arguments.join(u' '), line);
     }
 };

@@ -17,6 +17,7 @@
 #include <memory>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::audioMd5;
 using quav::test::contents;
 using quav::test::row;
@@ -28,7 +29,7 @@ namespace {
 struct Bench {
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
-    Settings settings{folder.filePath(QStringLiteral("settings.ini"))};
+    Settings settings{folder.filePath(u"settings.ini"_s)};
     test::ScriptedPrompts prompts;
     test::FakeDesktop desktop;
     Workbench workbench{settings, prompts, desktop, toolsWithFlac(toolsDir)};
@@ -37,7 +38,7 @@ struct Bench {
     QStringList failed;
 
     Bench() {
-        QDir(folder.path()).mkdir(QStringLiteral("out"));
+        QDir(folder.path()).mkdir(u"out"_s);
         QObject::connect(&workbench.queue(), &QUAVTaskQueue::taskFinished, &workbench.queue(),
                          [this](const std::shared_ptr<QUAVTask>& task) {
                              if (task->error()) {
@@ -47,16 +48,15 @@ struct Bench {
     }
 
     static ToolsFolder toolsWithFlac(const QTemporaryDir& dir) {
-        QFile::link(QStandardPaths::findExecutable(QStringLiteral("flac")),
-                    dir.filePath(QStringLiteral("flac")));
+        QFile::link(QStandardPaths::findExecutable(u"flac"_s), dir.filePath(u"flac"_s));
         return ToolsFolder(dir.path());
     }
 
     QString path(const QString& name) const { return folder.filePath(name); }
-    QString out(const QString& name) const { return path(QStringLiteral("out/") + name); }
+    QString out(const QString& name) const { return path(u"out/"_s + name); }
 
     CommandOutcome press(ConversionTab& tab) {
-        prompts.folders.push_back(path(QStringLiteral("out")));
+        prompts.folders.push_back(path(u"out"_s));
         return tab.executeCommand();
     }
 
@@ -67,17 +67,16 @@ struct Bench {
     }
 
     QStringList outputs() const {
-        return QDir(path(QStringLiteral("out")))
+        return QDir(path(u"out"_s))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     /// A FLAC file made by the tool itself.
     QString flac(const QString& name) const {
-        const QString wav = path(QStringLiteral("source of fixture.wav"));
+        const QString wav = path(u"source of fixture.wav"_s);
         writeWav(wav);
-        test::run(QStringLiteral("flac"),
-                  {QStringLiteral("-s"), QStringLiteral("-f"), QStringLiteral("-T"),
-                   QStringLiteral("TITLE=Größe"), wav, QStringLiteral("-o"), path(name)});
+        test::run(u"flac"_s,
+                  {u"-s"_s, u"-f"_s, u"-T"_s, u"TITLE=Größe"_s, wav, u"-o"_s, path(name)});
         QFile::remove(wav);
         return path(name);
     }
@@ -110,7 +109,7 @@ private Q_SLOTS:
         row("24 bit AIFF", "It's \"late\" %f (1).wav", 24, "AIFF");
         row("8 bit, leading dash", "-d 100%.WAV", 8, "WAV");
         row("newline, emoji", "a\nb \U0001F3B5.wav", 16, "WAV");
-        row("250 bytes", QString(246, u'n') + QStringLiteral(".wav"), 16, "WAV");
+        row("250 bytes", QString(246, u'n') + u".wav"_s, 16, "WAV");
     }
     void encodesAndDecodesBitExactly() {
         QFETCH(QString, name);
@@ -121,8 +120,8 @@ private Q_SLOTS:
         QVERIFY(writeWav(source, {.frames = 50001, .bits = bits}));
         bench.encode.addFiles({source});
         bench.run(bench.encode);
-        const QString flac = bench.out(baseName(name) + QStringLiteral(".flac"));
-        QCOMPARE(test::run(QStringLiteral("flac"), {QStringLiteral("-ts"), flac}).status, 0);
+        const QString flac = bench.out(baseName(name) + u".flac"_s);
+        QCOMPARE(test::run(u"flac"_s, {u"-ts"_s, flac}).status, 0);
         QCOMPARE(audioMd5(flac), audioMd5(source));
 
         bench.decode.addFiles({flac});
@@ -136,24 +135,20 @@ private Q_SLOTS:
 
     void tagsFollowTheAudio() {
         Bench bench;
-        const QString flac = bench.flac(QStringLiteral("a.FLAC"));
-        for (const QString& format : {QStringLiteral("WAV"), QStringLiteral("AIFF")}) {
+        const QString flac = bench.flac(u"a.FLAC"_s);
+        for (const QString& format : {u"WAV"_s, u"AIFF"_s}) {
             bench.decode.addFiles({flac});
             bench.decode.setOutputFormat(format);
             bench.run(bench.decode);
-            const QString plain = bench.out(QStringLiteral("a.") + format.toLower());
-            QVERIFY(
-                test::run(QStringLiteral("ffprobe"), {QStringLiteral("-v"), QStringLiteral("error"),
-                                                      QStringLiteral("-show_entries"),
-                                                      QStringLiteral("format_tags=title"), plain})
-                    .output.contains("Größe"));
+            const QString plain = bench.out(u"a."_s + format.toLower());
+            QVERIFY(test::run(u"ffprobe"_s, {u"-v"_s, u"error"_s, u"-show_entries"_s,
+                                             u"format_tags=title"_s, plain})
+                        .output.contains("Größe"));
             bench.encode.addFiles({plain});
             bench.prompts.answers = {true};
             bench.run(bench.encode);
             const QByteArray comments =
-                test::run(QStringLiteral("metaflac"), {QStringLiteral("--export-tags-to=-"),
-                                                       bench.out(QStringLiteral("a.flac"))})
-                    .output;
+                test::run(u"metaflac"_s, {u"--export-tags-to=-"_s, bench.out(u"a.flac"_s)}).output;
             QVERIFY(comments.contains("TITLE=Größe"));
             QVERIFY(comments.contains("ENCODER=Quav "));
         }
@@ -173,29 +168,29 @@ private Q_SLOTS:
         QFETCH(QString, kind);
         QFETCH(QString, says);
         Bench bench;
-        const QString bad = bench.flac(QStringLiteral("bad.flac"));
-        const QString good = bench.flac(QStringLiteral("good.flac"));
+        const QString bad = bench.flac(u"bad.flac"_s);
+        const QString good = bench.flac(u"good.flac"_s);
         bench.decode.addFiles({bad, good});
         if (kind == u"truncated" || kind == u"flipped") {
             damage(bad, kind == u"truncated");
         } else if (kind == u"deleted") {
             QFile::remove(bad);
         } else if (kind == u"clash") {
-            QVERIFY(writeWav(bench.out(QStringLiteral("bad.wav")), {.frames = 5}));
+            QVERIFY(writeWav(bench.out(u"bad.wav"_s), {.frames = 5}));
         } else {
             QFile file(bad);
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(kind == u"text" ? "no music at all\n" : "");
         }
         const QByteArray before = contents(bad);
-        const QByteArray outputBefore = contents(bench.out(QStringLiteral("bad.wav")));
+        const QByteArray outputBefore = contents(bench.out(u"bad.wav"_s));
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
         bench.decode.setDeleteOriginals(true);
         bench.run(bench.decode);
-        QCOMPARE(bench.failed, QStringList{QStringLiteral("bad.flac")});
+        QCOMPARE(bench.failed, QStringList{u"bad.flac"_s});
         QCOMPARE(contents(bad), before);
-        QCOMPARE(contents(bench.out(QStringLiteral("bad.wav"))), outputBefore);
-        QVERIFY(!QFile::exists(good) && QFile::exists(bench.out(QStringLiteral("good.wav"))));
+        QCOMPARE(contents(bench.out(u"bad.wav"_s)), outputBefore);
+        QVERIFY(!QFile::exists(good) && QFile::exists(bench.out(u"good.wav"_s)));
         QCOMPARE(windows.count(), 1);
         QVERIFY2(windows[0][0].toString().contains(says), qPrintable(windows[0][0].toString()));
         QCOMPARE(bench.workbench.queue().rows().rowCount(), 1);
@@ -203,7 +198,7 @@ private Q_SLOTS:
 
     void aDamagedDecodeIsCompleteButWarnsAndKeepsItsSource() {
         Bench bench;
-        const QString bad = bench.flac(QStringLiteral("bad.flac"));
+        const QString bad = bench.flac(u"bad.flac"_s);
         damage(bad, false);
         bench.decode.addFiles({bad});
         bench.decode.setDecodeFlacThroughErrors(true);
@@ -213,7 +208,7 @@ private Q_SLOTS:
         QVERIFY(bench.failed.isEmpty());
         QCOMPARE(windows.count(), 0);
         QVERIFY(bench.workbench.queue().warnings().join(u'\n').contains(u"ERROR"));
-        QVERIFY(QFile::exists(bad) && QFile::exists(bench.out(QStringLiteral("bad.wav"))));
+        QVERIFY(QFile::exists(bad) && QFile::exists(bench.out(u"bad.wav"_s)));
     }
 
     void overwritingAsksAndAFailureBringsTheOldOutputBack_data() {
@@ -227,14 +222,14 @@ private Q_SLOTS:
         QFETCH(bool, answer);
         QFETCH(bool, sourceIsAudio);
         Bench bench;
-        const QString source = bench.path(QStringLiteral("a.wav"));
+        const QString source = bench.path(u"a.wav"_s);
         QVERIFY(writeWav(source));
-        const QString old = bench.flac(QStringLiteral("out/a.flac"));
+        const QString old = bench.flac(u"out/a.flac"_s);
         if (!sourceIsAudio) {
             QFile::resize(source, 20);
         }
         const QByteArray before = contents(old);
-        QVERIFY(writeWav(source + QStringLiteral(".keep")));
+        QVERIFY(writeWav(source + u".keep"_s));
         bench.encode.addFiles({source});
         bench.encode.setFlacLevel(0);
         bench.prompts.answers = {answer};
@@ -248,7 +243,7 @@ private Q_SLOTS:
         QCOMPARE(bench.prompts.questions[0].defaultButton, u"No");
         QCOMPARE(bench.encode.files().rowCount(), answer ? 0 : 1);
         QCOMPARE(contents(old) == before, !(answer && sourceIsAudio));
-        QCOMPARE(bench.outputs(), QStringList{QStringLiteral("a.flac")});
+        QCOMPARE(bench.outputs(), QStringList{u"a.flac"_s});
     }
 
     void encodingAFileOntoItselfNeverDeletesIt_data() {
@@ -259,17 +254,17 @@ private Q_SLOTS:
     void encodingAFileOntoItselfNeverDeletesIt() {
         QFETCH(bool, throughLink);
         Bench bench;
-        const QString flac = bench.flac(QStringLiteral("out/x.flac"));
+        const QString flac = bench.flac(u"out/x.flac"_s);
         const QByteArray audio = audioMd5(flac);
-        const QString link = bench.path(QStringLiteral("link"));
-        QVERIFY(QFile::link(bench.path(QStringLiteral("out")), link));
-        bench.encode.addFiles({throughLink ? link + QStringLiteral("/x.flac") : flac});
+        const QString link = bench.path(u"link"_s);
+        QVERIFY(QFile::link(bench.path(u"out"_s), link));
+        bench.encode.addFiles({throughLink ? link + u"/x.flac"_s : flac});
         bench.encode.setDeleteOriginals(true);
         bench.prompts.answers = {true, true};
         bench.run(bench.encode);
         QVERIFY(bench.failed.isEmpty());
         QCOMPARE(audioMd5(flac), audio);
-        QCOMPARE(bench.outputs(), QStringList{QStringLiteral("x.flac")});
+        QCOMPARE(bench.outputs(), QStringList{u"x.flac"_s});
     }
 
     void nothingStartsWhen_data() {
@@ -284,19 +279,19 @@ private Q_SLOTS:
         QFETCH(QString, obstacle);
         QFETCH(QString, says);
         Bench bench;
-        QDir(bench.folder.path()).mkdir(QStringLiteral("b"));
-        QVERIFY(writeWav(bench.path(QStringLiteral("a.wav"))));
-        QVERIFY(writeWav(bench.path(QStringLiteral("b/a.wav"))));
-        bench.encode.addFiles({bench.path(QStringLiteral("a.wav"))});
+        QDir(bench.folder.path()).mkdir(u"b"_s);
+        QVERIFY(writeWav(bench.path(u"a.wav"_s)));
+        QVERIFY(writeWav(bench.path(u"b/a.wav"_s)));
+        bench.encode.addFiles({bench.path(u"a.wav"_s)});
         if (obstacle == u"shared") {
-            bench.encode.addFiles({bench.path(QStringLiteral("b/a.wav"))});
+            bench.encode.addFiles({bench.path(u"b/a.wav"_s)});
         } else if (obstacle == u"tool") {
-            QFile::remove(bench.toolsDir.filePath(QStringLiteral("flac")));
+            QFile::remove(bench.toolsDir.filePath(u"flac"_s));
         } else {
-            QDir(bench.folder.path()).rmdir(QStringLiteral("out"));
+            QDir(bench.folder.path()).rmdir(u"out"_s);
         }
         if (obstacle == u"file") {
-            QVERIFY(writeWav(bench.path(QStringLiteral("out"))));
+            QVERIFY(writeWav(bench.path(u"out"_s)));
         }
         const int listed = bench.encode.files().rowCount();
         QCOMPARE(bench.press(bench.encode), CommandOutcome::Refused);
@@ -308,39 +303,34 @@ private Q_SLOTS:
 
     void aFullDiskLeavesNothingBehind() {
         Bench bench;
-        const QString out = bench.path(QStringLiteral("out"));
-        if (test::run(QStringLiteral("mount"),
-                      {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"),
-                       QStringLiteral("size=64k"), QStringLiteral("tmpfs"), out})
+        const QString out = bench.path(u"out"_s);
+        if (test::run(u"mount"_s, {u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=64k"_s, u"tmpfs"_s, out})
                 .status != 0) {
             QSKIP("a small file system cannot be mounted here");
         }
-        const QString source = bench.path(QStringLiteral("a.wav"));
+        const QString source = bench.path(u"a.wav"_s);
         QVERIFY(writeWav(source));
         bench.encode.addFiles({source});
         bench.encode.setDeleteOriginals(true);
         bench.run(bench.encode);
         const QStringList left = bench.outputs();
-        test::run(QStringLiteral("umount"), {out});
-        QCOMPARE(bench.failed, QStringList{QStringLiteral("a.wav")});
+        test::run(u"umount"_s, {out});
+        QCOMPARE(bench.failed, QStringList{u"a.wav"_s});
         QVERIFY(left.isEmpty() && QFile::exists(source));
     }
 
     void aDiskThatFillsUpWithTagsLeavesNothingBehind() {
         Bench bench;
-        const QString flac = bench.flac(QStringLiteral("a.flac"));
-        const QString comment = bench.path(QStringLiteral("comment"));
+        const QString flac = bench.flac(u"a.flac"_s);
+        const QString comment = bench.path(u"comment"_s);
         QFile text(comment);
         QVERIFY(text.open(QIODevice::WriteOnly) && text.write(QByteArray(90000, 'x')) == 90000);
         text.close();
-        QCOMPARE(test::run(QStringLiteral("metaflac"),
-                           {QStringLiteral("--set-tag-from-file=COMMENT=") + comment, flac})
-                     .status,
-                 0);
-        const QString out = bench.path(QStringLiteral("out"));
-        if (test::run(QStringLiteral("mount"),
-                      {QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("-o"),
-                       QStringLiteral("size=420k"), QStringLiteral("tmpfs"), out})
+        QCOMPARE(
+            test::run(u"metaflac"_s, {u"--set-tag-from-file=COMMENT="_s + comment, flac}).status,
+            0);
+        const QString out = bench.path(u"out"_s);
+        if (test::run(u"mount"_s, {u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=420k"_s, u"tmpfs"_s, out})
                 .status != 0) {
             QSKIP("a small file system cannot be mounted here");
         }
@@ -348,15 +338,15 @@ private Q_SLOTS:
         bench.decode.setDeleteOriginals(true);
         bench.run(bench.decode);
         const QStringList left = bench.outputs();
-        test::run(QStringLiteral("umount"), {out});
-        QCOMPARE(bench.failed, QStringList{QStringLiteral("a.flac")});
+        test::run(u"umount"_s, {out});
+        QCOMPARE(bench.failed, QStringList{u"a.flac"_s});
         QVERIFY(left.isEmpty() && QFile::exists(flac));
     }
 
     void declinedQuestionsLeaveEverythingAsItIs() {
         Bench bench;
-        QVERIFY(writeWav(bench.path(QStringLiteral("a.wav"))));
-        bench.encode.addFiles({bench.path(QStringLiteral("a.wav"))});
+        QVERIFY(writeWav(bench.path(u"a.wav"_s)));
+        bench.encode.addFiles({bench.path(u"a.wav"_s)});
         bench.encode.setDeleteOriginals(true);
         bench.prompts.answers = {false};
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
@@ -369,31 +359,31 @@ private Q_SLOTS:
         bench.settings.set(keys::warnOnDelete, false);
         bench.encode.setDeleteOriginals(true);
         bench.run(bench.encode);
-        QVERIFY(!QFile::exists(bench.path(QStringLiteral("a.wav"))));
+        QVERIFY(!QFile::exists(bench.path(u"a.wav"_s)));
     }
 
     void kindsWithoutATaskStayInTheList() {
         Bench bench;
-        const QString tta = bench.path(QStringLiteral("b.tta"));
-        const QString odd = bench.path(QStringLiteral("c.xyz"));
+        const QString tta = bench.path(u"b.tta"_s);
+        const QString odd = bench.path(u"c.xyz"_s);
         QVERIFY(writeWav(tta) && writeWav(odd));
-        bench.decode.addFiles({tta, odd, bench.flac(QStringLiteral("a.flac"))});
+        bench.decode.addFiles({tta, odd, bench.flac(u"a.flac"_s)});
         bench.run(bench.decode);
         QCOMPARE(bench.decode.fileNames(), (QStringList{tta, odd}));
-        QCOMPARE(bench.prompts.alertMessages, QStringList{QStringLiteral("b.tta\nc.xyz")});
+        QCOMPARE(bench.prompts.alertMessages, QStringList{u"b.tta\nc.xyz"_s});
     }
 
     void filesThatComeWhileAQuestionIsOpenStay() {
         Bench bench;
-        const QString late = bench.path(QStringLiteral("late.wav"));
-        QVERIFY(writeWav(bench.path(QStringLiteral("a.wav"))) && writeWav(late));
-        bench.flac(QStringLiteral("out/a.flac"));
-        bench.encode.addFiles({bench.path(QStringLiteral("a.wav"))});
+        const QString late = bench.path(u"late.wav"_s);
+        QVERIFY(writeWav(bench.path(u"a.wav"_s)) && writeWav(late));
+        bench.flac(u"out/a.flac"_s);
+        bench.encode.addFiles({bench.path(u"a.wav"_s)});
         bench.prompts.answers = {true};
         bench.prompts.beforeAnswer = [&] { bench.encode.addFiles({late}); };
         bench.run(bench.encode);
         QCOMPARE(bench.encode.fileNames(), QStringList{late});
-        QCOMPARE(bench.outputs(), QStringList{QStringLiteral("a.flac")});
+        QCOMPARE(bench.outputs(), QStringList{u"a.flac"_s});
     }
 
     void cancelledWaitingDecodesShowNoReport() {
@@ -401,7 +391,7 @@ private Q_SLOTS:
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         for (int i = 0; i < 5; ++i) {
-            bench.decode.addFiles({bench.flac(QStringLiteral("%1.flac").arg(i))});
+            bench.decode.addFiles({bench.flac(u"%1.flac"_s.arg(i))});
         }
         QCOMPARE(bench.press(bench.decode), CommandOutcome::Queued);
         bench.workbench.queue().cancelAllTasks();
@@ -411,19 +401,19 @@ private Q_SLOTS:
 
     void aToolWithoutAnOutputHasFailed() {
         Bench bench;
-        const QString tool = bench.toolsDir.filePath(QStringLiteral("flac"));
+        const QString tool = bench.toolsDir.filePath(u"flac"_s);
         QFile::remove(tool);
-        QFile::link(QStandardPaths::findExecutable(QStringLiteral("true")), tool);
-        bench.decode.addFiles({bench.flac(QStringLiteral("a.flac"))});
+        QFile::link(QStandardPaths::findExecutable(u"true"_s), tool);
+        bench.decode.addFiles({bench.flac(u"a.flac"_s)});
         bench.decode.setDeleteOriginals(true);
         bench.run(bench.decode);
-        QCOMPARE(bench.failed, QStringList{QStringLiteral("a.flac")});
-        QVERIFY(QFile::exists(bench.path(QStringLiteral("a.flac"))));
+        QCOMPARE(bench.failed, QStringList{u"a.flac"_s});
+        QVERIFY(QFile::exists(bench.path(u"a.flac"_s)));
     }
 
     void foreignMetadataComesBackByteForByte() {
         Bench bench;
-        const QString wav = bench.path(QStringLiteral("bext.wav"));
+        const QString wav = bench.path(u"bext.wav"_s);
         QVERIFY(writeWav(wav));
         QFile file(wav);
         QVERIFY(file.open(QIODevice::Append));
@@ -439,10 +429,10 @@ private Q_SLOTS:
         bench.encode.addFiles({wav});
         bench.encode.setFlacKeepForeignMetadata(true);
         bench.run(bench.encode);
-        bench.decode.addFiles({bench.out(QStringLiteral("bext.flac"))});
+        bench.decode.addFiles({bench.out(u"bext.flac"_s)});
         bench.decode.setKeepForeignMetadata(true);
         bench.run(bench.decode);
-        QVERIFY(contents(bench.out(QStringLiteral("bext.wav"))).contains(chunk));
+        QVERIFY(contents(bench.out(u"bext.wav"_s)).contains(chunk));
     }
 };
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::Rig;
 using quav::test::row;
 
@@ -168,7 +169,7 @@ private Q_SLOTS:
                 member->setResults(results);
                 results->addTaskInSet(*member);
             }
-            const auto followUp = std::make_shared<EmptyTask>(rig.queue, QStringLiteral("after"));
+            const auto followUp = std::make_shared<EmptyTask>(rig.queue, u"after"_s);
             results->setTaskAfterSetDone(followUp);
             QSignalSpy finished(&rig.queue, &QUAVTaskQueue::taskFinished);
             QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
@@ -225,7 +226,7 @@ private Q_SLOTS:
         complete(rig, tasks[0]);
         QVERIFY(rig.desktop.notifications.isEmpty());
         complete(rig, tasks[1]);
-        QCOMPARE(rig.desktop.notifications, QStringList{QStringLiteral("Quav task(s) completed")});
+        QCOMPARE(rig.desktop.notifications, QStringList{u"Quav task(s) completed"_s});
         QCOMPARE(rig.desktop.attentionRequests, offersNotifications ? 0 : 1);
         QCOMPARE(closed.count(), 1);
         QCOMPARE(tasks[0]->row().statusLine, u"Complete");
@@ -253,7 +254,7 @@ private Q_SLOTS:
 
     void aTaskThatCannotStartFailsAndFreesItsSlot() {
         Rig rig(1);
-        const auto broken = std::make_shared<UnstartableTask>(rig.queue, QStringLiteral("broken"));
+        const auto broken = std::make_shared<UnstartableTask>(rig.queue, u"broken"_s);
         const Held next = heldTasks(rig, 2);
         QVERIFY_EXCEPTION_THROWN(rig.queue.addTask(broken), std::runtime_error);
         add(rig, next);
@@ -283,9 +284,9 @@ private Q_SLOTS:
             results->addTaskInSet(*task);
         }
         add(rig, tasks);
-        results->appendResults(QStringLiteral("third"), *tasks[2]);
-        results->appendResults(QStringLiteral("set"));
-        results->appendResults(QStringLiteral("lost"), *heldTasks(rig, 1).front());
+        results->appendResults(u"third"_s, *tasks[2]);
+        results->appendResults(u"set"_s);
+        results->appendResults(u"lost"_s, *heldTasks(rig, 1).front());
         complete(rig, tasks[2]);
         complete(rig, tasks[0]);
         QCOMPARE(windows.count(), 0);
@@ -358,7 +359,7 @@ private Q_SLOTS:
                     setProgressIndicatorValue(percent);
                     push(Bar);
                 }
-                results()->appendResults(QStringLiteral("report"), *this);
+                results()->appendResults(u"report"_s, *this);
                 if (throwing_) {
                     throw std::runtime_error("no more room");
                 }

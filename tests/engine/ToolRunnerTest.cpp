@@ -13,6 +13,7 @@
 #include <QTest>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::contents;
 using quav::test::Rig;
 using quav::test::row;
@@ -23,8 +24,7 @@ namespace {
 class ShellTask : public QUAVAsyncNSTask {
 public:
     ShellTask(TaskHost& queue, const QString& script)
-        : QUAVAsyncNSTask(queue, queue.toolsFolder().tool(QStringLiteral("sh")),
-                          {QStringLiteral("-c"), script}) {}
+        : QUAVAsyncNSTask(queue, queue.toolsFolder().tool(u"sh"_s), {u"-c"_s, script}) {}
 
     QStringList pieces;
     bool cleanedUp = false;
@@ -83,7 +83,7 @@ private Q_SLOTS:
 
     void aMillionLinesArriveWhole() {
         Rig rig;
-        const auto task = std::make_shared<ShellTask>(rig.queue, QStringLiteral("seq 1000000"));
+        const auto task = std::make_shared<ShellTask>(rig.queue, u"seq 1000000"_s);
         runToIdle(rig, task);
         QCOMPARE(task->pieces.size(), 1000000);
         QCOMPARE(task->pieces.last(), u"1000000\n");
@@ -94,22 +94,20 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         const auto task = std::make_shared<ShellTask>(
-            rig.queue, QStringLiteral("sleep 30 & echo $! >'%1'; echo out")
-                           .arg(rig.path(QStringLiteral("pid"))));
+            rig.queue, u"sleep 30 & echo $! >'%1'; echo out"_s.arg(rig.path(u"pid"_s)));
         runToIdle(rig, task);
         QVERIFY(clock.elapsed() < 10000);
         QCOMPARE(task->results()->resultsOf(*task), u"out\n");
-        quav::test::run(QStringLiteral("kill"),
-                        {QString::fromLatin1(contents(rig.path(QStringLiteral("pid")))).trimmed()});
+        quav::test::run(u"kill"_s, {QString::fromLatin1(contents(rig.path(u"pid"_s))).trimmed()});
     }
 
     void cancellingLetsTheToolFinish() {
         Rig rig(1);
         QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
-        const QString gate = rig.path(QStringLiteral("gate"));
+        const QString gate = rig.path(u"gate"_s);
         const auto task = std::make_shared<ShellTask>(
-            rig.queue, QStringLiteral("mkfifo '%1'; echo up; read x <'%1'; exit 3").arg(gate));
-        const auto waiting = std::make_shared<ShellTask>(rig.queue, QStringLiteral("true"));
+            rig.queue, u"mkfifo '%1'; echo up; read x <'%1'; exit 3"_s.arg(gate));
+        const auto waiting = std::make_shared<ShellTask>(rig.queue, u"true"_s);
         rig.queue.addTasks({task, waiting});
         QTRY_COMPARE(task->pieces.size(), 1);
         rig.queue.cancelAllTasks();
@@ -117,8 +115,7 @@ private Q_SLOTS:
         QVERIFY(!waiting->wasLaunched() && !waiting->cleanedUp);
         QVERIFY(task->isActive());
         QVERIFY(QFile(gate).exists());
-        quav::test::run(QStringLiteral("sh"),
-                        {QStringLiteral("-c"), QStringLiteral("echo go >'%1'").arg(gate)});
+        quav::test::run(u"sh"_s, {u"-c"_s, u"echo go >'%1'"_s.arg(gate)});
         QTRY_COMPARE(idle.count(), 1);
         QVERIFY(task->isDone() && task->cancelled() && !task->error());
         QCOMPARE(task->row().mainLine, u"Canceled");
@@ -128,13 +125,12 @@ private Q_SLOTS:
         QByteArray pid;
         {
             Rig rig;
-            const auto task =
-                std::make_shared<ShellTask>(rig.queue, QStringLiteral("echo $$; sleep 1000"));
+            const auto task = std::make_shared<ShellTask>(rig.queue, u"echo $$; sleep 1000"_s);
             rig.queue.addTask(task);
             QTRY_COMPARE(task->pieces.size(), 1);
             pid = task->pieces[0].trimmed().toLatin1();
         }
-        QVERIFY(!QFile::exists(QStringLiteral("/proc/%1").arg(QString::fromLatin1(pid))));
+        QVERIFY(!QFile::exists(u"/proc/%1"_s.arg(QString::fromLatin1(pid))));
     }
 
     void aHookThatThrowsFailsItsTask() {
@@ -148,7 +144,7 @@ private Q_SLOTS:
             }
         };
         Rig rig;
-        const auto task = std::make_shared<Throwing>(rig.queue, QStringLiteral("echo out"));
+        const auto task = std::make_shared<Throwing>(rig.queue, u"echo out"_s);
         runToIdle(rig, task);
         QVERIFY(task->error());
         QVERIFY(task->results()->resultsOf(*task).contains(u"cannot read this"));
@@ -157,7 +153,7 @@ private Q_SLOTS:
     void aMissingToolFailsWithItsName() {
         Rig rig;
         const auto task = std::make_shared<QUAVAsyncNSTask>(
-            rig.queue, rig.tools.tool(QStringLiteral("no-such-tool")), QStringList());
+            rig.queue, rig.tools.tool(u"no-such-tool"_s), QStringList());
         QVERIFY_EXCEPTION_THROWN(rig.queue.addTask(task), ToolLaunchError);
         QTRY_COMPARE(task->row().statusLine, u"Error");
         QVERIFY(task->results()->results().contains(u"no-such-tool"));
@@ -169,35 +165,32 @@ private Q_SLOTS:
         qputenv("LC_ALL", "C");
         Rig rig;
         const QString path = qEnvironmentVariable("PATH");
-        const QString more = rig.path(QStringLiteral("more"));
+        const QString more = rig.path(u"more"_s);
         const auto task = std::make_shared<ShellTask>(
-            rig.queue,
-            QStringLiteral("echo \"$PATH|$NSUnbufferedIO|$POSIXLY_CORRECT|$LC_ALL|\"; pwd"));
+            rig.queue, u"echo \"$PATH|$NSUnbufferedIO|$POSIXLY_CORRECT|$LC_ALL|\"; pwd"_s);
         task->appendToPATH(more);
         task->setDirectory(rig.folder.path());
         runToIdle(rig, task);
         qunsetenv("POSIXLY_CORRECT");
         qputenv("LC_ALL", "C.UTF-8");
-        QCOMPARE(task->results()->resultsOf(*task),
-                 QStringLiteral("%1:%2:%3|YES||C.UTF-8|\n%4\n")
-                     .arg(path, rig.tools.path(), more, rig.folder.path()));
+        QCOMPARE(
+            task->results()->resultsOf(*task),
+            u"%1:%2:%3|YES||C.UTF-8|\n%4\n"_s.arg(path, rig.tools.path(), more, rig.folder.path()));
     }
 
     void theDescriptionQuotesEveryArgument() {
         Rig rig;
-        const QUAVAsyncNSTask task(rig.queue, QStringLiteral("/bin/tool"),
-                                   {QStringLiteral("-x"), QStringLiteral("a b")});
+        const QUAVAsyncNSTask task(rig.queue, u"/bin/tool"_s, {u"-x"_s, u"a b"_s});
         QCOMPARE(task.description(), u"\"/bin/tool\"\n \"-x\"\n \"a b\"\n ");
     }
 
     void aReportGoesToItsFile() {
         Rig rig;
         QSignalSpy windows(&rig.queue, &QUAVTaskQueue::outputWindowRequested);
-        const QString file = rig.path(QStringLiteral("größe.txt"));
+        const QString file = rig.path(u"größe.txt"_s);
         const auto task = std::make_shared<QUAVAsyncNSTaskFileOutputRedirection>(
-            file, rig.queue, rig.tools.tool(QStringLiteral("sh")),
-            QStringList{QStringLiteral("-c"), QStringLiteral("echo über")});
-        task->setSubTitle(QStringLiteral("Reading"));
+            file, rig.queue, rig.tools.tool(u"sh"_s), QStringList{u"-c"_s, u"echo über"_s});
+        task->setSubTitle(u"Reading"_s);
         runToIdle(rig, task);
         QCOMPARE(contents(file), QByteArray("über\n\n"));
         QCOMPARE(windows.count(), 0);
@@ -205,8 +198,8 @@ private Q_SLOTS:
 
     void aSynchronousRunReturnsEverything() {
         const Rig rig;
-        NSTaskWrapperSync run(rig.tools, rig.tools.tool(QStringLiteral("sh")),
-                              {QStringLiteral("-c"), QStringLiteral("echo ä; echo b >&2; exit 4")});
+        NSTaskWrapperSync run(rig.tools, rig.tools.tool(u"sh"_s),
+                              {u"-c"_s, u"echo ä; echo b >&2; exit 4"_s});
         QCOMPARE(run.runTask(), u"ä\nb\n");
         QCOMPARE(run.output(), u"ä\nb\n");
     }
@@ -216,15 +209,15 @@ private Q_SLOTS:
                                  "99% complete\b\b\b\b\b\b\b\b\b\b\b\bdone         \n"
                                  "a\r\n\r 17%\r 19%\rtail";
         const QStringList expected{
-            QStringLiteral("\n"),
-            QStringLiteral("flac 1.4.2\n"),
-            QStringLiteral("big ü.flac: 61% complete"),
-            QString(12, u'\b') + QStringLiteral("99% complete"),
-            QString(12, u'\b') + QStringLiteral("done         \n"),
-            QStringLiteral("a\r\n"),
-            QStringLiteral("\r 17%"),
-            QStringLiteral("\r 19%"),
-            QStringLiteral("\rtail"),
+            u"\n"_s,
+            u"flac 1.4.2\n"_s,
+            u"big ü.flac: 61% complete"_s,
+            QString(12, u'\b') + u"99% complete"_s,
+            QString(12, u'\b') + u"done         \n"_s,
+            u"a\r\n"_s,
+            u"\r 17%"_s,
+            u"\r 19%"_s,
+            u"\rtail"_s,
         };
         for (qsizetype cut = 0; cut <= bytes.size(); ++cut) {
             ToolPieces pieces;
@@ -244,25 +237,23 @@ private Q_SLOTS:
 
     void temporaryNames() {
         const QTemporaryDir folder;
-        const QString first = Util::generateTempFileName(folder.path(), QStringLiteral("wav"));
-        const QString second = Util::generateTempFileName(folder.path(), QStringLiteral("wav"));
-        const QString pattern = Util::generateTempFileName2(folder.path(), QStringLiteral("wav"));
+        const QString first = Util::generateTempFileName(folder.path(), u"wav"_s);
+        const QString second = Util::generateTempFileName(folder.path(), u"wav"_s);
+        const QString pattern = Util::generateTempFileName2(folder.path(), u"wav"_s);
         QVERIFY(first != second);
         QVERIFY(QFile::exists(first) && QFile::exists(second) && !QFile::exists(pattern));
-        QVERIFY(quavEndsWith(pattern, QStringLiteral("-XXXXXXXX.wav")));
+        QVERIFY(quavEndsWith(pattern, u"-XXXXXXXX.wav"_s));
         const qsizetype kept = pattern.size() - 12;
         QCOMPARE(first.left(kept), pattern.left(kept));
-        QVERIFY(QRegularExpression(QStringLiteral("^/.*/Quav-[0-9a-f]{8}-X{8}\\.wav$"))
-                    .match(pattern)
-                    .hasMatch());
+        QVERIFY(
+            QRegularExpression(u"^/.*/Quav-[0-9a-f]{8}-X{8}\\.wav$"_s).match(pattern).hasMatch());
         QVERIFY_EXCEPTION_THROWN(Util::generateTempFileName(folder.path(), {}),
                                  std::invalid_argument);
-        QVERIFY_EXCEPTION_THROWN(
-            Util::generateTempFileName(QStringLiteral("/no/such/folder"), QStringLiteral("wav")),
-            std::system_error);
-        QVERIFY(quavStartsWith(QStringLiteral("abcdef"), QStringLiteral("abc")));
-        QVERIFY(!quavStartsWith(QStringLiteral("abcdef"), {}));
-        QVERIFY(!quavEndsWith(QStringLiteral("abcdef"), {}));
+        QVERIFY_EXCEPTION_THROWN(Util::generateTempFileName(u"/no/such/folder"_s, u"wav"_s),
+                                 std::system_error);
+        QVERIFY(quavStartsWith(u"abcdef"_s, u"abc"_s));
+        QVERIFY(!quavStartsWith(u"abcdef"_s, {}));
+        QVERIFY(!quavEndsWith(u"abcdef"_s, {}));
     }
 
     void deletingFollowsTheSetting_data() {
@@ -274,14 +265,13 @@ private Q_SLOTS:
         QFETCH(int, trashOrDelete);
         Rig rig;
         // The trash of the home file system is only used for files that lie on it.
-        qputenv("XDG_DATA_HOME", rig.path(QStringLiteral("data")).toUtf8());
+        qputenv("XDG_DATA_HOME", rig.path(u"data"_s).toUtf8());
         rig.settings.set(keys::trashOrDelete, trashOrDelete);
-        const QString file = rig.path(QStringLiteral("a b.wav"));
+        const QString file = rig.path(u"a b.wav"_s);
         QVERIFY(quav::test::writeWav(file));
         Util::deleteFile(file, rig.settings, rig.desktop);
         QVERIFY(!QFile::exists(file));
-        QCOMPARE(QFile::exists(rig.path(QStringLiteral("data/Trash/files/a b.wav"))),
-                 trashOrDelete != 0);
+        QCOMPARE(QFile::exists(rig.path(u"data/Trash/files/a b.wav"_s)), trashOrDelete != 0);
         qunsetenv("XDG_DATA_HOME");
     }
 
@@ -301,7 +291,7 @@ private Q_SLOTS:
         QFETCH(bool, overwrite);
         QFETCH(bool, commits);
         const QTemporaryDir folder;
-        const QString output = folder.filePath(QStringLiteral("out.flac"));
+        const QString output = folder.filePath(u"out.flac"_s);
         const auto write = [&](const char* text) {
             QFile file(output);
             QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
@@ -310,7 +300,7 @@ private Q_SLOTS:
             write("old");
         }
         {
-            OutputGuard guard(output, folder.filePath(QStringLiteral("source.wav")),
+            OutputGuard guard(output, folder.filePath(u"source.wav"_s),
                               overwrite ? OutputGuard::Existing::Overwrite
                                         : OutputGuard::Existing::Keep);
             QVERIFY(!guard.producedHere());

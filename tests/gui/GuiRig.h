@@ -10,126 +10,26 @@
 #include "support/ScriptedPrompts.h"
 #include "workbench/Workbench.h"
 
-#include <QAbstractButton>
-#include <QDropEvent>
-#include <QFile>
 #include <QMimeData>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QUrl>
+#include <QTest>
 
 #include <sys/stat.h>
 
-#include <fcntl.h>
 #include <stdexcept>
-#include <unistd.h>
 
 namespace quav::test {
 
-/// Makes the tools of a folder wait, each for its own permission, before they do their work.
-class Gate {
-public:
-    /// Replaces the tool by one that waits and then becomes the real one.
-    Gate(const QString& toolsDir, const QString& tool) {
-        const QString fifo = joinPath(toolsDir, QStringLiteral("gate"));
-        const QByteArray name = QFile::encodeName(fifo);
-        if (::mkfifo(name.constData(), S_IRUSR | S_IWUSR) != 0) {
-            throw std::runtime_error("mkfifo");
-        }
-        // Open for both, so that nobody waits for the other end.
-        descriptor_ = ::open(name.constData(), O_RDWR | O_CLOEXEC);
-        const QString script = QStringLiteral("#!/bin/sh\nread -r permission < '%1'\nexec '%2' "
-                                              "\"$@\"\n")
-                                   .arg(fifo, QStandardPaths::findExecutable(tool));
-        QFile::remove(joinPath(toolsDir, tool));
-        QFile file(joinPath(toolsDir, tool));
-        if (!file.open(QIODevice::WriteOnly) || file.write(script.toUtf8()) < 0) {
-            throw std::runtime_error("no script");
-        }
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    ~Gate() {
-        // Nobody is left waiting behind a test that failed.
-        letPass(64);
-        ::close(descriptor_);
-    }
-    Gate(const Gate&) = delete;
-    Gate& operator=(const Gate&) = delete;
-
-    void letPass(int tools) {
-        const QByteArray permissions(tools, '\n');
-        if (::write(descriptor_, permissions.constData(),
-                    static_cast<size_t>(permissions.size())) != permissions.size()) {
-            qWarning("The gate is stuck");
-        }
-    }
-
-private:
-    int descriptor_ = -1;
-};
-
-/// The whole program with its windows, over settings and folders of its own and the real `flac`.
-class GuiRig {
-public:
-    explicit GuiRig(int maxThreads = 2)
-        : workbench(limited(settings, maxThreads), prompts, desktop, ToolsFolder(toolsDir.path())) {
-        const QString flac = QStringLiteral("flac");
-        QFile::link(QStandardPaths::findExecutable(flac), joinPath(toolsDir.path(), flac));
-        QObject::connect(&workbench.queue(), &QUAVTaskQueue::outputWindowRequested, &outputWindows,
-                         &OutputWindows::show);
-        window.show();
-    }
-
-    /// A path in the rig's own folder.
-    QString path(const char* name) const {
-        return joinPath(folder.path(), QString::fromUtf8(name));
-    }
-
-    QString wav(const char* name) const {
-        writeWav(path(name));
-        return path(name);
-    }
-
-    /// A file that is called FLAC and is none.
-    QString noFlac(const char* name) const {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write("This is a text.\n") < 0) {
-            throw std::runtime_error("no file");
-        }
-        return file.fileName();
-    }
-
-    /// Puts the tab's files to work in the rig's own folder.
-    void start(BaseTab& tab, const QStringList& files) {
-        tab.addFiles(files);
-        prompts.folders = {folder.path()};
-        tab.executeCommand();
-    }
-
-    QTemporaryDir folder;
-    QTemporaryDir toolsDir;
-    Settings settings{joinPath(folder.path(), QStringLiteral("settings.ini"))};
-    ScriptedPrompts prompts;
-    FakeDesktop desktop;
-    Workbench workbench;
-    OutputWindows outputWindows{prompts};
-    StatusPanel panel{workbench.queue(), outputWindows};
-    MainWindow window{workbench, panel, outputWindows};
-
-private:
-    static Settings& limited(Settings& settings, int maxThreads) {
-        settings.set(keys::maxThreads, maxThreads);
-        return settings;
-    }
-};
+using namespace Qt::StringLiterals;
 
 /// The shown widget of a kind below another whose text, without the mnemonic, begins so.
 template <typename Widget>
 Widget* shown(QWidget& above, const char* text) {
     const QList<Widget*> all = above.findChildren<Widget*>();
     for (Widget* one : all) {
-        QString label = one->property("text").toString();
-        label = label.isEmpty() ? one->property("title").toString() : label;
+        QString label = one->property("text").toString() + one->property("title").toString();
         if (one->isVisible() && label.remove(u'&').startsWith(QString::fromUtf8(text))) {
             return one;
         }
@@ -137,10 +37,15 @@ Widget* shown(QWidget& above, const char* text) {
     return nullptr;
 }
 
-/// The text of a shown button that begins so, without the mnemonic.
-inline QString buttonText(QWidget& above, const char* text) {
-    const auto* button = shown<QAbstractButton>(above, text);
-    return button ? button->text().remove(u'&') : QString();
+/// Presses the button whose text begins so.
+inline void press(QWidget& above, const char* text) {
+    QTest::mouseClick(shown<QPushButton>(above, text), Qt::LeftButton);
+}
+
+/// Keys and shortcuts work in the active window only.
+inline bool becomesActive(QWidget& window) {
+    window.activateWindow();
+    return QTest::qWaitForWindowActive(&window);
 }
 
 /// Drags files over a widget and drops them. False when the widget does not take them.
@@ -153,15 +58,95 @@ inline bool dropOn(QWidget& target, const QStringList& files) {
     data.setUrls(urls);
     const QPoint where = target.rect().center();
     QDragEnterEvent enter(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QCoreApplication::sendEvent(&target, &enter);
-    if (!enter.isAccepted()) {
-        return false;
-    }
     QDropEvent drop(where, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    drop.ignore();
-    QCoreApplication::sendEvent(&target, &drop);
-    return drop.isAccepted() && drop.dropAction() == Qt::CopyAction;
+    const auto taken = [&target](QDropEvent& event) {
+        event.ignore();
+        QCoreApplication::sendEvent(&target, &event);
+        return event.isAccepted();
+    };
+    return taken(enter) && taken(drop) && drop.dropAction() == Qt::CopyAction;
 }
+
+/// The whole program with its windows, over settings and folders of its own and the real `flac`;
+/// it runs one tool at a time.
+class GuiRig {
+public:
+    GuiRig()
+        : workbench((settings.set(keys::maxThreads, 1), settings), prompts, desktop,
+                    ToolsFolder(toolsDir.path())) {
+        QFile::link(QStandardPaths::findExecutable(u"flac"_s), tool);
+        QObject::connect(&queue, &QUAVTaskQueue::outputWindowRequested, &outputWindows,
+                         &OutputWindows::show);
+        window.show();
+    }
+
+    /// A path in the rig's own folder.
+    QString path(const char* name) const { return folder.filePath(QString::fromUtf8(name)); }
+
+    QString wav(const char* name) const {
+        writeWav(path(name));
+        return path(name);
+    }
+
+    /// A file that is called FLAC and is none.
+    QString noFlac(const char* name) const { return written(path(name), "This is a text.\n"); }
+
+    /// Has the window put the tab's files to work, with the results in the rig's own folder.
+    void start(BaseTab& tab, const QStringList& files) {
+        workbench.controller().selectTab(tab.label());
+        tab.addFiles(files);
+        prompts.folders = {folder.path()};
+        press(window, &tab == &encode ? "Encode" : "Decode");
+    }
+
+    static QString written(const QString& path, const QByteArray& text) {
+        QFile file(path);
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+        return path;
+    }
+
+    QTemporaryDir folder;
+    QTemporaryDir toolsDir;
+    QString tool = toolsDir.filePath(u"flac"_s);
+    Settings settings{folder.filePath(u"settings.ini"_s)};
+    ScriptedPrompts prompts;
+    FakeDesktop desktop;
+    Workbench workbench;
+    QUAVTaskQueue& queue = workbench.queue();
+    EncodeTab& encode = workbench.encodeTab();
+    DecodeTab& decode = workbench.decodeTab();
+    OutputWindows outputWindows{prompts};
+    StatusPanel panel{queue, outputWindows};
+    MainWindow window{workbench, panel, outputWindows};
+};
+
+/// A rig that encodes 1.wav, 2.wav, …; each tool waits to be let pass before it does its work.
+class EncodingRig : public GuiRig {
+public:
+    explicit EncodingRig(int files) {
+        // Open for both, so that nobody waits for the other end.
+        if (::mkfifo(QFile::encodeName(gate_.fileName()).constData(), S_IRUSR | S_IWUSR) != 0 ||
+            !gate_.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+            throw std::runtime_error("no gate");
+        }
+        const QString script = u"#!/bin/sh\nread -r permission < '%1'\nexec '%2' \"$@\"\n"_s.arg(
+            gate_.fileName(), QFile::symLinkTarget(tool));
+        QFile::remove(tool);
+        QFile::setPermissions(written(tool, script.toUtf8()), QFile::ReadOwner | QFile::ExeOwner);
+        QStringList sources;
+        for (int number = 1; number <= files; ++number) {
+            sources << wav(qPrintable(u"%1.wav"_s.arg(number)));
+        }
+        start(encode, sources);
+    }
+    /// Nobody is left waiting behind a test that failed.
+    ~EncodingRig() { letPass(64); }
+
+    void letPass(int tools) { gate_.write(QByteArray(tools, '\n')); }
+
+private:
+    QFile gate_{toolsDir.filePath(u"gate"_s)};
+};
 
 } // namespace quav::test

@@ -1,46 +1,37 @@
 #include "gui/SingleInstance.h"
 
-#include <QCoreApplication>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
+#include "support/Table.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
 #include <future>
-#include <memory>
 
 using namespace quav;
+using namespace quav::test;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-QDBusConnection newConnection(const QString& name) {
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
-}
-
-/// What another start of the program does, on a connection and a thread of its own.
-struct LaterStart {
-    bool claimed = false;
-    bool handedOver = false;
+/// The start that has the name, until it ends.
+class First : public SingleInstance {
+public:
+    ~First() override { release(); }
 };
 
-LaterStart startLater(const QStringList& files, const QString& tab) {
-    static int number = 0;
-    const QString name = u"later-%1"_s.arg(++number);
+/// Whether another start, on a connection and a thread of its own, hands over what it is given.
+bool laterStartHandsOver(const QStringList& files, const QString& tab) {
+    const QString name = u"later"_s;
     auto started = std::async(std::launch::async, [&] {
-        SingleInstance instance(newConnection(name));
-        const bool claimed = instance.claim();
-        return LaterStart{claimed, !claimed && instance.handOver(files, tab)};
+        SingleInstance instance(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name));
+        return !instance.claim() && instance.handOver(files, tab);
     });
     const auto ended = [&] {
         return started.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     };
-    if (!QTest::qWaitFor(ended)) {
-        qWarning("The later start does not end");
-    }
-    LaterStart result = started.get();
+    const bool handedOver = QTest::qWaitFor(ended) && started.get();
     QDBusConnection::disconnectFromBus(name);
-    return result;
+    return handedOver;
 }
 
 } // namespace
@@ -49,90 +40,40 @@ class SingleInstanceTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void aLaterStartHandsItsFilesOver();
-    void aLaterStartWithoutFilesBringsTheWindowToTheFront();
-    void aLaterStartSelectsItsTab();
-    void theActivationTokenComesAlong();
-    void afterTheEndTheNameIsFree();
-    void callsThatMakeNoSenseAreRefused();
+    void aLaterStartHandsOverWhatItWasGiven_data();
+    void aLaterStartHandsOverWhatItWasGiven();
     void withoutABusEveryStartIsTheFirst();
-
-private:
-    std::unique_ptr<SingleInstance> first_;
-    std::unique_ptr<QSignalSpy> activated_;
-    std::unique_ptr<QSignalSpy> tabs_;
-    std::unique_ptr<QSignalSpy> files_;
 };
 
-void SingleInstanceTest::init() {
-    first_ = std::make_unique<SingleInstance>();
-    activated_ = std::make_unique<QSignalSpy>(first_.get(), &SingleInstance::activated);
-    tabs_ = std::make_unique<QSignalSpy>(first_.get(), &SingleInstance::tabRequested);
-    files_ = std::make_unique<QSignalSpy>(first_.get(), &SingleInstance::filesOpened);
-    QVERIFY2(QDBusConnection::sessionBus().isConnected(), "Run this under dbus-run-session");
-    QVERIFY(first_->claim());
+void SingleInstanceTest::aLaterStartHandsOverWhatItWasGiven_data() {
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("tab");
+    row("nothing", QStringList(), QString());
+    row("files", QStringList{u"/music/Größe #1 50%.flac"_s, u"/music/b.flac"_s}, QString());
+    row("a file and a tab", QStringList{u"/a.wav"_s}, u"encode"_s);
 }
 
-void SingleInstanceTest::cleanup() {
-    first_->release();
-}
-
-void SingleInstanceTest::aLaterStartHandsItsFilesOver() {
-    const QStringList files{u"/music/Größe #1 50%.flac"_s, u"/music/b.flac"_s};
-    const LaterStart later = startLater(files, {});
-    QVERIFY(!later.claimed);
-    QVERIFY(later.handedOver);
-    QCOMPARE(files_->size(), 1);
-    QCOMPARE(files_->first().first().toStringList(), files);
-    QCOMPARE(activated_->size(), 1);
-    QVERIFY(tabs_->isEmpty());
-}
-
-void SingleInstanceTest::aLaterStartWithoutFilesBringsTheWindowToTheFront() {
-    QVERIFY(startLater({}, {}).handedOver);
-    QCOMPARE(activated_->size(), 1);
-    QVERIFY(files_->isEmpty());
-}
-
-void SingleInstanceTest::aLaterStartSelectsItsTab() {
-    QVERIFY(startLater({u"/a.wav"_s}, u"encode"_s).handedOver);
-    QCOMPARE(tabs_->size(), 1);
-    QCOMPARE(tabs_->first().first().toString(), u"encode"_s);
-    QCOMPARE(files_->size(), 1);
-}
-
-void SingleInstanceTest::theActivationTokenComesAlong() {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        u"quav.Workbench"_s, u"/quav/Workbench"_s, u"org.freedesktop.Application"_s, u"Activate"_s);
-    call << QVariantMap{{u"activation-token"_s, u"token-7"_s}};
-    newConnection(u"desktop"_s).asyncCall(call);
-    QTRY_COMPARE(activated_->size(), 1);
-    QCOMPARE(qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), u"token-7"_s);
-    qunsetenv("XDG_ACTIVATION_TOKEN");
-}
-
-void SingleInstanceTest::afterTheEndTheNameIsFree() {
-    first_->release();
-    QVERIFY(startLater({}, {}).claimed);
-}
-
-void SingleInstanceTest::callsThatMakeNoSenseAreRefused() {
-    QDBusMessage call = QDBusMessage::createMethodCall(u"quav.Workbench"_s, u"/quav/Workbench"_s,
-                                                       u"org.freedesktop.Application"_s, u"Open"_s);
-    call << 7;
-    QDBusPendingCallWatcher watcher(newConnection(u"stranger"_s).asyncCall(call));
-    QSignalSpy finished(&watcher, &QDBusPendingCallWatcher::finished);
-    QVERIFY(finished.wait());
-    QVERIFY(watcher.isError());
-    QVERIFY(files_->isEmpty());
+void SingleInstanceTest::aLaterStartHandsOverWhatItWasGiven() {
+    QFETCH(QStringList, files);
+    QFETCH(QString, tab);
+    First first;
+    const QSignalSpy activated(&first, &SingleInstance::activated);
+    const QSignalSpy opened(&first, &SingleInstance::filesOpened);
+    const QSignalSpy tabs(&first, &SingleInstance::tabRequested);
+    QVERIFY2(first.claim(), "Run this under dbus-run-session");
+    QVERIFY(laterStartHandsOver(files, tab));
+    QCOMPARE(activated.size(), tab.isEmpty() ? 1 : 2);
+    QCOMPARE(opened.size(), files.isEmpty() ? 0 : 1);
+    QCOMPARE(opened.value(0).value(0).toStringList(), files);
+    QCOMPARE(tabs.size(), tab.isEmpty() ? 0 : 1);
+    QCOMPARE(tabs.value(0).value(0).toString(), tab);
+    first.release();
+    QVERIFY(First().claim());
 }
 
 void SingleInstanceTest::withoutABusEveryStartIsTheFirst() {
     SingleInstance alone(QDBusConnection(u"no such connection"_s));
     QVERIFY(alone.claim());
-    alone.release();
 }
 
 QTEST_GUILESS_MAIN(SingleInstanceTest)

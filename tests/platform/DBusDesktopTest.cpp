@@ -10,14 +10,15 @@
 #include <memory>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString saverName = QStringLiteral("org.freedesktop.ScreenSaver");
-const QString saverPath = QStringLiteral("/org/freedesktop/ScreenSaver");
-const QString notificationsName = QStringLiteral("org.freedesktop.Notifications");
-const QString notificationsPath = QStringLiteral("/org/freedesktop/Notifications");
-const QString mock = QStringLiteral("org.freedesktop.DBus.Mock");
+const QString saverName = u"org.freedesktop.ScreenSaver"_s;
+const QString saverPath = u"/org/freedesktop/ScreenSaver"_s;
+const QString notificationsName = u"org.freedesktop.Notifications"_s;
+const QString notificationsPath = u"/org/freedesktop/Notifications"_s;
+const QString mock = u"org.freedesktop.DBus.Mock"_s;
 
 bool isOnBus(const QString& name) {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
@@ -27,8 +28,7 @@ bool isOnBus(const QString& name) {
 class MockService {
 public:
     explicit MockService(const QStringList& arguments) {
-        process_.start(QStringLiteral("/usr/bin/python3"),
-                       QStringList{QStringLiteral("-m"), QStringLiteral("dbusmock")} + arguments);
+        process_.start(u"/usr/bin/python3"_s, QStringList{u"-m"_s, u"dbusmock"_s} + arguments);
     }
     ~MockService() {
         process_.terminate();
@@ -42,9 +42,8 @@ private:
 /// What a mock answers to its own interface, as text.
 QString ask(const QString& service, const QString& path, const QString& method) {
     QProcess call;
-    call.start(QStringLiteral("dbus-send"),
-               {QStringLiteral("--session"), QStringLiteral("--print-reply"),
-                QStringLiteral("--dest=") + service, path, mock + u'.' + method});
+    call.start(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest="_s + service, path,
+                                mock + u'.' + method});
     call.waitForFinished();
     return QString::fromUtf8(call.readAllStandardOutput());
 }
@@ -62,8 +61,8 @@ private Q_SLOTS:
         DBusDesktop desktop;
         QSignalSpy attention(&desktop, &DBusDesktop::attentionRequested);
         std::optional<bool> granted;
-        QVERIFY(!desktop.notify(QStringLiteral("nobody there")));
-        desktop.preventSleep(QStringLiteral("reason"),
+        QVERIFY(!desktop.notify(u"nobody there"_s));
+        desktop.preventSleep(u"reason"_s,
                              [&](std::optional<uint32_t> id) { granted = id.has_value(); });
         desktop.allowSleep(5);
         desktop.requestAttention();
@@ -72,43 +71,41 @@ private Q_SLOTS:
     }
 
     void notificationsAreSent() {
-        const MockService service(
-            {QStringLiteral("--template"), QStringLiteral("notification_daemon")});
+        const MockService service({u"--template"_s, u"notification_daemon"_s});
         QTRY_VERIFY(isOnBus(notificationsName));
         DBusDesktop desktop;
-        QVERIFY(desktop.notify(QStringLiteral("Quav task(s) completed")));
-        QTRY_VERIFY(ask(notificationsName, notificationsPath, QStringLiteral("GetCalls"))
+        QVERIFY(desktop.notify(u"Quav task(s) completed"_s));
+        QTRY_VERIFY(ask(notificationsName, notificationsPath, u"GetCalls"_s)
                         .contains(u"\"Quav task(s) completed\""));
     }
 
     void theDisplayIsKeptAwakeAndLetGo() {
-        const MockService service({QStringLiteral("--session"), saverName, saverPath, saverName});
+        const MockService service({u"--session"_s, saverName, saverPath, saverName});
         QTRY_VERIFY(isOnBus(saverName));
         QDBusInterface control(saverName, saverPath, mock);
         const auto addMethod = [&](const char* name, const char* in, const char* out,
                                    const char* code) {
             const QDBusReply<void> reply = control.call(
-                QStringLiteral("AddMethod"), saverName, QString::fromLatin1(name),
-                QString::fromLatin1(in), QString::fromLatin1(out), QString::fromLatin1(code));
+                u"AddMethod"_s, saverName, QString::fromLatin1(name), QString::fromLatin1(in),
+                QString::fromLatin1(out), QString::fromLatin1(code));
             QVERIFY2(reply.isValid(), qPrintable(reply.error().message()));
         };
         addMethod("Inhibit", "ss", "u", "ret = 77");
         addMethod("UnInhibit", "u", "", "");
         DBusDesktop desktop;
         std::optional<uint32_t> assertion;
-        desktop.preventSleep(QStringLiteral("Quav task running"),
+        desktop.preventSleep(u"Quav task running"_s,
                              [&](std::optional<uint32_t> id) { assertion = id; });
         QTRY_COMPARE(assertion, std::optional<uint32_t>(77));
         desktop.allowSleep(*assertion);
-        const auto calls = [] { return ask(saverName, saverPath, QStringLiteral("GetCalls")); };
+        const auto calls = [] { return ask(saverName, saverPath, u"GetCalls"_s); };
         QTRY_VERIFY(calls().contains(u"\"UnInhibit\"") && calls().contains(u"uint32 77"));
         QVERIFY(calls().contains(u"\"Quav task running\""));
     }
 
     void theBadgeIsAnnounced() {
         QProcess monitor;
-        monitor.start(QStringLiteral("dbus-monitor"),
-                      {QStringLiteral("interface='com.canonical.Unity.LauncherEntry'")});
+        monitor.start(u"dbus-monitor"_s, {u"interface='com.canonical.Unity.LauncherEntry'"_s});
         QByteArray heard;
         const auto listen = [&] { return heard += monitor.readAllStandardOutput(); };
         // The monitor is ready once the bus has told it its own name was lost or acquired.

@@ -16,6 +16,7 @@
 #include <vector>
 
 using namespace quav;
+using namespace Qt::StringLiterals;
 using quav::test::contents;
 using quav::test::row;
 using quav::test::writeWav;
@@ -56,22 +57,20 @@ private Q_SLOTS:
 
     void sameFileWhateverItsSpelling() {
         const QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("a"));
+        const QString file = dir.filePath(u"a"_s);
         write(file, "x");
-        const QString link = dir.filePath(QStringLiteral("link"));
+        const QString link = dir.filePath(u"link"_s);
         QVERIFY(QFile::link(dir.path(), link));
-        QVERIFY(
-            isSameFile(file, link + QStringLiteral("/../%1/a").arg(lastPathComponent(dir.path()))));
-        QVERIFY(!isSameFile(file, dir.filePath(QStringLiteral("none"))));
-        QCOMPARE(withRealFolder(link + QStringLiteral("/new.flac")),
-                 joinPath(QFileInfo(dir.path()).canonicalFilePath(), QStringLiteral("new.flac")));
+        QVERIFY(isSameFile(file, link + u"/../%1/a"_s.arg(lastPathComponent(dir.path()))));
+        QVERIFY(!isSameFile(file, dir.filePath(u"none"_s)));
+        QCOMPARE(withRealFolder(link + u"/new.flac"_s),
+                 joinPath(QFileInfo(dir.path()).canonicalFilePath(), u"new.flac"_s));
     }
 
     void namesSortAsInAFileBrowser() {
         const QStringList sorted{
-            QStringLiteral("/a/Track 1.wav"),  QStringLiteral("/a/track 2.wav"),
-            QStringLiteral("/a/Track 10.wav"), QStringLiteral("/a/Ü.wav"),
-            QStringLiteral("/a/v.wav"),        QStringLiteral("/B/a.wav"),
+            u"/a/Track 1.wav"_s, u"/a/track 2.wav"_s, u"/a/Track 10.wav"_s,
+            u"/a/Ü.wav"_s,       u"/a/v.wav"_s,       u"/B/a.wav"_s,
         };
         QStringList shuffled{sorted.rbegin(), sorted.rend()};
         const NaturalOrder order;
@@ -99,7 +98,7 @@ private Q_SLOTS:
         QFETCH(QString, value);
         QFETCH(bool, accepted);
         const QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        const QString file = dir.filePath(u"quav.ini"_s);
         const SettingDefinition* known = Settings::definition(key);
         QCOMPARE(Settings(file).setFromText(key, value).has_value(), accepted);
         if (known) {
@@ -111,7 +110,7 @@ private Q_SLOTS:
 
     void defaultsAreNotWrittenAndResetForgets() {
         const QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        const QString file = dir.filePath(u"quav.ini"_s);
         {
             Settings settings(file);
             QCOMPARE(settings.integer(keys::maxThreads), 2);
@@ -130,7 +129,7 @@ private Q_SLOTS:
 
     void aDamagedSettingsFileIsKeptAside() {
         const QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("quav.ini"));
+        const QString file = dir.filePath(u"quav.ini"_s);
         const QByteArray damaged =
             QByteArrayLiteral("[General]\nencodeFlacLevel=eight\nmaxThreads=3\n\0\x01 torn line\n");
         write(file, damaged);
@@ -138,33 +137,31 @@ private Q_SLOTS:
         QVERIFY(settings.damage().contains(file));
         QCOMPARE(settings.integer(keys::encodeFlacLevel), 5);
         settings.set(keys::maxThreads, 4);
-        QCOMPARE(contents(file + QStringLiteral(".damaged")), damaged);
-        QVERIFY(Settings(dir.filePath(QStringLiteral("none.ini"))).damage().isEmpty());
+        QCOMPARE(contents(file + u".damaged"_s), damaged);
+        QVERIFY(Settings(dir.filePath(u"none.ini"_s)).damage().isEmpty());
     }
 
     void foldersAreWalkedToTheirEnd() {
         const QTemporaryDir dir;
-        QDir(dir.path()).mkpath(QStringLiteral("a/[b]/ü"));
-        write(dir.filePath(QStringLiteral("a/[b]/ü/x y.flac")), "x");
-        write(dir.filePath(QStringLiteral("a/.hidden.flac")), "x");
-        QVERIFY(QFile::link(dir.path(), dir.filePath(QStringLiteral("a/loop"))));
-        QVERIFY(
-            QFile::link(QStringLiteral("nowhere"), dir.filePath(QStringLiteral("a/dead.flac"))));
+        QDir(dir.path()).mkpath(u"a/[b]/ü"_s);
+        write(dir.filePath(u"a/[b]/ü/x y.flac"_s), "x");
+        write(dir.filePath(u"a/.hidden.flac"_s), "x");
+        QVERIFY(QFile::link(dir.path(), dir.filePath(u"a/loop"_s)));
+        QVERIFY(QFile::link(u"nowhere"_s, dir.filePath(u"a/dead.flac"_s)));
         const QByteArray notUtf8 = QFile::encodeName(dir.path()) + "/a/gr\xfc\xdf"
                                                                    "e.flac";
-        QCOMPARE(test::run(QStringLiteral("sh"),
-                           {QStringLiteral("-c"),
-                            QStringLiteral("touch \"$(printf '%s/a/gr\\374\\337e.flac' \"$0\")\""),
-                            dir.path()})
-                     .status,
-                 0);
+        QCOMPARE(
+            test::run(u"sh"_s, {u"-c"_s, u"touch \"$(printf '%s/a/gr\\374\\337e.flac' \"$0\")\""_s,
+                                dir.path()})
+                .status,
+            0);
         DirectoryContents walked = walkDirectory(dir.path());
         walked.files.sort();
-        QCOMPARE(walked.files, (QStringList{dir.filePath(QStringLiteral("a/.hidden.flac")),
-                                            dir.filePath(QStringLiteral("a/[b]/ü/x y.flac")),
-                                            dir.filePath(QStringLiteral("a/dead.flac"))}));
+        QCOMPARE(walked.files, (QStringList{dir.filePath(u"a/.hidden.flac"_s),
+                                            dir.filePath(u"a/[b]/ü/x y.flac"_s),
+                                            dir.filePath(u"a/dead.flac"_s)}));
         QCOMPARE(walked.undecodable, QStringList{QString::fromUtf8(notUtf8)});
-        QCOMPARE(walkDirectory(dir.filePath(QStringLiteral("none"))).unreadable.size(), 1);
+        QCOMPARE(walkDirectory(dir.filePath(u"none"_s)).unreadable.size(), 1);
     }
 
     void audioIsProbedByContent_data() {
@@ -181,17 +178,16 @@ private Q_SLOTS:
     void audioIsProbedByContent() {
         QFETCH(QString, arguments);
         const QTemporaryDir dir;
-        const QString wav = dir.filePath(QStringLiteral("a.wav"));
-        const QString probed = dir.filePath(QStringLiteral("a: b.m4a"));
+        const QString wav = dir.filePath(u"a.wav"_s);
+        const QString probed = dir.filePath(u"a: b.m4a"_s);
         QVERIFY(writeWav(wav, {.frames = 5000}));
-        const auto made = test::run(
-            QStringLiteral("ffmpeg"),
-            QStringList{QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"), wav} +
-                arguments.split(u' ') + QStringList{QStringLiteral("file:") + probed});
+        const auto made =
+            test::run(u"ffmpeg"_s, QStringList{u"-v"_s, u"error"_s, u"-i"_s, wav} +
+                                       arguments.split(u' ') + QStringList{u"file:"_s + probed});
         QVERIFY2(made.status == 0, made.errors.constData());
         QTEST(isAiffOrWav(probed), "plain");
         QTEST(isAppleLossless(probed), "lossless");
-        QVERIFY(!isAiffOrWav(dir.path()) && !isAppleLossless(QStringLiteral("/no/such.m4a")));
+        QVERIFY(!isAiffOrWav(dir.path()) && !isAppleLossless(u"/no/such.m4a"_s));
     }
 
     void postedWorkRunsInOrderFromEveryThread() {

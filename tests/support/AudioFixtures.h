@@ -12,6 +12,8 @@
 
 namespace quav::test {
 
+using namespace Qt::StringLiterals;
+
 /// The shape of a piece of test audio. The frame count is no multiple of any block size in use.
 struct WavShape {
     int frames = 100003;
@@ -81,10 +83,8 @@ inline Ran run(const QString& program, const QStringList& arguments) {
 
 /// The digest of the decoded audio, by an independent decoder.
 inline QByteArray audioMd5(const QString& path) {
-    return run(QStringLiteral("ffmpeg"),
-               {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-i"),
-                QStringLiteral("file:") + path, QStringLiteral("-map"), QStringLiteral("0:a"),
-                QStringLiteral("-f"), QStringLiteral("md5"), QStringLiteral("-")})
+    return run(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-i"_s, u"file:"_s + path, u"-map"_s, u"0:a"_s,
+                             u"-f"_s, u"md5"_s, u"-"_s})
         .output;
 }
 

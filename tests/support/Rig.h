@@ -14,13 +14,15 @@
 
 namespace quav::test {
 
+using namespace Qt::StringLiterals;
+
 /// A queue with everything that it needs: settings of its own, a desktop that keeps a record, and
 /// a tools folder with links to the real tools.
 class Rig {
 public:
     explicit Rig(int maxThreads = 2)
         : queue(limited(settings, maxThreads), desktop, tools, mainThread, notifications) {
-        for (const QString& tool : {QStringLiteral("flac"), QStringLiteral("sh")}) {
+        for (const QString& tool : {u"flac"_s, u"sh"_s}) {
             QFile::link(QStandardPaths::findExecutable(tool), tools.tool(tool));
         }
     }
@@ -30,7 +32,7 @@ public:
 
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
-    Settings settings{joinPath(folder.path(), QStringLiteral("settings.ini"))};
+    Settings settings{joinPath(folder.path(), u"settings.ini"_s)};
     FakeDesktop desktop;
     ToolsFolder tools{toolsDir.path()};
     MainThread mainThread;

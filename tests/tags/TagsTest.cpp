@@ -1,9 +1,9 @@
 #include "platform/Version.h"
+#include "support/AudioFixtures.h"
 #include "support/Table.h"
 #include "tags/TagError.h"
 #include "tags/TagLibTagsHelper.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -18,6 +18,8 @@
 #include <stdexcept>
 
 using namespace quav;
+using quav::test::audioMd5;
+using quav::test::contents;
 using quav::test::row;
 using namespace Qt::StringLiterals;
 
@@ -51,18 +53,9 @@ QByteArray run(const char* command, const QStringList& rest) {
     return process.readAllStandardOutput() + process.readAllStandardError();
 }
 
-QByteArray bytesOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
 bool putBytes(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray audioOf(const QString& path) {
-    return run("ffmpeg -v error -i", {path, u"-map"_s, u"0:a"_s, u"-f"_s, u"md5"_s, u"-"_s});
 }
 
 QStringList vorbisComments(const QString& path) {
@@ -123,11 +116,6 @@ TagsObject fullRecord() {
     return tags;
 }
 
-qsizetype pngSize(const QImage& picture) {
-    QBuffer buffer;
-    return picture.save(&buffer, "PNG") ? buffer.size() : 0;
-}
-
 /// A picture that does not get smaller as a PNG file.
 QImage noise(int width, int height) {
     QImage picture(width, height, QImage::Format_RGB888);
@@ -136,24 +124,6 @@ QImage noise(int width, int height) {
         auto* line = picture.scanLine(y);
         std::generate(line, line + picture.bytesPerLine(),
                       [&generator] { return static_cast<uchar>(generator.generate()); });
-    }
-    return picture;
-}
-
-/// Noise that takes just so many bytes as a PNG file, with texts inside for the last thousands.
-QImage pictureOfSize(qsizetype size) {
-    constexpr qsizetype textFrame = 18; // what a text takes besides its characters
-    constexpr qsizetype longestText = 30;
-    QImage picture = noise(1000, static_cast<int>((size - 40'000) / 3000));
-    qsizetype missing = size - pngSize(picture);
-    for (int key = 10'000; missing > 0; ++key) {
-        // The last two share what is left, since no text is shorter than its frame.
-        const bool enough = missing >= 2 * (textFrame + longestText);
-        const auto taken = enough || missing <= textFrame + longestText
-                               ? qMin(missing, textFrame + longestText)
-                               : missing / 2;
-        picture.setText(QString::number(key), QString(taken - textFrame, u'x'));
-        missing -= taken;
     }
     return picture;
 }
@@ -224,7 +194,7 @@ private:
     QString waveFile(const QByteArray& frames) {
         const auto file = audioFile("wav");
         const auto tag = QByteArray("ID3\4\0\0", 6) + bigEndian(frames.size()) + frames;
-        auto bytes = bytesOf(file) + "ID3 " + littleEndian(tag.size()) + tag;
+        auto bytes = contents(file) + "ID3 " + littleEndian(tag.size()) + tag;
         bytes.append(bytes.size() % 2, '\0');
         bytes.replace(4, 4, littleEndian(bytes.size() - 8));
         return putBytes(file, bytes) ? file : QString();
@@ -238,7 +208,7 @@ private Q_SLOTS:
 
     void flacHoldsEveryField() {
         const auto file = flacFile({});
-        const auto audio = audioOf(file);
+        const auto audio = audioMd5(file);
         const auto record = fullRecord();
         QVERIFY(writeTags(file, record));
         const QStringList expected = {u"ALBUM="_s + *record.albumText,
@@ -261,7 +231,7 @@ private Q_SLOTS:
             QVERIFY2(pictureBlocks(file).contains(line), qPrintable(line));
         }
         QCOMPARE(run("flac -ts", {file}), QByteArray());
-        QCOMPARE(audioOf(file), audio);
+        QCOMPARE(audioMd5(file), audio);
         QVERIFY(readTags(file).isEqualToTagsObject(record));
     }
 
@@ -315,65 +285,37 @@ private Q_SLOTS:
         QCOMPARE(run("flac -ts", {file}), QByteArray());
     }
 
-    void flacPictureBlockHasItsLimit_data() {
-        constexpr qsizetype largest = 0xFFFFFF - 32 - 9; // besides the fixed fields and MIME type
-        QTest::addColumn<QImage>("picture");
-        QTest::addColumn<bool>("fits");
-        const auto justFits = pictureOfSize(largest);
-        QCOMPARE(pngSize(justFits), largest);
-        row("just fits", justFits, true);
-        row("a byte too large", pictureOfSize(largest + 1), false);
-        row("far too large", noise(2500, 2500), false);
-    }
-    void flacPictureBlockHasItsLimit() {
-        QFETCH(QImage, picture);
-        QFETCH(bool, fits);
+    void aPictureThatNoFlacBlockHoldsIsLeftOutAndTold() {
         const auto file = flacFileWithPicture({});
-        const auto audio = audioOf(file);
         TagsObject tags;
         tags.titleText = u"new"_s;
-        tags.albumArt = picture;
+        tags.albumArt = noise(2500, 2500);
         TagLibTagsHelper helper;
         QVERIFY(helper.writeTagsForFLACFile(file, tags, true));
-        const QStringList problem{u"The picture is too large for a FLAC file and was left out."_s};
-        QCOMPARE(helper.problems(), fits ? QStringList() : problem);
+        QCOMPARE(helper.problems().size(), 1);
         QCOMPARE(run("flac -ts", {file}), QByteArray());
-        QCOMPARE(audioOf(file), audio);
         QCOMPARE(vorbisComments(file), (QStringList{ourEncoder(), u"TITLE=new"_s}));
-        QCOMPARE(readTags(file).albumArt.size(), fits ? picture.size() : QImage().size());
-        QVERIFY(helper.writeTagsForFLACFile(file, TagsObject(), false));
-        QCOMPARE(helper.problems(), QStringList());
+        QCOMPARE(pictureBlocks(file), QString());
+        tags.albumArt = noise(2000, 2000);
+        QVERIFY(helper.writeTagsForFLACFile(file, tags, true) && helper.problems().isEmpty());
+        QCOMPARE(run("flac -ts", {file}), QByteArray());
+        QCOMPARE(readTags(file).albumArt.width(), 2000);
     }
 
     void flacCommentBlockHasItsLimit() {
         const auto file = flacFileWithPicture({"--set-tag=ARTIST=old"});
-        const auto before = bytesOf(file);
+        const auto before = contents(file);
         TagsObject tags;
         tags.commentText = QString(0x800000, u'x'); // it is written twice
         for (const bool writeEmptyTags : {true, false}) {
             TagLibTagsHelper helper;
             QVERIFY(!helper.writeTagsForFLACFile(file, tags, writeEmptyTags));
             QCOMPARE(helper.problems(), QStringList{u"The tags are too large for a FLAC file."_s});
-            QVERIFY(bytesOf(file) == before);
+            QVERIFY(contents(file) == before);
         }
         tags.commentText->chop(100);
         QVERIFY(writeTags(file, tags));
         QCOMPARE(run("flac -ts", {file}), QByteArray());
-    }
-
-    void flacFileBetweenForeignTags() {
-        const auto file = flacFile({});
-        const auto before = bytesOf(file);
-        const auto frame = id3Frame("TIT2", "\3fLaC"_ba);
-        const auto front = QByteArray("ID3\4\0\0", 6) + bigEndian(frame.size()) + frame;
-        const auto back = "TAGtitle"_ba + QByteArray(120, '\0');
-        QVERIFY(putBytes(file, front + before + back));
-        QVERIFY(writeTags(file, fullRecord()));
-        QVERIFY(bytesOf(file).startsWith("ID3") && bytesOf(file).right(128).startsWith("TAGtitle"));
-        QVERIFY(readTags(file).isEqualToTagsObject(fullRecord()));
-        QVERIFY(putBytes(file, before + "TAG" + QByteArray(124, '\0') + '\xFF'));
-        QVERIFY(writeTags(file, fullRecord()));
-        QVERIFY(!bytesOf(file).right(128).startsWith("TAG")); // it said nothing
     }
 
     void fullDisk_data() { notTaggable_data(); }
@@ -391,20 +333,6 @@ private Q_SLOTS:
         tags.titleText = u"fits"_s;
         QVERIFY(writeTags(file, tags));
         tags.commentText = QString(80'000, u'x');
-        QVERIFY(!writeTags(file, tags));
-    }
-
-    void fullDiskForAFlacPicture() {
-        const auto folder = path("mount");
-        QVERIFY(QDir().mkdir(folder));
-        const SmallDisk disk(folder, "size=256k");
-        if (!disk.isMounted()) {
-            QSKIP("a small file system cannot be mounted here");
-        }
-        const auto file = folder + u"/file.flac"_s;
-        QVERIFY(QFile::copy(audioFile("flac"), file));
-        TagsObject tags;
-        tags.albumArt = noise(500, 400);
         QVERIFY(!writeTags(file, tags));
     }
 
@@ -442,16 +370,16 @@ private Q_SLOTS:
     void roundTripThroughRiff() {
         QFETCH(QByteArray, extension);
         const auto riff = audioFile(extension.constData());
-        const auto before = bytesOf(riff);
-        const auto audio = audioOf(riff);
+        const auto before = contents(riff);
+        const auto audio = audioMd5(riff);
         auto record = fullRecord();
         const auto first = flacFile({});
 
         QVERIFY(writeTags(riff, readTags(first)));
-        QCOMPARE(bytesOf(riff), before); // nothing to write, nothing written
+        QCOMPARE(contents(riff), before); // nothing to write, nothing written
 
         QVERIFY(writeTags(first, record) && writeTags(riff, readTags(first)));
-        QCOMPARE(audioOf(riff), audio);
+        QCOMPARE(audioMd5(riff), audio);
         const auto fields = probed(riff);
         QCOMPARE(fields[u"TITLE"_s], *record.titleText);
         QCOMPARE(fields[u"ALBUM_ARTIST"_s], *record.albumArtistText);
@@ -470,23 +398,12 @@ private Q_SLOTS:
 
     void waveInfoChunkStays() {
         const auto file = audioFile("wav", "-metadata title=Info");
-        const auto before = bytesOf(file);
+        const auto before = contents(file);
         QVERIFY(before.contains("LIST") && before.contains("Info"));
         QVERIFY(writeTags(file, fullRecord()));
         // The tag follows everything that was there; only the size in the header changes.
-        QCOMPARE(bytesOf(file).mid(8, before.size() - 8), before.mid(8));
-        QCOMPARE(bytesOf(file).count("LIST"), 1);
-    }
-
-    void bytesBehindTheContainerStay_data() { roundTripThroughRiff_data(); }
-    void bytesBehindTheContainerStay() {
-        QFETCH(QByteArray, extension);
-        const auto file = audioFile(extension.constData());
-        const auto foreign = "TAG"_ba + QByteArray(125, '\0');
-        QVERIFY(putBytes(file, bytesOf(file) + foreign));
-        QVERIFY(writeTags(file, fullRecord()));
-        QVERIFY(bytesOf(file).endsWith(foreign));
-        QCOMPARE(readTags(file).titleText, fullRecord().titleText);
+        QCOMPARE(contents(file).mid(8, before.size() - 8), before.mid(8));
+        QCOMPARE(contents(file).count("LIST"), 1);
     }
 
     void riffYearReplacesForeignDate() {
@@ -495,7 +412,7 @@ private Q_SLOTS:
         TagsObject tags;
         tags.yearText = u"2001"_s;
         QVERIFY(writeTags(file, tags));
-        QVERIFY(!bytesOf(file).contains("TDRC"));
+        QVERIFY(!contents(file).contains("TDRC"));
         QCOMPARE(probed(file).value(u"DATE"_s), u"2001"_s);
         QCOMPARE(readTags(file).yearText, tags.yearText);
     }
@@ -515,8 +432,8 @@ private Q_SLOTS:
         tags.commentText = u"Größe"_s;
         QVERIFY(writeTags(file, tags) && writeTags(file, tags));
         QCOMPARE(readTags(file).commentText, tags.commentText);
-        QVERIFY(bytesOf(file).contains(soundCheck));
-        QCOMPARE(bytesOf(file).count("COMM"), 2);
+        QVERIFY(contents(file).contains(soundCheck));
+        QCOMPARE(contents(file).count("COMM"), 2);
     }
 
     void riffNumberAndTotal_data() {
@@ -558,7 +475,7 @@ private Q_SLOTS:
         for (const auto& content : {""_ba, "Only words.\n"_ba, flacWithoutAudio}) {
             QVERIFY(putBytes(file, content));
             QVERIFY_THROWS_EXCEPTION(TagError, writeTags(file, fullRecord()));
-            QCOMPARE(bytesOf(file), content);
+            QCOMPARE(contents(file), content);
             QVERIFY(readTags(file).isEqualToTagsObject(blank));
         }
         QVERIFY(QFile::remove(file) && QDir().mkdir(file));
