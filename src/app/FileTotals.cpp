@@ -2,7 +2,10 @@
 
 #include "platform/AudioProbe.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <system_error>
 
 namespace quav {
 
@@ -48,12 +51,14 @@ void FileTotals::readAll(const QStringList& files, unsigned generation) {
 }
 
 FileTotals::Facts FileTotals::factsOf(const QString& file) {
-    const QFileInfo info(file);
+    std::error_code missing; // a file that is gone has no size and no length either
+    const auto modified =
+        std::filesystem::last_write_time(QFile::encodeName(file).constData(), missing);
     const auto known = known_.constFind(file);
-    if (known != known_.constEnd() && known->modified == info.lastModified()) {
+    if (known != known_.constEnd() && known->modified == modified) {
         return *known;
     }
-    return *known_.insert(file, {info.size(), audioLength(file), info.lastModified()});
+    return *known_.insert(file, {QFileInfo(file).size(), audioLength(file), modified});
 }
 
 void FileTotals::announce(const Facts& totals, unsigned generation) {

@@ -3,7 +3,6 @@
 #include "platform/BackgroundWork.h"
 #include "platform/MainThread.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -11,6 +10,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 
 namespace quav {
 
@@ -37,7 +37,7 @@ private:
     struct Facts {
         qint64 bytes = 0;
         std::chrono::milliseconds length{0};
-        QDateTime modified;
+        std::filesystem::file_time_type modified;
     };
 
     void readAll(const QStringList& files, unsigned generation);
