@@ -107,6 +107,12 @@ bool ConversionTask::writeTags() {
     return written;
 }
 
+void ConversionTask::finalCleanup() {
+    if (!error()) {
+        results()->setHasResults(false);
+    }
+}
+
 void ConversionTask::removeSource() {
     if (!deleteOriginal_ || error() || cancelled() || isSameFile(fileName_, outputPath_)) {
         return;

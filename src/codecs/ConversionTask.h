@@ -34,6 +34,7 @@ public:
 
 protected:
     void cleanup() override;
+    void finalCleanup() override;
 
     /// Copies the source's tags into the output, on a worker thread. False when they could not be
     /// written; what it throws counts as the same.

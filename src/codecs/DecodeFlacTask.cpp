@@ -1,7 +1,6 @@
 #include "codecs/DecodeFlacTask.h"
 
 #include "codecs/FlacOutput.h"
-#include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
 #include "tags/TagLibTagsHelper.h"
 
@@ -33,12 +32,6 @@ bool DecodeFlacTask::copyTags() {
                              : writer.writeTagsForWAVEFile(outputPath(), tags);
     noteLosses(writer.problems());
     return written;
-}
-
-void DecodeFlacTask::finalCleanup() {
-    if (!error()) {
-        results()->setHasResults(false);
-    }
 }
 
 } // namespace quav

@@ -14,7 +14,6 @@ public:
 protected:
     void processTaskOutput(const QString& text) override;
     bool copyTags() override;
-    void finalCleanup() override;
 };
 
 } // namespace quav

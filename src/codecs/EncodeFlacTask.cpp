@@ -1,7 +1,6 @@
 #include "codecs/EncodeFlacTask.h"
 
 #include "codecs/FlacOutput.h"
-#include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
 #include "tags/TagLibTagsHelper.h"
 
@@ -51,12 +50,6 @@ bool EncodeFlacTask::copyTags() {
     const bool written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
     noteLosses(writer.problems());
     return written;
-}
-
-void EncodeFlacTask::finalCleanup() {
-    if (!error()) {
-        results()->setHasResults(false);
-    }
 }
 
 } // namespace quav

@@ -16,7 +16,6 @@ public:
 protected:
     void processTaskOutput(const QString& text) override;
     bool copyTags() override;
-    void finalCleanup() override;
 
 private:
     double lastPercentageDisplayed_ = 0;

@@ -1,11 +1,5 @@
 #include "engine/BackgroundTask.h"
 
-#include "engine/QUAVTaskResults.h"
-
-#include <QDebug>
-
-#include <exception>
-
 namespace quav {
 
 BackgroundTask::BackgroundTask(TaskHost& queue) : QUAVTask(queue), work_(queue.mainThread()) {}
@@ -13,17 +7,7 @@ BackgroundTask::BackgroundTask(TaskHost& queue) : QUAVTask(queue), work_(queue.m
 void BackgroundTask::startTask() {
     QUAVTask::startTask();
     started_ = true;
-    work_.run(
-        [this] {
-            try {
-                doStartTask();
-            } catch (const std::exception& exception) {
-                qWarning().noquote() << "Exception in" << title() << exception.what();
-                results()->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
-                setError(true);
-            }
-        },
-        [this] { finish(); });
+    work_.run([this] { runHook([this] { doStartTask(); }); }, [this] { finish(); });
 }
 
 void BackgroundTask::stopTask() {

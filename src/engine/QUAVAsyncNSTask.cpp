@@ -4,9 +4,6 @@
 #include "engine/ToolsFolder.h"
 
 #include <QCoreApplication>
-#include <QDebug>
-
-#include <exception>
 
 namespace quav {
 
@@ -40,16 +37,6 @@ void QUAVAsyncNSTask::startTask() {
                 .toStdString());
     }
     child_ = std::move(child);
-}
-
-void QUAVAsyncNSTask::runHook(const std::function<void()>& hook) {
-    try {
-        hook();
-    } catch (const std::exception& exception) {
-        qWarning().noquote() << "Exception in" << title() << exception.what();
-        results()->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
-        setError(true);
-    }
 }
 
 void QUAVAsyncNSTask::taskDataAvailable(const QByteArray& bytes) {

@@ -8,7 +8,6 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -68,8 +67,6 @@ protected:
 
 private:
     void taskDataAvailable(const QByteArray& bytes);
-    /// Runs a hook; what it throws makes the task fail, with the text in its report.
-    void runHook(const std::function<void()>& hook);
     void toolEnded(int exitStatus);
     void finish();
 

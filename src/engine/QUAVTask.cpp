@@ -50,6 +50,16 @@ void QUAVTask::terminateTool() {}
 
 void QUAVTask::abandon() {}
 
+void QUAVTask::runHook(const std::function<void()>& hook) {
+    try {
+        hook();
+    } catch (const std::exception& exception) {
+        qWarning().noquote() << "Exception in" << title_ << exception.what();
+        results_->appendResults(QString::fromUtf8(exception.what()) + u'\n', *this);
+        error_ = true;
+    }
+}
+
 void QUAVTask::setStopped() {
     active_ = false;
     done_ = true;

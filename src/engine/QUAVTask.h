@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -109,6 +110,9 @@ protected:
 
     /// Tells the queue, by way of the event loop, so that a task may end inside its own start.
     void reportCompletion();
+
+    /// Runs a hook of a subclass; what it throws makes the task fail, with the text in its report.
+    void runHook(const std::function<void()>& hook);
 
     void setStopped();
 

@@ -49,8 +49,6 @@ QVariant TaskRowsModel::data(const QModelIndex& index, int role) const {
         return row.barAnimated;
     case CancelButtonVisibleRole:
         return row.cancelButtonVisible;
-    case ErrorRole:
-        return task->error();
     default:
         return {};
     }

@@ -25,7 +25,6 @@ public:
         BarDeterminateRole,
         BarAnimatedRole,
         CancelButtonVisibleRole,
-        ErrorRole, ///< the task failed
     };
 
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
