@@ -1,0 +1,62 @@
+#pragma once
+
+#include "pcm/ByteSink.h"
+#include "pcm/UniqueFd.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quav::pcm {
+
+/// An output that appears whole or not at all. Until commit() a file has no name, or on file
+/// systems that know no unnamed files a temporary one that goes with the object or at a signal that
+/// ends the program. Standard output and devices are written as it comes.
+///
+/// Throws Failure with Kind::Write, and ReaderGone when standard output is a closed pipe.
+class OutputFile final : public ByteSink {
+public:
+    /// "-" is standard output. An existing file is refused unless it is empty, so that nothing is
+    /// ever written over.
+    explicit OutputFile(const std::string& path);
+    ~OutputFile() override;
+
+    /// How messages call it.
+    const std::string& name() const { return name_; }
+
+    /// Whether writeAt() can be used: a regular file, not a pipe.
+    bool canSeek() const { return !direct_; }
+
+    void write(std::span<const std::uint8_t> bytes) override;
+
+    /// Writes over bytes that were written before; flushes first.
+    void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
+
+    /// Number of bytes that write() has taken.
+    std::uint64_t position() const { return position_; }
+
+    /// Passes on what is buffered, so that a reader of a pipe gets it now.
+    void flush();
+
+    /// Flushes and gives the file its name. To be called once, at the end.
+    void commit();
+
+private:
+    void put(std::span<const std::uint8_t> bytes);
+    [[noreturn]] void fail(const char* what, int error) const;
+    void openUnnamed();
+    void publish();
+
+    std::string path_;
+    std::string name_;
+    std::string temporaryPath_;
+    UniqueFd fd_;
+    std::vector<std::uint8_t> buffer_;
+    std::uint64_t position_ = 0;
+    bool direct_ = false;
+    bool replacesEmpty_ = false;
+};
+
+} // namespace quav::pcm
