@@ -1,5 +1,6 @@
 #include "pcm/PcmReader.h"
 
+#include "pcm/Bytes.h"
 #include "pcm/Failure.h"
 
 #include <algorithm>
@@ -14,22 +15,6 @@ namespace {
 constexpr std::uint64_t maximalHeader = std::uint64_t{16} << 20;
 
 using Bytes = std::span<const std::uint8_t>;
-
-std::uint64_t littleEndian(Bytes bytes) {
-    std::uint64_t value = 0;
-    for (; !bytes.empty(); bytes = bytes.first(bytes.size() - 1)) {
-        value = value << 8 | bytes.back();
-    }
-    return value;
-}
-
-std::uint64_t bigEndian(Bytes bytes) {
-    std::uint64_t value = 0;
-    for (const std::uint8_t byte : bytes) {
-        value = value << 8 | byte;
-    }
-    return value;
-}
 
 std::string text(Bytes bytes) {
     return {bytes.begin(), bytes.end()};
@@ -56,7 +41,7 @@ struct PcmReader::Chunk {
 };
 
 PcmReader::PcmReader(InputFile& input) : input_(input) {
-    skipId3v2();
+    take(id3v2Length(input_.peek(id3v2Header)));
     const Bytes start = input_.peek(12);
     const std::string magic = text(start.first(std::min<std::size_t>(start.size(), 4)));
     const std::string kind = text(start.size() < 12 ? Bytes() : start.subspan(8, 4));
@@ -92,18 +77,6 @@ Bytes PcmReader::take(std::uint64_t count) {
         input_.skip(piece.size());
     }
     return Bytes(header_).subspan(start);
-}
-
-void PcmReader::skipId3v2() {
-    const Bytes tag = input_.peek(10);
-    if (tag.size() == 10 && text(tag.first(3)) == "ID3") {
-        std::uint64_t size = 0;
-        for (const std::uint8_t byte : tag.subspan(6, 4)) {
-            size = size << 7 | (byte & 0x7FU);
-        }
-        constexpr std::uint8_t hasFooter = 0x10;
-        take(size + ((tag[5] & hasFooter) != 0 ? 20 : 10));
-    }
 }
 
 PcmReader::Chunk PcmReader::nextChunk(bool isBigEndian) {

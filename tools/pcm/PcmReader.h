@@ -48,7 +48,6 @@ private:
     struct Chunk;
     Chunk nextChunk(bool bigEndian);
     std::span<const std::uint8_t> take(std::uint64_t count);
-    void skipId3v2();
     void readWav(bool isRf64);
     void readWavFormat(std::span<const std::uint8_t> chunk);
     void readAiff(bool isCompressed);
