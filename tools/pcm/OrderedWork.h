@@ -9,11 +9,113 @@
 
 namespace quav::pcm {
 
+/// Threads that work on pieces side by side and give them back in the order they came. Every piece
+/// is used again, so memory does not grow. See inOrder().
+template <typename Piece, typename Work>
+class OrderedWork {
+public:
+    OrderedWork(std::size_t jobs, const Work& work) : work_(work), slots_(2 * jobs) {
+        try {
+            for (std::size_t i = 0; i < jobs; ++i) {
+                threads_.emplace_back([this] { run(); });
+            }
+        } catch (...) {
+            stop();
+            throw;
+        }
+    }
+    ~OrderedWork() { stop(); }
+    OrderedWork(const OrderedWork&) = delete;
+    OrderedWork& operator=(const OrderedWork&) = delete;
+
+    bool isEmpty() const { return handedIn_ == handedOut_; }
+    bool isFull() const { return handedIn_ - handedOut_ == slots_.size(); }
+
+    /// The piece to fill for the next handIn(); not when isFull().
+    Piece& next() { return slots_[handedIn_ % slots_.size()].piece; }
+
+    void handIn() {
+        set(slots_[handedIn_++ % slots_.size()], State::Waiting);
+        changed_.notify_all();
+    }
+
+    /// Waits for the oldest piece and calls `deliver` with it; not when isEmpty().
+    template <typename Deliver>
+    void handOut(Deliver& deliver) {
+        Slot& slot = slots_[handedOut_++ % slots_.size()];
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [&] { return slot.state == State::Done; });
+        }
+        if (slot.error) {
+            std::rethrow_exception(slot.error);
+        }
+        deliver(slot.piece);
+        set(slot, State::Free);
+    }
+
+private:
+    enum class State { Free, Waiting, Running, Done };
+    struct Slot {
+        Piece piece;
+        State state = State::Free;
+        std::exception_ptr error;
+    };
+
+    void set(Slot& slot, State state) {
+        const std::lock_guard lock(mutex_);
+        slot.state = state;
+    }
+
+    void run() {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            const auto slot = [this]() -> Slot& { return slots_[taken_ % slots_.size()]; };
+            changed_.wait(lock, [&] { return stops_ || slot().state == State::Waiting; });
+            if (stops_) {
+                return;
+            }
+            Slot& mine = slot();
+            ++taken_;
+            mine.state = State::Running;
+            lock.unlock();
+            try {
+                work_(mine.piece);
+            } catch (...) {
+                mine.error = std::current_exception();
+            }
+            lock.lock();
+            mine.state = State::Done;
+            changed_.notify_all();
+        }
+    }
+
+    void stop() {
+        {
+            const std::lock_guard lock(mutex_);
+            stops_ = true;
+        }
+        changed_.notify_all();
+        threads_.clear(); // joins them
+    }
+
+    const Work& work_;
+    std::vector<Slot> slots_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    // Numbers of pieces since the beginning; modulo the number of slots, they tell the slot.
+    std::size_t handedIn_ = 0;
+    std::size_t taken_ = 0;
+    std::size_t handedOut_ = 0;
+    bool stops_ = false;
+    std::vector<std::jthread> threads_;
+};
+
 /// Takes pieces through three steps: `fetch(piece)` fills the next one in order and returns false
 /// at the end, `work(piece)` runs side by side on up to `jobs` threads, `deliver(piece)` gets them
 /// in the order they were fetched. fetch and deliver run on the calling thread. At most 2 * jobs
-/// pieces exist, and each is used again, so memory does not grow. With one job no thread is
-/// started. The first exception of any step ends the whole and is thrown from here.
+/// pieces exist. With one job no thread is started. The first exception of any step ends the whole
+/// and is thrown from here.
 template <typename Piece, typename Fetch, typename Work, typename Deliver>
 void inOrder(std::size_t jobs, Fetch fetch, Work work, Deliver deliver) {
     if (jobs <= 1) {
@@ -23,89 +125,15 @@ void inOrder(std::size_t jobs, Fetch fetch, Work work, Deliver deliver) {
         }
         return;
     }
-    enum class State { Free, Waiting, Running, Done };
-    struct Slot {
-        Piece piece;
-        State state = State::Free;
-        std::exception_ptr error;
-    };
-    std::vector<Slot> slots(2 * jobs);
-    std::mutex mutex;
-    std::condition_variable changed;
-    std::size_t nextToWork = 0; // counted over all pieces; the slot is this modulo their number
-    bool stop = false;
-
-    const auto worker = [&] {
-        std::unique_lock lock(mutex);
-        while (true) {
-            changed.wait(lock, [&] {
-                return stop || slots[nextToWork % slots.size()].state == State::Waiting;
-            });
-            if (stop) {
-                return;
-            }
-            Slot& slot = slots[nextToWork++ % slots.size()];
-            slot.state = State::Running;
-            lock.unlock();
-            try {
-                work(slot.piece);
-            } catch (...) {
-                slot.error = std::current_exception();
-            }
-            lock.lock();
-            slot.state = State::Done;
-            changed.notify_all();
+    OrderedWork<Piece, Work> threads(jobs, work);
+    while (fetch(threads.next())) {
+        threads.handIn();
+        if (threads.isFull()) {
+            threads.handOut(deliver);
         }
-    };
-    std::vector<std::jthread> threads;
-    const struct Stopper {
-        std::mutex& mutex;
-        std::condition_variable& changed;
-        bool& stop;
-        std::vector<std::jthread>& threads;
-        ~Stopper() {
-            {
-                const std::lock_guard lock(mutex);
-                stop = true;
-            }
-            changed.notify_all();
-            threads.clear();
-        }
-    } stopper{mutex, changed, stop, threads};
-    for (std::size_t i = 0; i < jobs; ++i) {
-        threads.emplace_back(worker);
     }
-
-    const auto deliverNext = [&](std::size_t at) {
-        Slot& slot = slots[at % slots.size()];
-        {
-            std::unique_lock lock(mutex);
-            changed.wait(lock, [&] { return slot.state == State::Done; });
-        }
-        if (slot.error) {
-            std::rethrow_exception(slot.error);
-        }
-        deliver(slot.piece);
-        const std::lock_guard lock(mutex);
-        slot.state = State::Free;
-    };
-    std::size_t fetched = 0;
-    std::size_t delivered = 0;
-    while (true) {
-        if (fetched - delivered == slots.size()) {
-            deliverNext(delivered++);
-        }
-        if (Slot& slot = slots[fetched % slots.size()]; fetch(slot.piece)) {
-            const std::lock_guard lock(mutex);
-            slot.state = State::Waiting;
-            ++fetched;
-        } else {
-            break;
-        }
-        changed.notify_all();
-    }
-    while (delivered < fetched) {
-        deliverNext(delivered++);
+    while (!threads.isEmpty()) {
+        threads.handOut(deliver);
     }
 }
 
