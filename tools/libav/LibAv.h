@@ -46,25 +46,20 @@ struct Codec {
     decltype(&::av_free) free = avutil["av_free"];
     decltype(&::av_frame_alloc) frameAlloc = avutil["av_frame_alloc"];
     decltype(&::av_frame_free) frameFree = avutil["av_frame_free"];
-    decltype(&::av_frame_get_buffer) frameGetBuffer = avutil["av_frame_get_buffer"];
     decltype(&::av_frame_unref) frameUnref = avutil["av_frame_unref"];
     decltype(&::av_log_set_level) logSetLevel = avutil["av_log_set_level"];
     decltype(&::av_mallocz) mallocz = avutil["av_mallocz"];
 
     Library avcodec{"libavcodec", LIBAVCODEC_VERSION_MAJOR};
-    decltype(&::av_new_packet) newPacket = avcodec["av_new_packet"];
     decltype(&::av_packet_alloc) packetAlloc = avcodec["av_packet_alloc"];
     decltype(&::av_packet_free) packetFree = avcodec["av_packet_free"];
     decltype(&::av_packet_unref) packetUnref = avcodec["av_packet_unref"];
     decltype(&::avcodec_alloc_context3) allocContext = avcodec["avcodec_alloc_context3"];
     decltype(&::avcodec_find_decoder) findDecoder = avcodec["avcodec_find_decoder"];
-    decltype(&::avcodec_find_encoder) findEncoder = avcodec["avcodec_find_encoder"];
     decltype(&::avcodec_free_context) freeContext = avcodec["avcodec_free_context"];
     decltype(&::avcodec_open2) open = avcodec["avcodec_open2"];
     decltype(&::avcodec_parameters_to_context) toContext = avcodec["avcodec_parameters_to_context"];
     decltype(&::avcodec_receive_frame) receiveFrame = avcodec["avcodec_receive_frame"];
-    decltype(&::avcodec_receive_packet) receivePacket = avcodec["avcodec_receive_packet"];
-    decltype(&::avcodec_send_frame) sendFrame = avcodec["avcodec_send_frame"];
     decltype(&::avcodec_send_packet) sendPacket = avcodec["avcodec_send_packet"];
 };
 
