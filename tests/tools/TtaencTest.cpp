@@ -1,6 +1,6 @@
-#include "PcmFixtures.h"
 #include "support/AudioFixtures.h"
 #include "support/Table.h"
+#include "tools/PcmFixtures.h"
 #include "tta/Stream.h"
 
 #include <QCryptographicHash>
@@ -140,12 +140,27 @@ private Q_SLOTS:
         QVERIFY(bench.ffmpeg(tta, raw) == pcm && bench.ffmpeg(bench.converted(tta), raw) == pcm);
     }
 
-    void encodesTheShortestFrames() {
+    // FFmpeg's encoder ends where clicks in silence take more room than it thinks, and its decoder
+    // before five channels.
+    void encodesWhatFfmpegDoesNot() {
         const Bench bench;
-        for (int blocks = 1; blocks <= 30; ++blocks) {
-            const QByteArray wav = wavFile(waves(blocks, 8, 1), 1, 8, 44100);
-            QVERIFY(bench.converted(bench.converted(wav)) == wav);
+        const QString raw = u"-c pcm_s16le -f s16le"_s;
+        Noise noise;
+        std::vector<int> samples;
+        for (int i = 0; i < 2 * 46080; ++i) {
+            samples.push_back(i % 400 == 399 ? 32767 : noise(1));
         }
+        const QByteArray clicks = wavFile(samples, 1, 16, 44100);
+        const QByteArray tta = bench.converted(clicks);
+        QVERIFY(tta.size() > clicks.size() && bench.converted(tta) == clicks);
+        QVERIFY(bench.ffmpeg(tta, raw) == bench.ffmpeg(clicks, raw));
+        const QByteArray five = wavFile(waves(5 * 3000, 16, 1), 5, 16, 8000);
+        const QByteArray back = bench.converted(bench.converted(five));
+        QCOMPARE(bench.ffmpeg(back, raw).size(), 5 * 3000 * 2);
+        QVERIFY(bench.ffmpeg(back, raw) == bench.ffmpeg(five, raw));
+        // On a pipe the header is the plainest.
+        const QString file = bench.put(u"five"_s, bench.converted(five));
+        QVERIFY(piped({u"-d"_s, out, u"-"_s, file}, {}) == five);
     }
 
     void pipesCarryNothingButAudio() {
@@ -187,14 +202,14 @@ private Q_SLOTS:
         row("endless", withNumber(file, 14, ~0U, 4), "is damaged: it ends inside its seek"_ba);
         row("no samples", withNumber(file, 14, 0, 4), "holds no samples"_ba);
         row("high rate", withNumber(file, 10, 0x800000, 4), "2 channels of 16 bits at 8388608"_ba);
-        row("five channels", withNumber(file, 6, 5, 2), "5 channels of 16 bits"_ba);
+        row("channels", withNumber(file, 6, 17, 2), "17 channels of 16 bits"_ba);
         row("encrypted", withNumber(file, 4, 2, 2), "is encrypted"_ba);
         row("text", "no music at all"_ba, "is no TTA file"_ba);
         const QByteArray big = wavFile({1, 2}, 1, 32, 44100);
         row("WAV, 32 bits", big, "has samples of 32 bits; TTA holds 8, 16 or 24"_ba);
         row("floats", QByteArray(big).replace(20, 1, "\x03"), "holds floating-point samples"_ba);
         row("WAV, no samples", wavFile({}, 2, 16, 44100), "holds no samples"_ba);
-        row("WAV, channels", wavFile({1, 2, 3, 4, 5}, 5, 16, 44100), "has 5 channels"_ba);
+        row("WAV, channels", wavFile(waves(17, 16, 1), 17, 16, 44100), "has 17 channels"_ba);
         row("WAV, rate", wavFile({1}, 1, 16, 0x800000), "has a sample rate of 8388608 Hz"_ba);
         row("WAV, cut", pcmFixture("eight").chopped(1), "is damaged: it ends"_ba);
     }

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string_view>
 
@@ -14,6 +17,21 @@ inline std::uint64_t littleEndian(std::span<const std::uint8_t> bytes) {
         value = value << 8 | bytes.back();
     }
     return value;
+}
+
+/// Fills bytes with a number, the lowest first; keeps as much of it as there is room for.
+inline void storeLittleEndian(std::span<std::uint8_t> to, std::uint64_t value) {
+    for (std::uint8_t& byte : to) {
+        byte = static_cast<std::uint8_t>(value);
+        value >>= 8;
+    }
+}
+
+/// littleEndian() for eight bytes, in one step.
+inline std::uint64_t littleEndian64(const std::uint8_t* bytes) {
+    std::uint64_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    return std::endian::native == std::endian::little ? value : __builtin_bswap64(value);
 }
 
 /// A number of up to 8 bytes, the highest first.

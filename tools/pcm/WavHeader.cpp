@@ -36,9 +36,9 @@ std::size_t wavPadding(const PcmFormat& format, std::uint64_t blocks) {
     return static_cast<std::size_t>(blocks * format.blockAlign() % 2);
 }
 
-std::vector<std::uint8_t> wavHeader(const PcmFormat& format, std::uint64_t blocks) {
+std::vector<std::uint8_t> wavHeader(const PcmFormat& format, std::uint64_t blocks, WavKind kind) {
     const std::uint64_t dataBytes = blocks * format.blockAlign();
-    const bool isExtensible = format.channels > 2;
+    const bool isExtensible = format.channels > 2 && kind == WavKind::Usual;
     const std::uint64_t formatBytes = isExtensible ? 40 : 16;
     std::uint64_t riffBytes = 4 + 8 + formatBytes + 8 + dataBytes + wavPadding(format, blocks);
     const bool isLong = riffBytes > largestRiff;

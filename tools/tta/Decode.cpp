@@ -1,32 +1,22 @@
 #include "tta/Decode.h"
 
 #include "pcm/OrderedWork.h"
+#include "pcm/TimeText.h"
 #include "tta/FrameCoder.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace quav::tta {
 
 namespace {
 
-std::string timeText(std::uint64_t blocks, std::uint32_t sampleRate) {
-    const std::uint64_t milliseconds = blocks * 1000 / sampleRate;
-    const auto part = [](std::uint64_t number, std::size_t width) {
-        const std::string digits = std::to_string(number);
-        return std::string(width - std::min(width, digits.size()), '0') + digits;
-    };
-    return part(milliseconds / 60000, 1) + ':' + part(milliseconds / 1000 % 60, 2) + '.' +
-           part(milliseconds % 1000, 3);
-}
-
 std::string describe(const Header& header, std::size_t frame, const std::string& error) {
     const std::uint64_t first = std::uint64_t{frame} * header.frameLength();
     return "frame " + std::to_string(frame + 1) + " of " + std::to_string(header.frames()) +
-           ", from " + timeText(first, header.sampleRate) + " to " +
-           timeText(first + header.blocksOfFrame(frame), header.sampleRate) + ", " + error;
+           ", from " + pcm::timeText(first, header.sampleRate) + " to " +
+           pcm::timeText(first + header.blocksOfFrame(frame), header.sampleRate) + ", " + error;
 }
 
 } // namespace
@@ -36,7 +26,6 @@ void decode(const Stream& stream, std::size_t jobs, pcm::ByteSink& samples, pcm:
     struct Piece {
         std::size_t frame = 0;
         std::vector<std::uint8_t> coded;
-        std::optional<FrameDecoder> decoder;
         std::vector<std::uint8_t> samples;
         std::string error;
     };
@@ -51,10 +40,8 @@ void decode(const Stream& stream, std::size_t jobs, pcm::ByteSink& samples, pcm:
         if (!piece.error.empty()) {
             return;
         }
-        if (!piece.decoder) {
-            piece.decoder.emplace(header);
-        }
-        if (!piece.decoder->decode(piece.coded, header.blocksOfFrame(piece.frame), piece.samples)) {
+        if (!FrameCoder(header.wavFormat())
+                 .decode(piece.coded, header.blocksOfFrame(piece.frame), piece.samples)) {
             piece.error = "cannot be decoded";
         }
     };

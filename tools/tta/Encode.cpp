@@ -4,11 +4,9 @@
 #include "pcm/OrderedWork.h"
 #include "pcm/TemporaryFile.h"
 #include "tta/FrameCoder.h"
-#include "tta/ShortFrame.h"
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -26,9 +24,7 @@ template <typename Deliver>
 void encodeFrames(pcm::PcmReader& reader, const Header& header, std::size_t jobs, Deliver deliver) {
     struct Piece {
         std::vector<std::uint8_t> samples;
-        std::optional<FrameEncoder> encoder;
-        std::vector<std::uint8_t> shortFrame;
-        std::span<const std::uint8_t> coded;
+        std::vector<std::uint8_t> coded;
     };
     const std::size_t frames = header.frames();
     std::size_t fetched = 0;
@@ -41,15 +37,7 @@ void encodeFrames(pcm::PcmReader& reader, const Header& header, std::size_t jobs
         return true;
     };
     const auto work = [&](Piece& piece) {
-        if (piece.samples.size() < safeFrameLength * reader.format().blockAlign()) {
-            piece.shortFrame = encodeShortFrame(header, reader.format(), piece.samples);
-            piece.coded = piece.shortFrame;
-            return;
-        }
-        if (!piece.encoder) {
-            piece.encoder.emplace(header);
-        }
-        piece.coded = piece.encoder->encode(reader.format(), piece.samples);
+        FrameCoder(reader.format()).encode(piece.samples, piece.coded);
     };
     pcm::inOrder<Piece>(std::min(jobs, frames), fetch, work,
                         [&](const Piece& piece) { deliver(piece.coded); });
@@ -78,12 +66,12 @@ Header headerFor(const pcm::PcmFormat& format, std::uint64_t blocks, const std::
         throw Failure(Failure::Kind::Unsupported, name + ": " + what);
     };
     if (format.containerBits() > 24) {
-        refuse("has samples of " + std::to_string(format.bitsPerSample) +
+        refuse("has samples of " + std::to_string(format.containerBits()) +
                " bits; TTA holds 8, 16 or 24");
     }
-    if (!isPossibleChannelCount(format.channels)) {
-        refuse("has " + std::to_string(format.channels) +
-               " channels; TTA is written with 1 to 16, but not 5");
+    if (format.channels > maximalChannels) {
+        refuse("has " + std::to_string(format.channels) + " channels; TTA is written with up to " +
+               std::to_string(maximalChannels));
     }
     if (format.sampleRate > maximalSampleRate) {
         refuse("has a sample rate of " + std::to_string(format.sampleRate) +

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "libav/LibAv.h"
 #include "pcm/PcmFormat.h"
-#include "tta/Stream.h"
 
 #include <cstdint>
 #include <span>
@@ -10,41 +8,29 @@
 
 namespace quav::tta {
 
-/// Codes the frames of a stream, in any order; only the shorter last one must be the last it gets.
-/// For frames of fewer than safeFrameLength blocks there is encodeShortFrame().
-class FrameEncoder {
+/// Codes and decodes the frames of a TTA1 stream, each on its own. A sample goes through the
+/// difference of neighbouring channels, a fixed prediction from the sample before, an adaptive
+/// filter of eight taps, and an adaptive Rice code with two depths, the lowest bit of every byte
+/// first.
+///
+/// FFmpeg's coder would do, but its encoder ends the process where a few loud samples in near
+/// silence need more room than it thinks, and its decoder cannot read five channels.
+class FrameCoder {
 public:
-    /// Throws pcm::Failure when libavcodec cannot be loaded or has no such encoder.
-    explicit FrameEncoder(const Header& header);
+    /// `format` is that of the samples of encode(), in any byte order, and of decode().
+    explicit FrameCoder(const pcm::PcmFormat& format) : format_(format) {}
 
-    /// Codes the samples of a frame, whose container is as wide as the header says. Returns the
-    /// coded frame with its checksum, valid until the next call.
-    std::span<const std::uint8_t> encode(const pcm::PcmFormat& format,
-                                         std::span<const std::uint8_t> samples);
+    /// Codes whole blocks of samples; a checksum of four bytes ends the frame.
+    void encode(std::span<const std::uint8_t> samples, std::vector<std::uint8_t>& coded);
 
-private:
-    libav::CodecContext context_;
-    libav::Frame frame_;
-    libav::Packet packet_;
-    std::vector<std::int32_t> numbers_;
-};
-
-/// Decodes the frames of a stream, in any order.
-class FrameDecoder {
-public:
-    /// Throws pcm::Failure when libavcodec cannot be loaded or has no such decoder.
-    explicit FrameDecoder(const Header& header);
-
-    /// Decodes a frame (checksum included, but not looked at) to the samples of a WAV file. Returns
-    /// whether they are as many as the frame is to hold.
+    /// Decodes a frame of so many blocks, without looking at its checksum. False when the code ends
+    /// too early or holds impossible numbers.
     bool decode(std::span<const std::uint8_t> coded, std::uint32_t blocks,
                 std::vector<std::uint8_t>& samples);
 
 private:
     pcm::PcmFormat format_;
-    libav::CodecContext context_;
-    libav::Frame frame_;
-    libav::Packet packet_;
+    std::vector<std::int32_t> numbers_;
 };
 
 } // namespace quav::tta

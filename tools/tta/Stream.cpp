@@ -18,8 +18,6 @@ using Bytes = std::span<const std::uint8_t>;
 constexpr std::string_view magic = "TTA1";
 constexpr std::uint32_t plainPcm = 1;
 constexpr std::size_t tableEntrySize = 4;
-// FFmpeg counts the bytes of a frame in an int.
-constexpr std::uint64_t maximalFrameSize = std::uint64_t{1} << 30;
 
 std::uint32_t number(Bytes bytes, std::size_t offset, std::size_t width) {
     return static_cast<std::uint32_t>(pcm::littleEndian(bytes.subspan(offset, width)));
@@ -27,9 +25,7 @@ std::uint32_t number(Bytes bytes, std::size_t offset, std::size_t width) {
 
 void putNumber(std::span<std::uint8_t> bytes, std::size_t offset, std::size_t width,
                std::uint32_t value) {
-    for (std::size_t i = 0; i < width; ++i) {
-        bytes[offset + i] = static_cast<std::uint8_t>(value >> (8 * i));
-    }
+    pcm::storeLittleEndian(bytes.subspan(offset, width), value);
 }
 
 // Whether the checksum at the end is that of the bytes before.
@@ -38,21 +34,7 @@ bool checks(Bytes bytes) {
     return checksum(bytes.first(end)) == number(bytes, end, checksumSize);
 }
 
-// Where the stream begins if there is one: behind the ID3v2 tags.
-std::uint64_t offsetBehindTags(const pcm::InputFile& input) {
-    std::uint64_t offset = 0;
-    std::array<std::uint8_t, pcm::id3v2Header> start{};
-    while (input.readAt(offset, start) == start.size() && pcm::id3v2Length(start) > 0) {
-        offset += pcm::id3v2Length(start);
-    }
-    return offset;
-}
-
 } // namespace
-
-bool isPossibleChannelCount(unsigned channels) {
-    return channels >= 1 && channels <= 16 && channels != 5;
-}
 
 std::uint32_t checksum(Bytes bytes) {
     return static_cast<std::uint32_t>(::crc32_z(0, bytes.data(), bytes.size()));
@@ -96,10 +78,6 @@ std::array<std::uint8_t, headerSize> Header::bytes() const {
     return bytes;
 }
 
-std::uint32_t sampleRateFor(std::uint32_t frameLength) {
-    return static_cast<std::uint32_t>((std::uint64_t{frameLength} * 245 + 255) / 256);
-}
-
 std::vector<std::uint8_t> seekTable(std::span<const std::uint32_t> frameSizes) {
     std::vector<std::uint8_t> table(frameSizes.size() * tableEntrySize + checksumSize);
     for (std::size_t i = 0; i < frameSizes.size(); ++i) {
@@ -109,19 +87,22 @@ std::vector<std::uint8_t> seekTable(std::span<const std::uint32_t> frameSizes) {
     return table;
 }
 
-bool isStream(const pcm::InputFile& input) {
-    std::array<std::uint8_t, magic.size()> start{};
-    input.readAt(offsetBehindTags(input), start);
-    return pcm::startsWith(start, magic);
+std::optional<std::uint64_t> findStream(const pcm::InputFile& input) {
+    std::uint64_t offset = input.position();
+    std::array<std::uint8_t, pcm::id3v2Header> start{};
+    while (input.readAt(offset, start) == start.size() && pcm::id3v2Length(start) > 0) {
+        offset += pcm::id3v2Length(start);
+    }
+    return pcm::startsWith(start, magic) ? std::optional(offset) : std::nullopt;
 }
 
 Stream::Stream(const pcm::InputFile& input) : input_(input), fileSize_(input.size().value_or(0)) {
-    if (!isStream(input)) {
+    const std::optional<std::uint64_t> start = findStream(input);
+    if (!start) {
         throw Failure(Failure::Kind::Input, name() + ": is no TTA file");
     }
-    const std::uint64_t start = offsetBehindTags(input);
-    readHeader(start);
-    readSeekTable(start + headerSize);
+    readHeader(*start);
+    readSeekTable(*start + headerSize);
 }
 
 void Stream::damaged(const std::string& what) const {
@@ -144,8 +125,9 @@ void Stream::readHeader(std::uint64_t offset) {
     if (number(bytes, 4, 2) != plainPcm) {
         throw Failure(Failure::Kind::Input, name() + ": is encrypted or of an unknown kind");
     }
-    if (!isPossibleChannelCount(header_.channels) || (bits != 8 && bits != 16 && bits != 24) ||
-        header_.sampleRate == 0 || header_.sampleRate > maximalSampleRate) {
+    if (header_.channels < 1 || header_.channels > maximalChannels ||
+        (bits != 8 && bits != 16 && bits != 24) || header_.sampleRate == 0 ||
+        header_.sampleRate > maximalSampleRate) {
         throw Failure(Failure::Kind::Input, name() + ": " + std::to_string(header_.channels) +
                                                 " channels of " + std::to_string(bits) +
                                                 " bits at " + std::to_string(header_.sampleRate) +
@@ -187,9 +169,6 @@ std::string Stream::readFrame(std::size_t frame, std::vector<std::uint8_t>& code
     const std::uint64_t samples = std::uint64_t{header_.blocksOfFrame(frame)} * header_.channels;
     if (end - start < checksumSize || samples > (end - start - checksumSize) * 8) {
         return "is too short for its samples";
-    }
-    if (end - start > maximalFrameSize) {
-        return "is too long";
     }
     coded.resize(static_cast<std::size_t>(end - start));
     if (input_.readAt(start, coded) < coded.size()) {

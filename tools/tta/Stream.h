@@ -6,15 +6,15 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace quav::tta {
 
-/// What FFmpeg can code and decode: 1 to 16 channels, but not 5, whose frames it encodes and then
-/// cannot read.
-bool isPossibleChannelCount(unsigned channels);
+/// What other programs read at most.
+constexpr unsigned maximalChannels = 16;
 constexpr std::uint32_t maximalSampleRate = 0x7FFFFF;
 
 constexpr std::size_t headerSize = 22;
@@ -45,14 +45,11 @@ struct Header {
     std::array<std::uint8_t, headerSize> bytes() const;
 };
 
-/// The lowest sample rate whose frames have at least so many blocks.
-std::uint32_t sampleRateFor(std::uint32_t frameLength);
-
 /// The seek table as it stands in the file, for frames of these sizes (checksums included).
 std::vector<std::uint8_t> seekTable(std::span<const std::uint32_t> frameSizes);
 
-/// Whether a file begins as a TTA1 stream does, perhaps after ID3v2 tags. For a regular file.
-bool isStream(const pcm::InputFile& input);
+/// Where in a regular file a TTA1 stream begins, perhaps after ID3v2 tags; nothing when none does.
+std::optional<std::uint64_t> findStream(const pcm::InputFile& input);
 
 /// A TTA1 stream in a regular file, perhaps between tags: its header, and where its frames are.
 class Stream {

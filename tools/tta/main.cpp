@@ -13,11 +13,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <poll.h>
 #include <span>
 #include <string>
-#include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -25,11 +22,6 @@ using namespace quav;
 using pcm::Failure;
 
 namespace {
-
-// Every thread has a few frames in memory, which are large at high sample rates.
-std::size_t jobs() {
-    return std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
-}
 
 std::string number(std::uint64_t value, std::size_t width = 0) {
     const std::string digits = std::to_string(value);
@@ -46,14 +38,6 @@ std::string withoutPercentSigns(std::string text) {
     return text;
 }
 
-// Whether the reader of our output closes it now that it has the header: programs that only want to
-// know what a file is like read no more, and need not wait until libavcodec is loaded.
-bool readerLeaves() {
-    constexpr int milliseconds = 10;
-    pollfd output{STDOUT_FILENO, 0, 0};
-    return ::poll(&output, 1, milliseconds) > 0 && (output.revents & POLLERR) != 0;
-}
-
 class DiscardingSink final : public pcm::ByteSink {
 public:
     void write(std::span<const std::uint8_t>) override {}
@@ -67,8 +51,8 @@ public:
     std::string describe(const Failure& failure) const;
 
 private:
-    void encode(pcm::InputFile input);
-    void decode(const pcm::InputFile& input);
+    void encode(pcm::InputFile& input, pcm::OutputFile& output);
+    void decode(const pcm::InputFile& input, pcm::OutputFile& output);
     void test(const pcm::InputFile& input);
     pcm::Progress conversionProgress(const tta::Header& header);
     pcm::Progress testProgress(const tta::Stream& stream);
@@ -78,6 +62,7 @@ private:
     bool isTest_ = false;
     std::string input_;
     std::string output_;
+    std::size_t jobs_ = 1;
     bool lineIsOpen_ = false; // progress stands on the last line of standard error
 };
 
@@ -88,6 +73,10 @@ TtaEnc::TtaEnc(CLI::App& options) {
     CLI::Option* output =
         options.add_option("-o,--output", output_, "File to write; - is standard output");
     options.add_option("INPUT", input_, "File to read; - is standard input")->required();
+    options.add_option("-j,--jobs", jobs_, "Frames to work on side by side")
+        ->check(CLI::Range(1U, 64U))
+        ->type_name("JOBS")
+        ->capture_default_str();
     encode->excludes(decode)->excludes(test);
     decode->excludes(test);
     output->excludes(test);
@@ -98,16 +87,19 @@ int TtaEnc::run() {
         throw CLI::RequiredError("-o");
     }
     pcm::InputFile input = pcm::InputFile::open(input_);
+    if (isTest_) {
+        test(std::move(input).spooled("-"));
+        return 0;
+    }
+    pcm::OutputFile output(output_);
     if (!isEncode_) {
         // What the input is stands behind its tags, and where the frames are in front of them.
-        input = std::move(input).spooled(isTest_ ? "-" : output_);
+        input = std::move(input).spooled(output_);
     }
-    if (isTest_) {
-        test(input);
-    } else if (isDecode_ || (!isEncode_ && tta::isStream(input))) {
-        decode(input);
+    if (isDecode_ || (!isEncode_ && tta::findStream(input))) {
+        decode(input, output);
     } else {
-        encode(std::move(input));
+        encode(input, output);
     }
     return 0;
 }
@@ -117,31 +109,27 @@ std::string TtaEnc::describe(const Failure& failure) const {
     return isTest_ ? withoutPercentSigns(line) : line;
 }
 
-void TtaEnc::encode(pcm::InputFile input) {
+void TtaEnc::encode(pcm::InputFile& input, pcm::OutputFile& output) {
     pcm::PcmReader reader(input);
     const tta::Header header =
         tta::headerFor(reader.format(), reader.countBlocks(output_), input.name());
-    pcm::OutputFile output(output_);
     pcm::Progress progress = conversionProgress(header);
-    tta::encode(reader, header, jobs(), output, progress);
+    tta::encode(reader, header, jobs_, output, progress);
     output.commit();
     progress.finish();
 }
 
-void TtaEnc::decode(const pcm::InputFile& input) {
+void TtaEnc::decode(const pcm::InputFile& input, pcm::OutputFile& output) {
     const tta::Stream stream(input);
     const tta::Header& header = stream.header();
     const pcm::PcmFormat format = header.wavFormat();
-    pcm::OutputFile output(output_);
-    output.write(pcm::wavHeader(format, header.blocks));
-    if (output_ == "-") {
-        output.flush();
-        if (readerLeaves()) {
-            throw pcm::ReaderGone();
-        }
-    }
+    // Programs that read us know the plainest header alone, and read no more when it is all they
+    // want.
+    const auto kind = output_ == "-" ? pcm::WavKind::Plain : pcm::WavKind::Usual;
+    output.write(pcm::wavHeader(format, header.blocks, kind));
+    output.flush();
     pcm::Progress progress = conversionProgress(header);
-    tta::decode(stream, jobs(), output, progress, [&](const std::string& damage) {
+    tta::decode(stream, jobs_, output, progress, [&](const std::string& damage) {
         throw Failure(Failure::Kind::Input, input.name() + ": " + damage);
     });
     output.write(std::vector<std::uint8_t>(pcm::wavPadding(format, header.blocks)));
@@ -158,7 +146,7 @@ void TtaEnc::test(const pcm::InputFile& input) {
     pcm::Progress progress = testProgress(stream);
     std::size_t damagedFrames = 0;
     std::string lines;
-    tta::decode(stream, jobs(), nowhere, progress, [&](const std::string& damage) {
+    tta::decode(stream, jobs_, nowhere, progress, [&](const std::string& damage) {
         if (++damagedFrames <= maximalLines) {
             lines += '\n' + name + ": " + damage;
         }
