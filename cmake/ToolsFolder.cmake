@@ -1,6 +1,7 @@
 # The tools folder: links to the system's tools under the names that the program uses. In the build
 # tree a link is made for what is there; an installation links to where Debian's packages put them,
-# so that a package that comes later is found without installing again.
+# so that a package that comes later is found without installing again. Our own tools are
+# built into it, see tools/CMakeLists.txt.
 set(QUAV_TOOLS flac metaflac shntool wavpack wvunpack lame opusdec opusenc AtomicParsley sox
                cdda2wav=icedax mkisofs=genisoimage)
 set(TOOLS_DIR ${PROJECT_BINARY_DIR}/tools)

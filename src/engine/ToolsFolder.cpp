@@ -27,6 +27,9 @@ constexpr std::array tools{
     ToolDefinition{"sox", "sox", "--version"},
     ToolDefinition{"cdda2wav", "icedax", "--version"},
     ToolDefinition{"mkisofs", "genisoimage", "--version"},
+    ToolDefinition{"ttaenc", "quav", "--version"},
+    ToolDefinition{"mac", "quav", "--version"},
+    ToolDefinition{"shorten", "quav", "--version"},
 };
 
 bool isUtf8Locale(const QProcessEnvironment& environment) {
