@@ -7,14 +7,12 @@
 #include "ape/Predictor.h"
 #include "ape/Residuals.h"
 #include "pcm/Samples.h"
-#include "support/AudioFixtures.h"
 #include "support/Table.h"
 #include "tools/PcmFixtures.h"
+#include "tools/ToolFixtures.h"
 
 #include <QCryptographicHash>
-#include <QDir>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -27,21 +25,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 Ran mac(const QStringList& arguments, const QByteArray& input = {}) {
-    QProcess process;
-    process.start(QStringLiteral(QUAV_MAC), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(-1);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-/// The samples of a file as another program reads them, its checksums compared.
-QByteArray judged(const QString& path, int bits) {
-    const QString format = bits == 8 ? u"u8"_s : bits == 16 ? u"s16le"_s : u"s24le"_s;
-    const Ran ran = run(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-err_detect"_s, u"crccheck+explode"_s,
-                                      u"-i"_s, path, u"-f"_s, format, u"-"_s});
-    return ran.status == 0 ? ran.output : QByteArray();
+    return pipe(QStringLiteral(QUAV_MAC), arguments, input);
 }
 
 QByteArray numberBytes(uint32_t number, int bytes = 4) {
@@ -60,16 +44,9 @@ QByteArray noise24() {
 
 } // namespace
 
-class MacTest : public QObject {
+class MacTest : public QObject, ToolFolder {
     Q_OBJECT
 
-    QTemporaryDir folder_;
-    QString path(const QString& name) const { return folder_.filePath(name); }
-    QStringList files() const { return QDir(path({})).entryList(QDir::Files | QDir::Hidden); }
-    QString write(const QString& name, const QByteArray& content) const {
-        QFile file(path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(content) >= 0 ? path(name) : QString();
-    }
     /// A Monkey's Audio file of one of the fixtures.
     QByteArray encoded(const char* name, int level = 1000) const {
         const QString out = path(u"encoded"_s);
@@ -81,7 +58,7 @@ class MacTest : public QObject {
     }
 
 private Q_SLOTS:
-    void init() { folder_ = QTemporaryDir(); }
+    void init() { folder = QTemporaryDir(); }
 
     // The digests are over the files of the five levels, back to back.
     void givesEveryByteBack_data() {
@@ -265,9 +242,9 @@ private Q_SLOTS:
         row("output is there", wav, u"in -c1000"_s, "Error: 1001 "_ba);
         row("no such folder", wav, u"no/out -c1000"_s, "Error: 1001 "_ba);
         row("to a pipe", wav, u"- -c1000"_s, "Error: 1001 "_ba);
-        row("level", wav, u"out -c1500"_s, "-c"_ba);
-        row("no output", wav, u"-c1000"_s, "OUTPUT"_ba);
-        row("nothing to do", wav, u"out"_s, "One of -c, -d and -v"_ba);
+        row("level", wav, u"out -c1500"_s, "Error: 1002 -c"_ba);
+        row("no output", wav, u"-c1000"_s, "Error: 1002 OUTPUT"_ba);
+        row("nothing to do", wav, u"out"_s, "Error: 1002 One of -c, -d and -v"_ba);
     }
     void refuses() {
         QFETCH(QByteArray, input);
@@ -275,7 +252,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, error);
         write(u"in"_s, input);
         const QDir before = QDir::current();
-        QDir::setCurrent(folder_.path());
+        QDir::setCurrent(folder.path());
         const Ran ran = mac(QStringList{u"in"_s} + more.split(u' '));
         QDir::setCurrent(before.path());
         QCOMPARE(ran.status, 1);

@@ -12,7 +12,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+#include <sys/wait.h>
+
 #include <array>
+#include <csignal>
 #include <fcntl.h>
 #include <numeric>
 #include <stdexcept>
@@ -130,11 +134,18 @@ private Q_SLOTS:
         QCOMPARE(parts.signedMd5, judged(path(name), asPlain));
     }
 
+    void readsWhatAPipeRecorderLeft_data() {
+        QTest::addColumn<QByteArray>("size");
+        row("all ones", QByteArray("ffffffff"));
+        row("2 GiB", QByteArray("00000080"));
+        row("a block less than 2 GiB", QByteArray("fcffff7f"));
+    }
     void readsWhatAPipeRecorderLeft() {
         // The length is not in the header; an incomplete block ends the input.
+        QFETCH(QByteArray, size);
         const QByteArray file = QByteArray::fromHex("52494646ffffffff57415645666d7420100000000100"
-                                                    "020044ac000010b102000400100064617461ffffffff"
-                                                    "0102030405060708090a");
+                                                    "020044ac000010b102000400100064617461" +
+                                                    size + "0102030405060708090a");
         write(path(u"stream.wav"_s), file);
         std::array<int, 2> ends{};
         QCOMPARE(::pipe2(ends.data(), O_CLOEXEC), 0);
@@ -226,6 +237,52 @@ private Q_SLOTS:
                      pcm::OutputFile full("/dev/full");
                      full.write(content);
                  }).isEmpty());
+    }
+
+    void anOutputIsNotLeftHalf_data() {
+        QTest::addColumn<bool>("named"); // as on file systems that know no nameless files
+        row("nameless", false);
+        row("named", true);
+    }
+    void anOutputIsNotLeftHalf() {
+        QFETCH(bool, named);
+        using Until = pcm::OutputFile::Until;
+        const Until until = named ? Until::Named : Until::Nameless;
+        const QDir folder(QDir(folder_.path()).filePath(QString::number(named)));
+        folder.mkpath(u"."_s);
+        const auto files = [&] { return folder.entryList(QDir::Files | QDir::Hidden); };
+        const std::string name = folder.filePath(u"out"_s).toStdString();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            pcm::OutputFile output(name, until);
+            output.write(Bytes(100, 7));
+            output.flush();
+            ::raise(SIGTERM);
+        }
+        int status = 0;
+        QCOMPARE(::waitpid(child, &status, 0), child);
+        QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+        QCOMPARE(files(), QStringList());
+
+        // What an earlier process of this number has left behind is nobody's business.
+        const QString foreign = u".quav-%1-0"_s.arg(::getpid());
+        write(folder.filePath(foreign), "x");
+        { pcm::OutputFile(name, until).write(Bytes(100, 7)); }
+        QCOMPARE(files(), QStringList(foreign));
+        write(QString::fromStdString(name), {}); // empty: to be replaced
+        QCOMPARE(::chmod(name.c_str(), 0600), 0);
+        pcm::OutputFile output(name, until);
+        output.write(Bytes(100, 7));
+        output.commit();
+        QCOMPARE(contents(QString::fromStdString(name)), QByteArray(100, '\7'));
+        QCOMPARE(QFile::permissions(QString::fromStdString(name)) & QFile::ReadOther,
+                 QFile::Permissions());
+        QCOMPARE(files(), QStringList({foreign, u"out"_s}));
+
+        QVERIFY(QFile::link(u"nowhere"_s, folder.filePath(u"link"_s)));
+        QVERIFY(failureOf([&] {
+                    pcm::OutputFile(folder.filePath(u"link"_s).toStdString(), until);
+                }).contains("not written over"));
     }
 
     void workSideBySideKeepsTheOrder() {

@@ -1,10 +1,8 @@
-#include "support/AudioFixtures.h"
 #include "support/Table.h"
 #include "tools/PcmFixtures.h"
+#include "tools/ToolFixtures.h"
 
 #include <QCryptographicHash>
-#include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -15,22 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Runs the tool on pipes.
 Ran tool(const QStringList& arguments, const QByteArray& input = {}) {
-    QProcess process;
-    process.start(QStringLiteral(QUAV_SHORTEN), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(-1);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-/// The samples of a file as another program reads them.
-QByteArray judged(const QString& path, int bits) {
-    return run(u"ffmpeg"_s, {u"-v"_s, u"error"_s, u"-i"_s, path, u"-f"_s,
-                             bits == 8 ? u"u8"_s : u"s16le"_s, u"-"_s})
-        .output;
+    return pipe(QStringLiteral(QUAV_SHORTEN), arguments, input);
 }
 
 /// Writes streams such as our own encoder never does, one character a bit.
@@ -70,19 +54,11 @@ struct Foreign {
 
 } // namespace
 
-class ShortenTest : public QObject {
+class ShortenTest : public QObject, ToolFolder {
     Q_OBJECT
 
-    QTemporaryDir folder_;
-    QString path(const QString& name) const { return folder_.filePath(name); }
-    QStringList files() const { return QDir(path({})).entryList(QDir::Files | QDir::Hidden); }
-    QString write(const QString& name, const QByteArray& content) const {
-        QFile file(path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(content) >= 0 ? path(name) : QString();
-    }
-
 private Q_SLOTS:
-    void init() { folder_ = QTemporaryDir(); }
+    void init() { folder = QTemporaryDir(); }
 
     // The digests say that every block takes the fewest bits there are. The judge knows no signed
     // bytes, takes every AIFF file for big-endian, and wants samples.

@@ -1,10 +1,9 @@
-#include "support/AudioFixtures.h"
 #include "support/Table.h"
 #include "tools/PcmFixtures.h"
+#include "tools/ToolFixtures.h"
 #include "tta/Stream.h"
 
 #include <QCryptographicHash>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/socket.h>
@@ -21,35 +20,24 @@ namespace {
 const QString program = QStringLiteral(QUAV_TTAENC);
 const QString out = u"-o"_s;
 
-struct Bench {
-    QTemporaryDir folder;
-
-    QString path(const QString& name) const { return folder.filePath(name); }
-    QString put(const QString& name, const QByteArray& bytes) const {
-        QFile file(path(name));
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 ? path(name) : QString();
-    }
+struct Bench : ToolFolder {
     /// What the tool makes of a file, whose kind it has to see for itself.
     QByteArray converted(const QByteArray& input) const {
         QFile::remove(path(u"out"_s));
-        test::run(program, {put(u"in"_s, input), out, path(u"out"_s)});
+        test::run(program, {write(u"in"_s, input), out, path(u"out"_s)});
         return contents(path(u"out"_s));
     }
     QByteArray ffmpeg(const QByteArray& input, const QString& options) const {
         const QString line = u"-v error -y -i %1 -fflags +bitexact -bitexact %2 %3"_s;
-        test::run(u"ffmpeg"_s, line.arg(put(u"in"_s, input), options, path(u"ff"_s)).split(u' '));
+        test::run(u"ffmpeg"_s, line.arg(write(u"in"_s, input), options, path(u"ff"_s)).split(u' '));
         return contents(path(u"ff"_s));
     }
 };
 
 /// The tool between pipes; it has nothing to say.
 QByteArray piped(const QStringList& arguments, const QByteArray& input) {
-    QProcess process;
-    process.start(program, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    process.waitForFinished(-1);
-    return process.readAllStandardError() + process.readAllStandardOutput();
+    const Ran ran = pipe(program, arguments, input);
+    return ran.errors + ran.output;
 }
 
 void seal(QByteArray& file, qsizetype from, qsizetype to) {
@@ -159,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(bench.ffmpeg(back, raw).size(), 5 * 3000 * 2);
         QVERIFY(bench.ffmpeg(back, raw) == bench.ffmpeg(five, raw));
         // On a pipe the header is the plainest.
-        const QString file = bench.put(u"five"_s, bench.converted(five));
+        const QString file = bench.write(u"five"_s, bench.converted(five));
         QVERIFY(piped({u"-d"_s, out, u"-"_s, file}, {}) == five);
     }
 
@@ -217,7 +205,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, file);
         QFETCH(QByteArray, says);
         const Bench bench;
-        const QString input = bench.put(u"a.tta"_s, file);
+        const QString input = bench.write(u"a.tta"_s, file);
         const QString output = bench.path(u"a.wav"_s);
         const QByteArray line = input.toUtf8() + ": " + says;
         const QString mode = file.startsWith("RIFF") ? u"-e"_s : u"-d"_s;
@@ -241,8 +229,8 @@ private Q_SLOTS:
 
     void onlyAnEmptyFileIsWrittenOver() {
         const Bench bench;
-        const QString wav = bench.put(u"a.wav"_s, pcmFixture("eight"));
-        const QString output = bench.put(u"a.tta"_s, {});
+        const QString wav = bench.write(u"a.wav"_s, pcmFixture("eight"));
+        const QString output = bench.write(u"a.tta"_s, {});
         QCOMPARE(test::run(program, {wav, out, output}).status, 0);
         const QByteArray first = contents(output);
         const Ran second = test::run(program, {output, out, output});
@@ -264,8 +252,8 @@ private Q_SLOTS:
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, pieces);
         const Bench bench;
-        bench.put(u"1% live.wav"_s, pcmFixture("eight"));
-        bench.put(u"1% live.tta"_s, bench.converted(pcmFixture("eight")));
+        bench.write(u"1% live.wav"_s, pcmFixture("eight"));
+        bench.write(u"1% live.tta"_s, bench.converted(pcmFixture("eight")));
         std::array<int, 2> ends{};
         QCOMPARE(::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends.data()), 0); // keeps writes apart
         QProcess process;

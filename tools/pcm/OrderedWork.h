@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -15,13 +16,16 @@ template <typename Piece, typename Work>
 class OrderedWork {
 public:
     OrderedWork(std::size_t jobs, const Work& work) : work_(work), slots_(2 * jobs) {
+        threads_.reserve(jobs);
         try {
-            for (std::size_t i = 0; i < jobs; ++i) {
+            while (threads_.size() < jobs) {
                 threads_.emplace_back([this] { run(); });
             }
-        } catch (...) {
-            stop();
-            throw;
+        } catch (const std::system_error&) {
+            // The system gives no more threads; those that run can do all the work.
+            if (threads_.empty()) {
+                throw;
+            }
         }
     }
     ~OrderedWork() { stop(); }

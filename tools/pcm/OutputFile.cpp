@@ -1,17 +1,12 @@
 #include "pcm/OutputFile.h"
 
 #include "pcm/Failure.h"
-#include "pcm/TemporaryFile.h"
 
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <climits>
-#include <csignal>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <system_error>
 
@@ -21,101 +16,80 @@ namespace {
 
 constexpr std::size_t bufferSize = std::size_t{256} << 10;
 
-constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
-// The one temporary file that a signal has to take away. A handler may touch nothing but such plain
-// memory; the first byte is 0 when there is none.
-std::array<char, PATH_MAX> leftOver{};
-
-void removeLeftOver(int signal) {
-    if (leftOver[0] != '\0') {
-        ::unlink(leftOver.data());
-    }
-    ::signal(signal, SIG_DFL);
-    ::raise(signal);
-}
-
-void removeAtSignal(const std::string& path) {
-    std::strncpy(leftOver.data(), path.c_str(), leftOver.size() - 1);
-    for (const int signal : endingSignals) {
-        // What the caller has made us ignore (nohup) stays ignored.
-        if (::signal(signal, removeLeftOver) == SIG_IGN) {
-            ::signal(signal, SIG_IGN);
-        }
-    }
-}
-
-std::string systemText(int error) {
-    return std::generic_category().message(error);
-}
-
 } // namespace
 
-OutputFile::OutputFile(const std::string& path)
+OutputFile::OutputFile(const std::string& path, Until until)
     : path_(path), name_(path == "-" ? "standard output" : path) {
     buffer_.reserve(bufferSize);
-    if (path == "-") {
+    if (!openDirectly()) {
+        checkIsFree();
+        openFile(until);
+    }
+}
+
+// Opens what is no regular file and not to become one.
+bool OutputFile::openDirectly() {
+    if (path_ == "-") {
         if (::isatty(STDOUT_FILENO) == 1) {
             throw Failure(Failure::Kind::Write,
                           "standard output is a terminal: name a file, or send it to one");
         }
         fd_ = UniqueFd(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
-        direct_ = true;
-        if (!fd_) {
-            fail("cannot be written", errno);
+    } else {
+        struct stat status = {};
+        if (::stat(path_.c_str(), &status) != 0 || S_ISREG(status.st_mode) ||
+            S_ISDIR(status.st_mode)) {
+            return false;
         }
+        fd_ = UniqueFd(::open(path_.c_str(), O_WRONLY | O_CLOEXEC));
+    }
+    if (!fd_) {
+        fail("cannot be written", errno);
+    }
+    direct_ = true;
+    return true;
+}
+
+void OutputFile::checkIsFree() {
+    struct stat status = {};
+    if (::lstat(path_.c_str(), &status) != 0) {
         return;
     }
-    struct stat status = {};
-    if (::stat(path.c_str(), &status) == 0) {
-        if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
-            fd_ = UniqueFd(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-            direct_ = true;
-            if (!fd_) {
-                fail("cannot be written", errno);
-            }
-            return;
-        }
-        if (S_ISDIR(status.st_mode) || status.st_size > 0) {
-            fail("is not written over", EEXIST);
-        }
-        replacesEmpty_ = true;
-        // A link stays a link; what it leads to is replaced.
-        if (char* real = ::realpath(path.c_str(), nullptr)) {
-            path_ = real;
-            std::free(real); // NOLINT(cppcoreguidelines-no-malloc): realpath gives it away
-        }
+    // A link that leads nowhere is in the way, too.
+    if (::stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > 0) {
+        fail("is not written over", EEXIST);
     }
-    openUnnamed();
-}
-
-OutputFile::~OutputFile() {
-    if (!temporaryPath_.empty()) {
-        ::unlink(temporaryPath_.c_str());
-        leftOver[0] = '\0';
+    modeOfEmpty_ = status.st_mode & 07777;
+    // A link stays a link; what it leads to is replaced.
+    if (char* real = ::realpath(path_.c_str(), nullptr)) {
+        path_ = real;
+        std::free(real); // NOLINT(cppcoreguidelines-no-malloc): realpath gives it away
     }
 }
 
-void OutputFile::openUnnamed() {
+void OutputFile::openFile(Until until) {
     const std::string folder = folderOf(path_);
     // The file gets its name through /proc, for everybody may link from there.
-    if (::access("/proc/self/fd", X_OK) == 0) {
+    if (until == Until::Nameless && ::access("/proc/self/fd", X_OK) == 0) {
         fd_ = UniqueFd(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
     }
     if (!fd_) {
-        temporaryPath_ = temporaryName(folder);
-        removeAtSignal(temporaryPath_);
-        fd_ = UniqueFd(::open(temporaryPath_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-        if (!fd_) {
-            temporaryPath_.clear();
-            leftOver[0] = '\0';
-            fail("cannot be created", errno);
-        }
+        temporary_.emplace(
+            folder,
+            [this](const char* path) {
+                fd_ = UniqueFd(::open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+                return bool(fd_);
+            },
+            name_);
+    }
+    if (modeOfEmpty_) {
+        ::fchmod(fd_.get(), *modeOfEmpty_); // as good as it can be kept
     }
 }
 
 void OutputFile::fail(const char* what, int error) const {
-    throw Failure(Failure::Kind::Write, name_ + ": " + what + ": " + systemText(error));
+    throw Failure(Failure::Kind::Write,
+                  name_ + ": " + what + ": " + std::generic_category().message(error));
 }
 
 void OutputFile::write(std::span<const std::uint8_t> bytes) {
@@ -151,53 +125,48 @@ void OutputFile::flush() {
 
 void OutputFile::commit() {
     flush();
+    // Some file systems tell only when a file is closed that the disk is full.
+    if (::close(::fcntl(fd_.get(), F_DUPFD_CLOEXEC, 3)) != 0 && errno != EINTR) {
+        fail("cannot be written", errno);
+    }
     if (!direct_) {
         publish();
     }
-    // Some file systems tell only now that the disk is full.
-    if (::close(fd_.release()) != 0 && errno != EINTR) {
-        const int error = errno;
-        if (!direct_) {
-            ::unlink(path_.c_str());
-        }
-        fail("cannot be written", error);
-    }
+}
+
+bool OutputFile::linkTo(const char* path) const {
+    const std::string self = "/proc/self/fd/" + std::to_string(fd_.get());
+    return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path, AT_SYMLINK_FOLLOW) == 0;
 }
 
 void OutputFile::publish() {
-    const std::string self = "/proc/self/fd/" + std::to_string(fd_.get());
-    if (replacesEmpty_) {
+    bool isThere = false;
+    if (modeOfEmpty_) {
         struct stat status = {};
         if (::stat(path_.c_str(), &status) == 0 && status.st_size > 0) {
             fail("is not written over", EEXIST);
         }
-        if (temporaryPath_.empty()) {
-            const std::string between = temporaryName(folderOf(path_));
-            if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, between.c_str(), AT_SYMLINK_FOLLOW) !=
-                0) {
-                fail("cannot be created", errno);
-            }
-            temporaryPath_ = between;
+        if (!temporary_) {
+            temporary_.emplace(
+                folderOf(path_), [this](const char* path) { return linkTo(path); }, name_);
         }
-        if (::rename(temporaryPath_.c_str(), path_.c_str()) != 0) {
-            fail("cannot be created", errno);
-        }
-    } else if (temporaryPath_.empty()) {
-        if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path_.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-            fail("cannot be created", errno);
-        }
-    } else if (::renameat2(AT_FDCWD, temporaryPath_.c_str(), AT_FDCWD, path_.c_str(),
-                           RENAME_NOREPLACE) != 0) {
-        // The file systems without unnamed files are the ones that may not know this either.
-        if (errno != EINVAL || ::access(path_.c_str(), F_OK) == 0) {
-            fail("cannot be created", errno == EINVAL ? EEXIST : errno);
-        }
-        if (::rename(temporaryPath_.c_str(), path_.c_str()) != 0) {
-            fail("cannot be created", errno);
-        }
+    } else if (!temporary_) {
+        isThere = linkTo(path_.c_str());
+    } else {
+        // The temporary name goes with the object.
+        isThere = ::link(temporary_->path().c_str(), path_.c_str()) == 0;
     }
-    temporaryPath_.clear();
-    leftOver[0] = '\0';
+    // Where links are unknown as well, nothing but a look keeps a renamed file from taking the
+    // place of another.
+    const bool mayRename = modeOfEmpty_ || (temporary_ && !isThere && errno != EEXIST &&
+                                            ::access(path_.c_str(), F_OK) != 0);
+    if (mayRename && ::rename(temporary_->path().c_str(), path_.c_str()) == 0) {
+        temporary_->release();
+        isThere = true;
+    }
+    if (!isThere) {
+        fail("cannot be created", errno);
+    }
 }
 
 } // namespace quav::pcm

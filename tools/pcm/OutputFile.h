@@ -1,27 +1,31 @@
 #pragma once
 
 #include "pcm/ByteSink.h"
+#include "pcm/TemporaryFile.h"
 #include "pcm/UniqueFd.h"
 
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace quav::pcm {
 
-/// An output that appears whole or not at all. Until commit() a file has no name, or on file
-/// systems that know no unnamed files a temporary one that goes with the object or at a signal that
-/// ends the program. Standard output and devices are written as it comes.
+/// An output that appears whole or not at all. Until commit() a file has no name, or a temporary
+/// one that goes with the object or at a signal that ends the program. Standard output and devices
+/// are written as it comes.
 ///
 /// Throws Failure with Kind::Write, and ReaderGone when standard output is a closed pipe.
 class OutputFile final : public ByteSink {
 public:
+    /// What a file is until it is complete: Nameless turns into Named on file systems that know no
+    /// files without a name.
+    enum class Until { Nameless, Named };
+
     /// "-" is standard output. An existing file is refused unless it is empty, so that nothing is
     /// ever written over.
-    explicit OutputFile(const std::string& path);
-    ~OutputFile() override;
+    explicit OutputFile(const std::string& path, Until until = Until::Nameless);
 
     /// How messages call it.
     const std::string& name() const { return name_; }
@@ -44,19 +48,21 @@ public:
     void commit();
 
 private:
-    void put(std::span<const std::uint8_t> bytes);
-    [[noreturn]] void fail(const char* what, int error) const;
-    void openUnnamed();
+    bool openDirectly();
+    void checkIsFree();
+    void openFile(Until until);
+    bool linkTo(const char* path) const;
     void publish();
+    [[noreturn]] void fail(const char* what, int error) const;
 
     std::string path_;
     std::string name_;
-    std::string temporaryPath_;
     UniqueFd fd_;
+    std::optional<TemporaryName> temporary_;
+    std::optional<mode_t> modeOfEmpty_; // of the empty file that is replaced
     std::vector<std::uint8_t> buffer_;
     std::uint64_t position_ = 0;
     bool direct_ = false;
-    bool replacesEmpty_ = false;
 };
 
 } // namespace quav::pcm

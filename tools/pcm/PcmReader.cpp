@@ -30,7 +30,7 @@ std::uint32_t rateOf(Bytes bytes) {
 
 // What recorders that write to a pipe put where the size belongs; none of them knows the size.
 bool standsForUnknown(std::uint64_t size) {
-    return size >= 0xFFFFF000 || (size >= 0x7FFFF000 && size <= 0x7FFFFFFF);
+    return size >= 0xFFFFF000 || (size >= 0x7FFFF000 && size <= 0x80000000);
 }
 
 } // namespace
@@ -41,7 +41,9 @@ struct PcmReader::Chunk {
 };
 
 PcmReader::PcmReader(InputFile& input) : input_(input) {
-    take(id3v2Length(input_.peek(id3v2Header)));
+    while (const std::uint64_t tag = id3v2Length(input_.peek(id3v2Header))) {
+        take(tag);
+    }
     const Bytes start = input_.peek(12);
     const std::string magic = text(start.first(std::min<std::size_t>(start.size(), 4)));
     const std::string kind = text(start.size() < 12 ? Bytes() : start.subspan(8, 4));
@@ -90,7 +92,7 @@ void PcmReader::readWav(bool isRf64) {
     while (true) {
         const Chunk chunk = nextChunk(false);
         if (chunk.id == "data") {
-            const bool isLong = isRf64 && chunk.size == 0xFFFFFFFF;
+            const bool isLong = isRf64 && chunk.size == 0xFFFFFFFF && longSize > 0;
             return startSamples(isLong ? longSize : chunk.size, !isLong);
         }
         const Bytes content = take(chunk.size + chunk.size % 2);
@@ -186,6 +188,11 @@ void PcmReader::readAiffFormat(Bytes chunk, bool isCompressed) {
 }
 
 void PcmReader::startSamples(std::uint64_t dataBytes, bool mayBeUnknown) {
+    if (format_.channels == 0 && isAiff_) {
+        throw Failure(Failure::Kind::Unsupported,
+                      input_.name() + ": has its COMM chunk behind its samples, which cannot be "
+                                      "read; convert it first");
+    }
     if (format_.channels == 0) {
         damaged("it does not say how its samples look before they begin");
     }

@@ -2,12 +2,75 @@
 
 #include "pcm/Failure.h"
 
+#include <sys/stat.h>
+
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <system_error>
 
 namespace quav::pcm {
+
+namespace {
+
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+// The path that a signal has to take away; the first byte is 0 when there is none. A handler may
+// touch nothing but such plain memory, and gets nothing handed over.
+std::array<char, PATH_MAX> leftOver{};
+
+void removeLeftOver(int signal) {
+    if (leftOver[0] != '\0') {
+        ::unlink(leftOver.data());
+    }
+    ::signal(signal, SIG_DFL);
+    ::raise(signal);
+}
+
+void removeAtSignal(const std::string& path) {
+    std::strncpy(leftOver.data(), path.c_str(), leftOver.size() - 1);
+    for (const int signal : endingSignals) {
+        // What the caller has made us ignore (nohup) stays ignored.
+        if (::signal(signal, removeLeftOver) == SIG_IGN) {
+            ::signal(signal, SIG_IGN);
+        }
+    }
+}
+
+// Keeps the signals waiting while a file is there that the handler does not know yet.
+class SignalsHeld {
+public:
+    SignalsHeld() {
+        sigset_t held;
+        sigemptyset(&held);
+        for (const int signal : endingSignals) {
+            sigaddset(&held, signal);
+        }
+        ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+    }
+    ~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+private:
+    sigset_t before_{};
+};
+
+std::string folderForTemporaryFiles(const std::string& beside) {
+    struct stat status = {};
+    const bool isFile = ::stat(beside.c_str(), &status) != 0 || S_ISREG(status.st_mode);
+    if (beside != "-" && isFile) {
+        return folderOf(beside);
+    }
+    const char* chosen = std::getenv("TMPDIR");
+    return chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
+}
+
+} // namespace
 
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -17,25 +80,47 @@ std::string folderOf(const std::string& path) {
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-std::string temporaryName(const std::string& folder) {
-    static unsigned count = 0;
-    return folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+TemporaryName::TemporaryName(const std::string& folder,
+                             const std::function<bool(const char*)>& make,
+                             const std::string& what) {
+    const SignalsHeld held;
+    for (unsigned count = 0; path_.empty(); ++count) {
+        const std::string path =
+            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count);
+        if (make(path.c_str())) {
+            path_ = path;
+            removeAtSignal(path_);
+        } else if (errno != EEXIST) {
+            throw Failure(Failure::Kind::Write,
+                          what + ": cannot be created: " + std::generic_category().message(errno));
+        }
+    }
+}
+
+TemporaryName::~TemporaryName() {
+    if (!path_.empty()) {
+        ::unlink(path_.c_str());
+        release();
+    }
+}
+
+void TemporaryName::release() {
+    path_.clear();
+    leftOver[0] = '\0';
 }
 
 UniqueFd unnamedFile(const std::string& beside) {
-    const char* chosen = std::getenv("TMPDIR");
-    const std::string common = chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
-    const std::string folder = beside == "-" ? common : folderOf(beside);
+    const std::string folder = folderForTemporaryFiles(beside);
     UniqueFd fd(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
     if (!fd) {
-        // Not every file system knows files without a name: take the name away at once.
-        const std::string name = temporaryName(folder);
-        fd = UniqueFd(::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-        if (!fd) {
-            throw Failure(Failure::Kind::Write, folder + ": no temporary file can be made here: " +
-                                                    std::generic_category().message(errno));
-        }
-        ::unlink(name.c_str());
+        // Not every file system knows files without a name: the name goes at once.
+        const TemporaryName name(
+            folder,
+            [&fd](const char* path) {
+                fd = UniqueFd(::open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+                return bool(fd);
+            },
+            folder + ": a temporary file");
     }
     return fd;
 }

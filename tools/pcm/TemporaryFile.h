@@ -3,6 +3,7 @@
 #include "pcm/UniqueFd.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -11,11 +12,29 @@ namespace quav::pcm {
 /// The folder that a path stands in; "." when it names none.
 std::string folderOf(const std::string& path);
 
-/// A name in a folder that no other process uses and that folder listings hide.
-std::string temporaryName(const std::string& folder);
+/// A file's name for a while, which folder listings hide. The file goes with the object, and at a
+/// signal that ends the program; there is only one such object at a time.
+class TemporaryName {
+public:
+    /// Gives `make` one name after the other until it makes a new file of that name, or fails with
+    /// another errno than EEXIST. Throws Failure with Kind::Write then, `what` is what fails.
+    TemporaryName(const std::string& folder, const std::function<bool(const char*)>& make,
+                  const std::string& what);
+    ~TemporaryName();
+    TemporaryName(const TemporaryName&) = delete;
+    TemporaryName& operator=(const TemporaryName&) = delete;
 
-/// A file without a name, for reading and writing, in the folder of `beside`, or in the folder for
-/// temporary files when `beside` is "-". Throws Failure with Kind::Write.
+    const std::string& path() const { return path_; }
+
+    /// The file has another name now, and stays.
+    void release();
+
+private:
+    std::string path_;
+};
+
+/// A file without a name, for reading and writing: in the folder of `beside` if that is or may
+/// become a file, else in the folder for temporary files. Throws Failure with Kind::Write.
 UniqueFd unnamedFile(const std::string& beside);
 
 /// Writes all of it. Throws Failure with Kind::Write, or ReaderGone for a pipe that nobody reads.

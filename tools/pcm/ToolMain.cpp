@@ -11,13 +11,14 @@ namespace quav::pcm {
 
 namespace {
 
-// A caller may have closed them; a file opened here must not become one of them.
+// A caller may have closed them. A file opened here must not become one of them, and what is read
+// from or written to one of them must fail: so each is opened for what it is not used for.
 void fillStandardDescriptors() {
-    int fd = 0;
-    do {
-        fd = ::open("/dev/null", O_RDWR);
-    } while (fd >= 0 && fd <= STDERR_FILENO);
-    ::close(fd);
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(fd, F_GETFD) < 0) {
+            ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
 }
 
 int report(const Tool& tool, const Failure& failure) {
@@ -33,6 +34,8 @@ int runTool(const Tool& tool, int argc, char** argv) {
     fillStandardDescriptors();
     // A closed pipe shows where it is written to, so that what was begun is put away first.
     ::signal(SIGPIPE, SIG_IGN);
+    // The same for a file that grows beyond a limit.
+    ::signal(SIGXFSZ, SIG_IGN);
     tool.options.set_version_flag("--version", tool.options.get_name() + " " QUAV_VERSION,
                                   "Print the version and end");
     tool.options.get_formatter()->column_width(28);
@@ -40,13 +43,18 @@ int runTool(const Tool& tool, int argc, char** argv) {
         tool.options.parse(argc, argv);
         return tool.run();
     } catch (const CLI::ParseError& error) {
-        return tool.options.exit(error) == 0 ? 0 : 1;
+        if (error.get_exit_code() == 0) {
+            return tool.options.exit(error); // the help or the version
+        }
+        return report(tool, {Failure::Kind::Input, std::string(error.what()) + "; see --help"});
     } catch (const ReaderGone&) {
         return 1;
     } catch (const Failure& failure) {
         return report(tool, failure);
     } catch (const std::bad_alloc&) {
         return report(tool, {Failure::Kind::Memory, "there is not enough memory"});
+    } catch (const std::exception& error) {
+        return report(tool, {Failure::Kind::Memory, error.what()}); // no thread, say
     }
 }
 

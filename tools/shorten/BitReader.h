@@ -26,7 +26,9 @@ public:
             used_ += whole;
             filled_ += whole * 8;
             const auto zeros = static_cast<unsigned>(std::countl_zero(window_));
-            if (const unsigned length = zeros + 1 + lowBits; length <= filled_) {
+            // A number beyond 32 bits is refused there.
+            if (const unsigned length = zeros + 1 + lowBits;
+                length <= filled_ && zeros <= 0xFFFFFFFFU >> lowBits) {
                 const std::uint64_t oneAndLowBits = window_ << zeros >> (63 - lowBits);
                 window_ <<= length;
                 filled_ -= length;

@@ -22,7 +22,7 @@ SampleType typeFor(const pcm::PcmFormat& format, const std::string& name) {
     const std::optional<SampleType> type = sampleTypeOf(format);
     if (!type) {
         throw pcm::Failure(pcm::Failure::Kind::Unsupported,
-                           name + ": has samples of " + std::to_string(format.bitsPerSample) +
+                           name + ": has samples of " + std::to_string(format.containerBits()) +
                                " bits, and Shorten holds only 8 and 16: convert them first, or "
                                "choose another format");
     }
