@@ -242,7 +242,9 @@ private Q_SLOTS:
     void anOutputIsNotLeftHalf_data() {
         QTest::addColumn<bool>("named"); // as on file systems that know no nameless files
         row("nameless", false);
+#ifndef __SANITIZE_THREAD__ // it gives a forked process no signal that has a handler
         row("named", true);
+#endif
     }
     void anOutputIsNotLeftHalf() {
         QFETCH(bool, named);
@@ -254,10 +256,12 @@ private Q_SLOTS:
         const std::string name = folder.filePath(u"out"_s).toStdString();
         const pid_t child = ::fork();
         if (child == 0) {
+            ::signal(SIGTERM, SIG_DFL); // the test program has a handler of its own
             pcm::OutputFile output(name, until);
             output.write(Bytes(100, 7));
             output.flush();
             ::raise(SIGTERM);
+            ::_exit(1);
         }
         int status = 0;
         QCOMPARE(::waitpid(child, &status, 0), child);
