@@ -116,6 +116,8 @@ std::vector<std::string> verifyApe(const ApeFile& file, std::size_t jobs, const 
     endRun(file.frameCount());
     if (!file.digestMatches()) {
         found.emplace_back(digestText);
+    } else if (!file.isWhole()) {
+        found.emplace_back("its end is cut off"); // and there is no digest
     }
     return found;
 }

@@ -83,6 +83,7 @@ ApeFile::ApeFile(const pcm::InputFile& input) : input_(input), start_(tagsInFron
         readOld();
     }
     check();
+    usesStoredHeader_ = (flags_ & HasNoWavHeader) == 0 && wavHeader_.size > 0;
 }
 
 void ApeFile::damaged(const std::string& what) const {
@@ -212,8 +213,28 @@ std::vector<std::uint8_t> ApeFile::wavTrailer() const {
                              : std::vector<std::uint8_t>(pcm::wavPadding(format_, blocks()));
 }
 
-bool ApeFile::hasStoredHeader() const {
-    return (flags_ & HasNoWavHeader) == 0 && wavHeader_.size > 0;
+void ApeFile::preferPlainHeader() {
+    usesStoredHeader_ = usesStoredHeader_ && storesPlainHeader();
+}
+
+// Whether the stored header has a format chunk of 16 bytes with the tag 1, and the size of the
+// samples.
+bool ApeFile::storesPlainHeader() const {
+    const std::vector<std::uint8_t> header = read(wavHeader_);
+    const Bytes bytes(header);
+    bool isPlain = false;
+    for (std::uint64_t at = 12; at + 8 <= bytes.size();) {
+        const Bytes chunk = bytes.subspan(static_cast<std::size_t>(at));
+        const std::uint64_t size = numberAt(chunk, 4, 4);
+        if (pcm::startsWith(chunk, "fmt ") && chunk.size() >= 10) {
+            isPlain = size == 16 && numberAt(chunk, 8, 2) == 1;
+        } else if (pcm::startsWith(chunk, "data")) {
+            return isPlain && pcm::startsWith(bytes, "RIFF") &&
+                   size / format_.blockAlign() == blocks();
+        }
+        at += 8 + size + size % 2;
+    }
+    return false;
 }
 
 bool ApeFile::readFrame(std::uint32_t frame, std::size_t padding,
@@ -228,6 +249,9 @@ bool ApeFile::readFrame(std::uint32_t frame, std::size_t padding,
         return false;
     }
     const std::uint64_t firstWord = begin / 4 * 4;
+    if (frames_.offset + (end + 3) / 4 * 4 > *input_.size()) {
+        return false;
+    }
     to.resize(static_cast<std::size_t>((end + 3) / 4 * 4 - firstWord));
     if (input_.readAt(frames_.offset + firstWord, to) < to.size()) {
         return false;

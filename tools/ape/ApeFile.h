@@ -46,12 +46,19 @@ public:
 
     /// What the WAV file had before and behind its samples. When it is not stored, the header is
     /// made, and the trailer is what pads the samples.
+    ///
+    /// Programs that read a pipe know no other header than the plain one, and believe its sizes:
+    /// for them a stored header of another kind counts as not stored after preferPlainHeader().
+    void preferPlainHeader();
     std::vector<std::uint8_t> wavHeader() const;
     std::vector<std::uint8_t> wavTrailer() const;
 
     /// Of version 3990: the bytes of a frame in logical order, `padding` bytes behind them. False
     /// when the seek table contradicts itself there or the file ends before.
     bool readFrame(std::uint32_t frame, std::size_t padding, std::vector<std::uint8_t>& to) const;
+
+    /// Whether the file is as long as its parts are together.
+    bool isWhole() const { return wavTrailer_.end() <= *input_.size(); }
 
     /// Whether the stored digest of the whole file is right; true for versions that have none.
     bool digestMatches() const;
@@ -61,7 +68,8 @@ private:
     void readOld();
     void setFormat(unsigned bits, unsigned channels, std::uint32_t sampleRate);
     void check() const;
-    bool hasStoredHeader() const;
+    bool hasStoredHeader() const { return usesStoredHeader_; }
+    bool storesPlainHeader() const;
     std::vector<std::uint8_t> read(const Extent& extent) const;
     [[noreturn]] void damaged(const std::string& what) const;
 
@@ -79,6 +87,7 @@ private:
     Extent wavHeader_;
     Extent frames_;
     Extent wavTrailer_;
+    bool usesStoredHeader_ = false;
     Digest digest_{};
     std::vector<std::uint32_t> frameOffsets_;
 };

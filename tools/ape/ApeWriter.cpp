@@ -31,16 +31,23 @@ ApeWriter::ApeWriter(const std::string& path, const FrameFormat& format, std::ui
                       output_.name() + ": cannot take a Monkey's Audio file, whose start is "
                                        "written last; name a file");
     }
+    if (blocks > std::numeric_limits<std::uint32_t>::max()) {
+        tooLarge();
+    }
     // What is known only at the end goes here at the end.
     output_.write(std::vector<std::uint8_t>(descriptorSize + headerSize + 4 * frameCount_));
     write(wavHeader);
     framesStart_ = output_.position();
 }
 
+void ApeWriter::tooLarge() const {
+    throw Failure(Failure::Kind::Unsupported,
+                  output_.name() + ": would grow beyond 4 GiB; Monkey's Audio holds less");
+}
+
 void ApeWriter::write(std::span<const std::uint8_t> bytes) {
     if (output_.position() + bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
-        throw Failure(Failure::Kind::Unsupported,
-                      output_.name() + ": would grow beyond 4 GiB; Monkey's Audio holds less");
+        tooLarge();
     }
     md5_.add(bytes);
     output_.write(bytes);

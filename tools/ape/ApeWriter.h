@@ -34,6 +34,7 @@ public:
     void commit();
 
 private:
+    [[noreturn]] void tooLarge() const;
     std::vector<std::uint8_t> header() const;
     void write(std::span<const std::uint8_t> bytes);
     void writeWords(std::span<const std::uint8_t> bytes);

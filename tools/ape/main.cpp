@@ -54,7 +54,7 @@ public:
         if (arguments_.output == "-") {
             return [](std::uint64_t) { checkReader(); };
         }
-        if (arguments_.input == "-") {
+        if (arguments_.input == "-" && !arguments_.verify) {
             return {};
         }
         progress_ = pcm::Progress(blocks, progressText);
@@ -99,8 +99,11 @@ void encode(const Arguments& arguments, Report& report) {
 
 void decode(const Arguments& arguments, Report& report) {
     const pcm::InputFile input = pcm::InputFile::open(arguments.input).spooled(arguments.output);
-    const ape::ApeFile file(input);
+    ape::ApeFile file(input);
     pcm::OutputFile output(arguments.output);
+    if (arguments.output == "-") {
+        file.preferPlainHeader();
+    }
     output.write(file.wavHeader());
     output.flush();
     ape::decodeApe(file, arguments.jobs, report.begin(file.blocks()), output);

@@ -70,6 +70,22 @@ std::string folderForTemporaryFiles(const std::string& beside) {
     return chosen != nullptr && *chosen != '\0' ? chosen : "/tmp";
 }
 
+// Gives `make` one name after the other until one is new.
+std::string makeNamed(const std::string& folder, const std::function<bool(const char*)>& make,
+                      const std::string& what) {
+    for (unsigned count = 0;; ++count) {
+        std::string path =
+            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count);
+        if (make(path.c_str())) {
+            return path;
+        }
+        if (errno != EEXIST) {
+            throw Failure(Failure::Kind::Write,
+                          what + ": cannot be created: " + std::generic_category().message(errno));
+        }
+    }
+}
+
 } // namespace
 
 std::string folderOf(const std::string& path) {
@@ -84,17 +100,8 @@ TemporaryName::TemporaryName(const std::string& folder,
                              const std::function<bool(const char*)>& make,
                              const std::string& what) {
     const SignalsHeld held;
-    for (unsigned count = 0; path_.empty(); ++count) {
-        const std::string path =
-            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count);
-        if (make(path.c_str())) {
-            path_ = path;
-            removeAtSignal(path_);
-        } else if (errno != EEXIST) {
-            throw Failure(Failure::Kind::Write,
-                          what + ": cannot be created: " + std::generic_category().message(errno));
-        }
-    }
+    path_ = makeNamed(folder, make, what);
+    removeAtSignal(path_);
 }
 
 TemporaryName::~TemporaryName() {
@@ -114,13 +121,15 @@ UniqueFd unnamedFile(const std::string& beside) {
     UniqueFd fd(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
     if (!fd) {
         // Not every file system knows files without a name: the name goes at once.
-        const TemporaryName name(
+        const SignalsHeld held;
+        const std::string name = makeNamed(
             folder,
             [&fd](const char* path) {
                 fd = UniqueFd(::open(path, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
                 return bool(fd);
             },
             folder + ": a temporary file");
+        ::unlink(name.c_str());
     }
     return fd;
 }
