@@ -263,10 +263,10 @@ bool ApeFile::readFrame(std::uint32_t frame, std::size_t padding,
 }
 
 bool ApeFile::digestMatches() const {
-    if (digest_ == Digest{}) {
+    if (digest_ == pcm::Md5Digest{}) {
         return true;
     }
-    Md5 md5;
+    pcm::Md5 md5;
     std::vector<std::uint8_t> piece(std::size_t{64} << 10);
     for (Extent left :
          {Extent{wavHeader_.offset, wavTrailer_.end() - wavHeader_.offset}, header_, seekTable_}) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ape/FrameFormat.h"
-#include "ape/Md5.h"
+#include "pcm/Digest.h"
 #include "pcm/InputFile.h"
 
 #include <cstddef>
@@ -88,7 +88,7 @@ private:
     Extent frames_;
     Extent wavTrailer_;
     bool usesStoredHeader_ = false;
-    Digest digest_{};
+    pcm::Md5Digest digest_{};
     std::vector<std::uint32_t> frameOffsets_;
 };
 

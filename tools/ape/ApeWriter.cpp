@@ -117,7 +117,7 @@ void ApeWriter::commit() {
     append(start, wavHeaderSize_, 4);
     append(start, framesSize_, 8);
     append(start, trailerSize_, 4);
-    const Digest digest = md5_.result();
+    const pcm::Md5Digest digest = md5_.result();
     start.insert(start.end(), digest.begin(), digest.end());
     start.insert(start.end(), header.begin(), header.end());
     start.insert(start.end(), seekTable.begin(), seekTable.end());

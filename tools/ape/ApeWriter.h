@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ape/FrameFormat.h"
-#include "ape/Md5.h"
+#include "pcm/Digest.h"
 #include "pcm/OutputFile.h"
 
 #include <array>
@@ -42,7 +42,7 @@ private:
     FrameFormat format_;
     std::uint64_t blocks_;
     pcm::OutputFile output_;
-    Md5 md5_;
+    pcm::Md5 md5_;
     std::vector<std::uint32_t> frameOffsets_;
     std::size_t frameCount_;
     std::uint64_t framesStart_ = 0;

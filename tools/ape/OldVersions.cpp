@@ -1,79 +1,26 @@
 #include "ape/OldVersions.h"
 
-#include "libav/LibAv.h"
+#include "libav/Demuxer.h"
 #include "pcm/Bytes.h"
-#include "pcm/Failure.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <new>
 
 namespace quav::ape {
 
-using pcm::Failure;
-
 namespace {
 
-// Lets FFmpeg read a file as if it began with the stream.
-class Source {
-public:
-    explicit Source(const ApeFile& file)
-        : input_(file.input()), start_(file.start()), size_(*file.input().size() - file.start()) {}
-
-    static int read(void* source, std::uint8_t* to, int count) {
-        auto* const self = static_cast<Source*>(source);
-        try {
-            const std::size_t got = self->input_.readAt(
-                self->start_ + self->position_, std::span(to, static_cast<std::size_t>(count)));
-            self->position_ += got;
-            return got == 0 ? AVERROR_EOF : static_cast<int>(got);
-        } catch (const Failure&) {
-            return AVERROR(EIO); // An exception must not run through C.
-        }
-    }
-
-    static std::int64_t seek(void* source, std::int64_t offset, int whence) {
-        auto* const self = static_cast<Source*>(source);
-        if ((whence & AVSEEK_SIZE) != 0) {
-            return static_cast<std::int64_t>(self->size_);
-        }
-        if (whence == SEEK_CUR) {
-            offset += static_cast<std::int64_t>(self->position_);
-        } else if (whence == SEEK_END) {
-            offset += static_cast<std::int64_t>(self->size_);
-        }
-        if (offset < 0) {
-            return AVERROR(EINVAL);
-        }
-        self->position_ = static_cast<std::uint64_t>(offset);
-        return offset;
-    }
-
-private:
-    const pcm::InputFile& input_;
-    std::uint64_t start_;
-    std::uint64_t size_;
-    std::uint64_t position_ = 0;
-};
-
-// Both libraries at work on one file.
+// FFmpeg's libraries at work on one file.
 class Reader {
 public:
-    explicit Reader(const ApeFile& file) : file_(file), source_(file) {
-        openFormat();
-        openDecoder();
-    }
+    explicit Reader(const ApeFile& file)
+        : file_(file), demuxer_(file.input(), file.start(), "ape"),
+          decoder_(demuxer_.openDecoder(*demuxer_.streams().front())) {}
 
     // Decodes the next frame; false when it is damaged.
     bool decode(std::uint32_t blocks, DecodedFrame& to) {
         to.size = 0;
         blocksLeft_ = blocks;
-        codec_.packetUnref(packet_.get());
-        if (format_.readFrame(demuxer_.get(), packet_.get()) < 0) {
-            return false;
-        }
-        if (codec_.sendPacket(decoder_.get(), packet_.get()) < 0) {
+        if (!demuxer_.read(*packet_) || codec_.sendPacket(decoder_.get(), packet_.get()) < 0) {
             return false;
         }
         while (true) {
@@ -88,41 +35,6 @@ public:
     }
 
 private:
-    [[noreturn]] void refuse() const {
-        throw Failure(Failure::Kind::Input,
-                      file_.input().name() + ": is damaged: its header contradicts itself");
-    }
-
-    void openFormat() {
-        constexpr int bufferSize = 32 << 10;
-        void* const buffer = codec_.mallocz(bufferSize);
-        if (buffer == nullptr) {
-            throw std::bad_alloc();
-        }
-        io_.reset(format_.allocIo(static_cast<unsigned char*>(buffer), bufferSize, 0, &source_,
-                                  Source::read, nullptr, Source::seek));
-        AVFormatContext* context = format_.allocContext();
-        if (!io_ || context == nullptr) {
-            throw std::bad_alloc();
-        }
-        context->pb = io_.get();
-        // A failure frees the context.
-        if (format_.openInput(&context, "", format_.findInputFormat("ape"), nullptr) < 0) {
-            refuse();
-        }
-        demuxer_.reset(context);
-    }
-
-    void openDecoder() {
-        decoder_ = libav::makeContext(codec_.findDecoder(AV_CODEC_ID_APE));
-        // Without these a frame with a wrong checksum would pass.
-        decoder_->err_recognition = AV_EF_CRCCHECK | AV_EF_EXPLODE;
-        if (codec_.toContext(decoder_.get(), demuxer_->streams[0]->codecpar) < 0 ||
-            codec_.open(decoder_.get(), nullptr, nullptr) < 0) {
-            refuse();
-        }
-    }
-
     // Takes over a part of a frame; false when it is not of the kind that the header promises.
     bool append(DecodedFrame& to) {
         const pcm::PcmFormat& format = file_.format();
@@ -158,11 +70,8 @@ private:
     }
 
     const ApeFile& file_;
-    Source source_;
     const libav::Codec& codec_ = libav::codec();
-    const libav::Format& format_ = libav::format();
-    libav::IoContext io_;
-    libav::FormatContext demuxer_;
+    libav::Demuxer demuxer_;
     libav::CodecContext decoder_;
     libav::Packet packet_ = libav::makePacket();
     libav::Frame frame_ = libav::makeFrame();

@@ -18,11 +18,11 @@ constexpr std::size_t bufferSize = std::size_t{256} << 10;
 
 } // namespace
 
-OutputFile::OutputFile(const std::string& path, Until until)
-    : path_(path), name_(path == "-" ? "standard output" : path) {
+OutputFile::OutputFile(const std::string& path, Until until, Existing existing)
+    : path_(path), name_(path == "-" ? "standard output" : path), existing_(existing) {
     buffer_.reserve(bufferSize);
     if (!openDirectly()) {
-        checkIsFree();
+        lookForExisting();
         openFile(until);
     }
 }
@@ -50,16 +50,18 @@ bool OutputFile::openDirectly() {
     return true;
 }
 
-void OutputFile::checkIsFree() {
+void OutputFile::lookForExisting() {
     struct stat status = {};
     if (::lstat(path_.c_str(), &status) != 0) {
         return;
     }
     // A link that leads nowhere is in the way, too.
-    if (::stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > 0) {
+    const bool isInTheWay = ::stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+                            (existing_ == Existing::Keep && status.st_size > 0);
+    if (isInTheWay) {
         fail("is not written over", EEXIST);
     }
-    modeOfEmpty_ = status.st_mode & 07777;
+    modeOfExisting_ = status.st_mode & 07777;
     // A link stays a link; what it leads to is replaced.
     if (char* real = ::realpath(path_.c_str(), nullptr)) {
         path_ = real;
@@ -82,8 +84,8 @@ void OutputFile::openFile(Until until) {
             },
             name_);
     }
-    if (modeOfEmpty_) {
-        ::fchmod(fd_.get(), *modeOfEmpty_); // as good as it can be kept
+    if (modeOfExisting_) {
+        ::fchmod(fd_.get(), *modeOfExisting_); // as good as it can be kept
     }
 }
 
@@ -140,30 +142,19 @@ bool OutputFile::linkTo(const char* path) const {
 }
 
 void OutputFile::publish() {
-    bool isThere = false;
-    if (modeOfEmpty_) {
+    if (modeOfExisting_) {
         struct stat status = {};
-        if (::stat(path_.c_str(), &status) == 0 && status.st_size > 0) {
+        if (existing_ == Existing::Keep && ::stat(path_.c_str(), &status) == 0 &&
+            status.st_size > 0) {
             fail("is not written over", EEXIST);
         }
         if (!temporary_) {
             temporary_.emplace(
                 folderOf(path_), [this](const char* path) { return linkTo(path); }, name_);
         }
-    } else if (!temporary_) {
-        isThere = linkTo(path_.c_str());
-    } else {
-        // The temporary name goes with the object.
-        isThere = ::link(temporary_->path().c_str(), path_.c_str()) == 0;
     }
-    // Where links are unknown as well, nothing but a look keeps a renamed file from taking the
-    // place of another.
-    const bool mayRename = modeOfEmpty_ || (temporary_ && !isThere && errno != EEXIST &&
-                                            ::access(path_.c_str(), F_OK) != 0);
-    if (mayRename && ::rename(temporary_->path().c_str(), path_.c_str()) == 0) {
-        temporary_->release();
-        isThere = true;
-    }
+    const bool isThere = temporary_ ? temporary_->become(path_, modeOfExisting_.has_value())
+                                    : linkTo(path_.c_str());
     if (!isThere) {
         fail("cannot be created", errno);
     }

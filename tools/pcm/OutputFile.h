@@ -23,9 +23,15 @@ public:
     /// files without a name.
     enum class Until { Nameless, Named };
 
-    /// "-" is standard output. An existing file is refused unless it is empty, so that nothing is
-    /// ever written over.
-    explicit OutputFile(const std::string& path, Until until = Until::Nameless);
+    /// What becomes of a file that has the name already.
+    enum class Existing {
+        Keep,   ///< refused unless it is empty, so that nothing is ever written over
+        Replace ///< replaced, when the new file is complete
+    };
+
+    /// "-" is standard output.
+    explicit OutputFile(const std::string& path, Until until = Until::Nameless,
+                        Existing existing = Existing::Keep);
 
     /// How messages call it.
     const std::string& name() const { return name_; }
@@ -49,7 +55,7 @@ public:
 
 private:
     bool openDirectly();
-    void checkIsFree();
+    void lookForExisting();
     void openFile(Until until);
     bool linkTo(const char* path) const;
     void publish();
@@ -59,7 +65,8 @@ private:
     std::string name_;
     UniqueFd fd_;
     std::optional<TemporaryName> temporary_;
-    std::optional<mode_t> modeOfEmpty_; // of the empty file that is replaced
+    Existing existing_;
+    std::optional<mode_t> modeOfExisting_; // of the file that is replaced
     std::vector<std::uint8_t> buffer_;
     std::uint64_t position_ = 0;
     bool direct_ = false;

@@ -3,6 +3,7 @@
 #include "pcm/Failure.h"
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <array>
 #include <cerrno>
@@ -23,7 +24,13 @@ constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 // touch nothing but such plain memory, and gets nothing handed over.
 std::array<char, PATH_MAX> leftOver{};
 
+volatile pid_t writerOfLeftOver = 0;
+
 void removeLeftOver(int signal) {
+    if (writerOfLeftOver > 0) {
+        ::kill(writerOfLeftOver, SIGKILL);
+        ::waitpid(writerOfLeftOver, nullptr, 0);
+    }
     if (leftOver[0] != '\0') {
         ::unlink(leftOver.data());
     }
@@ -72,10 +79,10 @@ std::string folderForTemporaryFiles(const std::string& beside) {
 
 // Gives `make` one name after the other until one is new.
 std::string makeNamed(const std::string& folder, const std::function<bool(const char*)>& make,
-                      const std::string& what) {
+                      const std::string& what, const std::string& ending = {}) {
     for (unsigned count = 0;; ++count) {
-        std::string path =
-            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count);
+        std::string path = folder + "/.quav-" + std::to_string(::getpid()) + "-" +
+                           std::to_string(count) + ending;
         if (make(path.c_str())) {
             return path;
         }
@@ -98,9 +105,9 @@ std::string folderOf(const std::string& path) {
 
 TemporaryName::TemporaryName(const std::string& folder,
                              const std::function<bool(const char*)>& make,
-                             const std::string& what) {
+                             const std::string& what, const std::string& ending) {
     const SignalsHeld held;
-    path_ = makeNamed(folder, make, what);
+    path_ = makeNamed(folder, make, what, ending);
     removeAtSignal(path_);
 }
 
@@ -111,9 +118,34 @@ TemporaryName::~TemporaryName() {
     }
 }
 
+void TemporaryName::setWriter(pid_t process) {
+    writerOfLeftOver = process;
+}
+
+bool TemporaryName::become(const std::string& path, bool mayReplace) {
+    if (!mayReplace) {
+        if (::link(path_.c_str(), path.c_str()) == 0) {
+            return true; // The temporary name goes with the object.
+        }
+        // Where links are unknown, nothing but a look keeps a renamed file from taking the place
+        // of another.
+        const int error = errno;
+        if (error == EEXIST || ::access(path.c_str(), F_OK) == 0) {
+            errno = EEXIST;
+            return false;
+        }
+    }
+    if (::rename(path_.c_str(), path.c_str()) != 0) {
+        return false;
+    }
+    release();
+    return true;
+}
+
 void TemporaryName::release() {
     path_.clear();
     leftOver[0] = '\0';
+    writerOfLeftOver = 0;
 }
 
 UniqueFd unnamedFile(const std::string& beside) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <sys/types.h>
 
 namespace quav::pcm {
 
@@ -18,13 +19,22 @@ class TemporaryName {
 public:
     /// Gives `make` one name after the other until it makes a new file of that name, or fails with
     /// another errno than EEXIST. Throws Failure with Kind::Write then, `what` is what fails.
+    /// The names have the `ending`.
     TemporaryName(const std::string& folder, const std::function<bool(const char*)>& make,
-                  const std::string& what);
+                  const std::string& what, const std::string& ending = {});
     ~TemporaryName();
     TemporaryName(const TemporaryName&) = delete;
     TemporaryName& operator=(const TemporaryName&) = delete;
 
     const std::string& path() const { return path_; }
+
+    /// Another process writes the file: a signal that ends the program ends that one first, lest it
+    /// make the file again. 0 when there is none any more.
+    static void setWriter(pid_t process);
+
+    /// Gives the file the name `path` for good, for which nothing or, when `mayReplace`, another
+    /// regular file stands. Returns false, with errno, when that fails.
+    bool become(const std::string& path, bool mayReplace);
 
     /// The file has another name now, and stays.
     void release();

@@ -21,41 +21,57 @@ void fillStandardDescriptors() {
     }
 }
 
-int report(const Tool& tool, const Failure& failure) {
-    const std::string line =
-        tool.describe ? tool.describe(failure) : tool.options.get_name() + ": " + failure.what();
-    tellUser(line + '\n');
-    return 1;
-}
-
-} // namespace
-
-int runTool(const Tool& tool, int argc, char** argv) {
+// What any tool can do about a failure.
+int guarded(const std::function<int()>& run, const std::function<int(const Failure&)>& report) {
     fillStandardDescriptors();
     // A closed pipe shows where it is written to, so that what was begun is put away first.
     ::signal(SIGPIPE, SIG_IGN);
     // The same for a file that grows beyond a limit.
     ::signal(SIGXFSZ, SIG_IGN);
-    tool.options.set_version_flag("--version", tool.options.get_name() + " " QUAV_VERSION,
-                                  "Print the version and end");
-    tool.options.get_formatter()->column_width(28);
     try {
-        tool.options.parse(argc, argv);
-        return tool.run();
-    } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) {
-            return tool.options.exit(error); // the help or the version
-        }
-        return report(tool, {Failure::Kind::Input, std::string(error.what()) + "; see --help"});
+        return run();
     } catch (const ReaderGone&) {
         return 1;
     } catch (const Failure& failure) {
-        return report(tool, failure);
+        return report(failure);
     } catch (const std::bad_alloc&) {
-        return report(tool, {Failure::Kind::Memory, "there is not enough memory"});
+        return report({Failure::Kind::Memory, "there is not enough memory"});
     } catch (const std::exception& error) {
-        return report(tool, {Failure::Kind::Memory, error.what()}); // no thread, say
+        return report({Failure::Kind::Memory, error.what()}); // no thread, say
     }
+}
+
+} // namespace
+
+int runGuarded(const std::string& name, const std::function<int()>& run) {
+    return guarded(run, [&](const Failure& failure) {
+        tellUser(name + ": " + failure.what() + '\n');
+        return 1;
+    });
+}
+
+int runTool(const Tool& tool, int argc, char** argv) {
+    const auto report = [&](const Failure& failure) {
+        const std::string line =
+            tool.describe ? tool.describe(failure) : tool.options.get_name() + ": " + failure.what();
+        tellUser(line + '\n');
+        return 1;
+    };
+    tool.options.set_version_flag("--version", tool.options.get_name() + " " QUAV_VERSION,
+                                  "Print the version and end");
+    tool.options.get_formatter()->column_width(28);
+    const auto run = [&] {
+        try {
+            tool.options.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            if (error.get_exit_code() == 0) {
+                return tool.options.exit(error); // the help or the version
+            }
+            return report({Failure::Kind::Input, std::string(error.what()) + "; see --help"});
+        }
+        return tool.run();
+    };
+    return guarded(run, report);
 }
 
 } // namespace quav::pcm

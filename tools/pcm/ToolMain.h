@@ -21,6 +21,9 @@ struct Tool {
     std::function<std::string(const Failure&)> describe;
 };
 
+/// Runs a tool that parses its arguments itself; all else is as with runTool().
+int runGuarded(const std::string& name, const std::function<int()>& run);
+
 /// Parses the arguments and runs the tool. Wrong arguments give status 1 as everything else does.
 int runTool(const Tool& tool, int argc, char** argv);
 

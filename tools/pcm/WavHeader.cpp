@@ -37,10 +37,14 @@ std::size_t wavPadding(const PcmFormat& format, std::uint64_t blocks) {
 }
 
 std::vector<std::uint8_t> wavHeader(const PcmFormat& format, std::uint64_t blocks, WavKind kind) {
-    const std::uint64_t dataBytes = blocks * format.blockAlign();
+    return wavHeaderOfBytes(format, blocks * format.blockAlign(), kind);
+}
+
+std::vector<std::uint8_t> wavHeaderOfBytes(const PcmFormat& format, std::uint64_t dataBytes,
+                                           WavKind kind) {
     const bool isExtensible = format.channels > 2 && kind == WavKind::Usual;
     const std::uint64_t formatBytes = isExtensible ? 40 : 16;
-    std::uint64_t riffBytes = 4 + 8 + formatBytes + 8 + dataBytes + wavPadding(format, blocks);
+    std::uint64_t riffBytes = 4 + 8 + formatBytes + 8 + dataBytes + dataBytes % 2;
     const bool isLong = riffBytes > largestRiff;
     if (isLong) {
         riffBytes += 8 + 28;
@@ -55,7 +59,7 @@ std::vector<std::uint8_t> wavHeader(const PcmFormat& format, std::uint64_t block
         header.number(28, 4);
         header.number(riffBytes, 8);
         header.number(dataBytes, 8);
-        header.number(blocks, 8);
+        header.number(dataBytes / format.blockAlign(), 8);
         header.number(0, 4); // no further table of long chunks
     }
     header.id("fmt ");

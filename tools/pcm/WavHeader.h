@@ -20,6 +20,10 @@ enum class WavKind {
 std::vector<std::uint8_t> wavHeader(const PcmFormat& format, std::uint64_t blocks,
                                     WavKind kind = WavKind::Usual);
 
+/// The same for samples of so many bytes, which need not make whole blocks.
+std::vector<std::uint8_t> wavHeaderOfBytes(const PcmFormat& format, std::uint64_t dataBytes,
+                                           WavKind kind = WavKind::Usual);
+
 /// Number of zero bytes after the samples: 1 when they are an odd number of bytes.
 std::size_t wavPadding(const PcmFormat& format, std::uint64_t blocks);
 

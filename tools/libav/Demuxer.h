@@ -1,0 +1,44 @@
+#pragma once
+
+#include "libav/LibAv.h"
+#include "pcm/InputFile.h"
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace quav::libav {
+
+/// An audio file that FFmpeg's libraries have open.
+///
+/// Throws pcm::Failure: Kind::Input when the file is damaged, Kind::Read when the libraries are not
+/// there.
+class Demuxer {
+public:
+    /// `input` is a regular file and must outlive the object; what stands before `start` does not
+    /// exist for FFmpeg. `format` is FFmpeg's name of a demuxer.
+    Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* format);
+    ~Demuxer();
+    Demuxer(const Demuxer&) = delete;
+    Demuxer& operator=(const Demuxer&) = delete;
+
+    /// What the file holds, as far as its header tells.
+    std::span<AVStream* const> streams() const;
+
+    /// A decoder for a stream, which takes no frame with a wrong checksum.
+    CodecContext openDecoder(const AVStream& stream) const;
+
+    /// Reads the next packet of any stream; false at the end or where the file is damaged.
+    bool read(AVPacket& packet);
+
+private:
+    class Source;
+    [[noreturn]] void refuse() const;
+
+    const pcm::InputFile& input_;
+    std::unique_ptr<Source> source_;
+    IoContext io_;
+    FormatContext context_;
+};
+
+} // namespace quav::libav
