@@ -2,7 +2,7 @@
 # tree a link is made for what is there; an installation links to where Debian's packages put them,
 # so that a package that comes later is found without installing again. Our own tools are
 # built into it, see tools/CMakeLists.txt.
-set(QUAV_TOOLS flac metaflac shntool wavpack wvunpack lame opusdec opusenc AtomicParsley sox
+set(QUAV_TOOLS flac metaflac wavpack wvunpack lame opusdec opusenc AtomicParsley sox
                cdda2wav=icedax mkisofs=genisoimage)
 set(TOOLS_DIR ${PROJECT_BINARY_DIR}/tools)
 file(MAKE_DIRECTORY ${TOOLS_DIR})

@@ -17,7 +17,6 @@ namespace {
 constexpr std::array tools{
     ToolDefinition{"flac", "flac", "--version"},
     ToolDefinition{"metaflac", "flac", "--version"},
-    ToolDefinition{"shntool", "shntool", "-v"},
     ToolDefinition{"wavpack", "wavpack", "--version"},
     ToolDefinition{"wvunpack", "wavpack", "--version"},
     ToolDefinition{"lame", "lame", "--version"},
@@ -27,6 +26,7 @@ constexpr std::array tools{
     ToolDefinition{"sox", "sox", "--version"},
     ToolDefinition{"cdda2wav", "icedax", "--version"},
     ToolDefinition{"mkisofs", "genisoimage", "--version"},
+    ToolDefinition{"shntool", "quav", "--version"},
     ToolDefinition{"ttaenc", "quav", "--version"},
     ToolDefinition{"mac", "quav", "--version"},
     ToolDefinition{"shorten", "quav", "--version"},

@@ -1,0 +1,287 @@
+#include "shntool/Work.h"
+
+#include "pcm/Failure.h"
+#include "pcm/TemporaryFile.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <iostream>
+#include <unistd.h>
+
+namespace quav::shntool {
+
+using pcm::Failure;
+
+namespace {
+
+constexpr const char* cannotOpen = "could not open output file";
+
+// Bytes that are copied at once.
+std::size_t pieceOf(std::uint64_t count) {
+    return static_cast<std::size_t>(std::min<std::uint64_t>(count, std::size_t{1} << 20));
+}
+
+bool meansAudio(const std::string& extension) {
+    std::string lower = extension;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char letter) { return std::tolower(letter); });
+    constexpr std::array more{"wave", "aif", "aifc", "mp4", "alac"};
+    return std::find(more.begin(), more.end(), lower) != more.end() ||
+           std::any_of(formats().begin(), formats().end(), [&](const Format& format) {
+               return !lower.empty() && lower == format.extension;
+           });
+}
+
+std::string joinPath(const std::string& folder, const std::string& name) {
+    return folder.empty() || folder.ends_with('/') ? folder + name : folder + "/" + name;
+}
+
+bool isSameFile(const struct stat& one, const std::string& path) {
+    struct stat other = {};
+    return ::stat(path.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
+           one.st_ino == other.st_ino;
+}
+
+bool userAgrees(const std::string& path) {
+    if (::isatty(STDIN_FILENO) != 1) {
+        throw ModeError("standard input is not a terminal -- cannot prompt for overwrite action.  "
+                        "use \"-O always\" or \"-O never\".");
+    }
+    std::cerr << "\noverwrite [" << path << "] (y/n)? ";
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+} // namespace
+
+void Work::skip(const std::string& warning) {
+    console_.warn(warning);
+    failed();
+}
+
+void Work::skip(const OutputUnavailable& reason) {
+    skip(std::string(reason.what()) + " -- skipping.");
+}
+
+std::optional<AudioFile> Work::open(const std::string& path) {
+    const OpenSettings settings{
+        options_.decoders, [&](const std::string& id, std::uint64_t length) {
+            console_.debug("found chunk: [" + id + "] with length: " + std::to_string(length) +
+                           " in file: [" + path + "]");
+        }};
+    try {
+        return AudioFile::open(path, settings);
+    } catch (const Failure& failure) {
+        if (*failure.what() != '\0') {
+            console_.warn(failure.what());
+        }
+        if (failure.kind() != Failure::Kind::Read) {
+            console_.warn("none of the builtin format modules handle input file: [" + path + "]");
+        }
+        failed();
+        return {};
+    }
+}
+
+AudioFile Work::mustOpen(const std::string& path) {
+    std::optional<AudioFile> file = open(path);
+    if (!file) {
+        throw ModeError("could not open file: [" + path + "]");
+    }
+    return *std::move(file);
+}
+
+std::vector<AudioFile> Work::mustOpenAll() {
+    std::vector<AudioFile> files;
+    for (const std::string& path : options_.files) {
+        files.push_back(mustOpen(path));
+    }
+    return files;
+}
+
+std::string Work::length(const Wave& wave, std::uint64_t bytes) const {
+    return lengthText(wave, bytes, options_.times);
+}
+
+std::string Work::label(const AudioFile& file) const {
+    return "[" + file.path() + "] (" + length(file.wave(), file.wave().dataSize) + ")";
+}
+
+std::string Work::baseName(const std::string& path) {
+    const std::string name = path.substr(path.rfind('/') + 1);
+    const std::size_t point = name.rfind('.');
+    return point != std::string::npos && point > 0 && meansAudio(name.substr(point + 1))
+               ? name.substr(0, point)
+               : name;
+}
+
+std::string Work::nameInFolder(const std::string& base, const std::string& usualPostfix) const {
+    if (options_.output.name == "null") {
+        return "/dev/null";
+    }
+    if (options_.output.name == "term") {
+        return "terminal";
+    }
+    const std::string& extension = options_.output.extension;
+    return joinPath(options_.folder, options_.prefix + base +
+                                         options_.postfix.value_or(usualPostfix) +
+                                         (extension.empty() ? "" : "." + extension));
+}
+
+std::string Work::nameOf(const std::string& usualPrefix, const std::string& number) const {
+    return nameInFolder((options_.prefix.empty() ? usualPrefix : "") + number, "");
+}
+
+std::string Work::nameFor(const AudioFile& source, const std::string& usualPostfix) const {
+    const std::string name = nameInFolder(baseName(source.path()), usualPostfix);
+    const std::size_t slash = source.path().rfind('/');
+    const bool isBeside =
+        options_.folder.empty() && options_.output.isFile() && slash != std::string::npos;
+    return isBeside ? source.path().substr(0, slash + 1) + name : name;
+}
+
+bool Work::mayReplace(const std::string& path, std::span<const AudioFile> sources) const {
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0) {
+        return false;
+    }
+    struct stat target = {};
+    if (::stat(path.c_str(), &target) == 0) {
+        for (const AudioFile& source : sources) {
+            if (isSameFile(target, source.path())) {
+                throw OutputUnavailable("output file would overwrite input file");
+            }
+        }
+    }
+    if (options_.overwrite == Overwrite::Never ||
+        (options_.overwrite == Overwrite::Ask && !userAgrees(path))) {
+        throw OutputUnavailable(cannotOpen);
+    }
+    return true;
+}
+
+std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& header,
+                                     std::span<const AudioFile> sources) {
+    const bool replaces = options_.output.isFile() && mayReplace(path, sources);
+    try {
+        return openWriter(options_.output, path, replaces, header);
+    } catch (const Failure& failure) {
+        throw OutputUnavailable(cannotOpen + std::string(" (") + failure.what() + ")");
+    }
+}
+
+bool Work::transfer(Writer* output, const std::string& told, const std::function<void()>& fill) {
+    std::string reason;
+    try {
+        fill();
+        return true;
+    } catch (const Failure& failure) {
+        reason = failure.what();
+    } catch (const pcm::ReaderGone&) {
+        if (options_.output.name == "term") {
+            throw;
+        }
+    }
+    const std::optional<Writer::Ended> encoder =
+        output != nullptr ? output->failedEncoder() : std::nullopt;
+    if (!reason.empty() && !encoder) {
+        console_.warn(reason);
+    }
+    console_.warn(told);
+    if (encoder) {
+        console_.warn("child encoder process " + std::to_string(encoder->process) +
+                      " had non-zero exit status " + std::to_string(encoder->status));
+    }
+    failed();
+    return false;
+}
+
+void copyBytes(Reader& from, pcm::ByteSink& to, std::uint64_t count, Meter* meter) {
+    std::vector<std::uint8_t> piece(pieceOf(count));
+    while (count > 0) {
+        const std::span part = std::span(piece).first(pieceOf(count));
+        if (from.read(part) < part.size()) {
+            throw Failure(Failure::Kind::Input, "");
+        }
+        to.write(part);
+        count -= part.size();
+        if (meter != nullptr) {
+            meter->advance(part.size());
+        }
+    }
+}
+
+void skipBytes(Reader& from, std::uint64_t count) {
+    class Nowhere final : public pcm::ByteSink {
+        void write(std::span<const std::uint8_t>) override {}
+    } nowhere;
+    copyBytes(from, nowhere, count);
+}
+
+void copyRest(Reader& from, pcm::ByteSink& to, std::uint64_t limit) {
+    std::vector<std::uint8_t> piece(pieceOf(limit));
+    while (limit > 0) {
+        const std::size_t count = from.read(std::span(piece).first(pieceOf(limit)));
+        if (count == 0) {
+            return;
+        }
+        to.write(std::span(piece).first(count));
+        limit -= count;
+    }
+}
+
+void writeZeros(pcm::ByteSink& to, std::uint64_t count) {
+    const std::vector<std::uint8_t> zeros(pieceOf(count));
+    while (count > 0) {
+        const std::span part = std::span(zeros).first(pieceOf(count));
+        to.write(part);
+        count -= part.size();
+    }
+}
+
+void warnOfRounding(Console& console, const std::string& text, const Length& length) {
+    if (length.wasZero) {
+        console.warn("closest sector boundary to " + text +
+                     " is the beginning of the file -- rounding up to first sector boundary");
+    }
+    if (length.wasRounded) {
+        console.warn("rounding " + text + " (offset: " + std::to_string(length.rounded) +
+                     ") to nearest sector boundary (offset: " + std::to_string(length.bytes) + ")");
+    }
+}
+
+std::string formatDifference(const Wave& one, const Wave& other) {
+    if (one.channels != other.channels) {
+        return "number of channels differs";
+    }
+    if (one.rate != other.rate) {
+        return "samples per second differs";
+    }
+    if (one.bytesPerSecond != other.bytesPerSecond) {
+        return "average bytes per second differs";
+    }
+    return one.bits != other.bits ? "bits per sample differs" : "";
+}
+
+void checkSameFormat(std::span<const AudioFile> files) {
+    for (const AudioFile& file : files.subspan(1)) {
+        const std::string difference = formatDifference(files.front().wave(), file.wave());
+        if (!difference.empty()) {
+            throw ModeError(difference + " among these files");
+        }
+    }
+}
+
+std::string soundnessProblem(const AudioFile& file) {
+    if (file.missingBytes() > 0) {
+        return "file seems to be truncated: [" + file.path() + "]";
+    }
+    return file.wave().isInconsistent() ? "file has an inconsistent header: [" + file.path() + "]"
+                                        : "";
+}
+
+} // namespace quav::shntool

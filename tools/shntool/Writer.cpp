@@ -1,0 +1,220 @@
+#include "shntool/Writer.h"
+
+#include "shntool/Child.h"
+
+#include "pcm/Bytes.h"
+#include "pcm/Failure.h"
+#include "pcm/OutputFile.h"
+#include "pcm/Samples.h"
+#include "pcm/TemporaryFile.h"
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <fcntl.h>
+#include <system_error>
+#include <utility>
+
+namespace quav::shntool {
+
+using pcm::Failure;
+
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+class NullWriter final : public Writer {
+public:
+    void write(Bytes) override {}
+    void commit() override {}
+};
+
+pcm::OutputFile openFile(const std::string& path, bool mayReplace) {
+    using pcm::OutputFile;
+    return OutputFile(path, OutputFile::Until::Nameless,
+                      mayReplace ? OutputFile::Existing::Replace : OutputFile::Existing::Keep);
+}
+
+class WavWriter final : public Writer {
+public:
+    WavWriter(const std::string& path, bool mayReplace, const WaveHeader& header)
+        : file_(openFile(path, mayReplace)) {
+        file_.write(header.bytes);
+    }
+
+    void write(Bytes bytes) override { file_.write(bytes); }
+    void commit() override { file_.commit(); }
+
+private:
+    pcm::OutputFile file_;
+};
+
+// The big-endian numbers of AIFF ("Audio Interchange File Format AIFF-C", Apple 1991).
+class BigEndianBytes {
+public:
+    void id(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
+    void number(std::uint64_t value, unsigned width) {
+        while (width-- > 0) {
+            bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * width)));
+        }
+    }
+    // An 80-bit floating-point number.
+    void rate(std::uint32_t value) {
+        const int shift = std::countl_zero(std::uint64_t{value});
+        number(static_cast<std::uint64_t>(16383 + 63 - shift), 2);
+        number(std::uint64_t{value} << shift, 8);
+    }
+    Bytes bytes() const { return bytes_; }
+
+private:
+    std::vector<std::uint8_t> bytes_;
+};
+
+class AiffWriter final : public Writer {
+public:
+    AiffWriter(const std::string& path, bool mayReplace, const WaveHeader& header)
+        : file_(openFile(path, mayReplace)), from_(header.wave.format()), to_(from_),
+          left_(header.wave.dataSize - header.wave.dataSize % from_.blockAlign()) {
+        to_.bigEndian = true;
+        to_.isUnsigned = false;
+        const std::uint64_t padded = left_ + left_ % 2;
+        if (padded > 0xFFFFFFFF - 100) {
+            throw Failure(Failure::Kind::Unsupported, path + ": AIFF ends at 4 GiB");
+        }
+        pads_ = left_ % 2 == 1;
+        BigEndianBytes bytes;
+        bytes.id("FORM");
+        bytes.number(4 + 8 + 18 + 8 + 8 + padded, 4);
+        bytes.id("AIFFCOMM");
+        bytes.number(18, 4);
+        bytes.number(from_.channels, 2);
+        bytes.number(left_ / from_.blockAlign(), 4);
+        bytes.number(from_.bitsPerSample, 2);
+        bytes.rate(from_.sampleRate);
+        bytes.id("SSND");
+        bytes.number(8 + left_, 4);
+        bytes.number(0, 8); // no offset, no blocks
+        file_.write(bytes.bytes());
+    }
+
+    void write(Bytes bytes) override {
+        // What follows the samples belongs to WAV files alone.
+        bytes = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), left_)));
+        left_ -= bytes.size();
+        waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
+        const std::size_t whole = waiting_.size() - waiting_.size() % from_.blockAlign();
+        samples_.resize(whole / from_.bytesPerSample);
+        pcm::unpackSamples(from_, Bytes(waiting_).first(whole), samples_);
+        turned_.resize(whole);
+        pcm::packSamples(to_, samples_, turned_);
+        file_.write(turned_);
+        waiting_.erase(waiting_.begin(), waiting_.begin() + static_cast<std::ptrdiff_t>(whole));
+    }
+
+    void commit() override {
+        if (pads_) {
+            constexpr std::uint8_t zero = 0;
+            file_.write({&zero, 1});
+        }
+        file_.commit();
+    }
+
+private:
+    pcm::OutputFile file_;
+    pcm::PcmFormat from_;
+    pcm::PcmFormat to_;
+    std::uint64_t left_; // bytes of samples to come
+    bool pads_ = false;
+    std::vector<std::uint8_t> waiting_; // an incomplete block
+    std::vector<std::int32_t> samples_;
+    std::vector<std::uint8_t> turned_;
+};
+
+// A header that every encoder takes: WAVE_FORMAT_EXTENSIBLE where channels need speakers only.
+WaveHeader headerForEncoders(const WaveHeader& header) {
+    constexpr std::uint16_t plainTag = 1;
+    return header.wave.formatTag == plainTag && pcm::startsWith(header.bytes, "RIFF")
+               ? header
+               : canonicalHeader(header.wave.format(), header.wave.dataSize);
+}
+
+class EncoderWriter final : public Writer {
+public:
+    EncoderWriter(const OutputFormat& format, const std::string& path, bool mayReplace,
+                  const WaveHeader& header)
+        : path_(path), mayReplace_(mayReplace),
+          // The encoder makes the file under a name that ends like the final one: some choose what
+          // they write by it.
+          temporary_(pcm::folderOf(path), reserve, path, "." + format.extension),
+          child_(withFile(format.encoder, temporary_.path()), Child::Pipe::ToInput),
+          header_(headerForEncoders(header).bytes) {
+        pcm::TemporaryName::setWriter(child_.process());
+    }
+
+    void write(Bytes bytes) override {
+        writeHeader();
+        pcm::writeAll(child_.fd(), bytes, path_);
+    }
+
+    void commit() override {
+        writeHeader();
+        const auto process = child_.process();
+        const int status = child_.wait();
+        pcm::TemporaryName::setWriter(0);
+        if (status != 0) {
+            ended_ = {process, status};
+            throw Failure(Failure::Kind::Write, path_ + ": the encoder failed");
+        }
+        if (!temporary_.become(path_, mayReplace_)) {
+            throw Failure(Failure::Kind::Write, path_ + ": cannot be created: " +
+                                                    std::generic_category().message(errno));
+        }
+    }
+
+    std::optional<Ended> failedEncoder() override {
+        if (!ended_ && child_.process() > 0) {
+            const auto process = child_.process();
+            if (const int status = child_.wait(); status != 0) {
+                ended_ = {process, status};
+            }
+        }
+        return ended_;
+    }
+
+private:
+    void writeHeader() {
+        const std::vector<std::uint8_t> header = std::exchange(header_, {});
+        pcm::writeAll(child_.fd(), header, path_);
+    }
+
+    // Most encoders refuse a file that is there: the name is made sure of, and left free.
+    static bool reserve(const char* path) {
+        const pcm::UniqueFd fd(::open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        return fd && ::unlink(path) == 0;
+    }
+
+    std::string path_;
+    bool mayReplace_;
+    pcm::TemporaryName temporary_;
+    Child child_;
+    std::vector<std::uint8_t> header_; // until it has been written
+    std::optional<Ended> ended_;
+};
+
+} // namespace
+
+std::unique_ptr<Writer> openWriter(const OutputFormat& format, const std::string& path,
+                                   bool mayReplace, const WaveHeader& header) {
+    if (format.name == "null") {
+        return std::make_unique<NullWriter>();
+    }
+    if (!format.encoder.empty()) {
+        return std::make_unique<EncoderWriter>(format, path, mayReplace, header);
+    }
+    if (format.name == "aiff") {
+        return std::make_unique<AiffWriter>(path, mayReplace, header);
+    }
+    return std::make_unique<WavWriter>(format.name == "term" ? "-" : path, mayReplace, header);
+}
+
+} // namespace quav::shntool

@@ -1,0 +1,91 @@
+#include "shntool/Modes.h"
+
+#include "pcm/Failure.h"
+#include "pcm/Progress.h"
+#include "pcm/ToolMain.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iostream>
+
+using namespace quav;
+using shntool::Console;
+using shntool::Mode;
+using shntool::ModeError;
+
+namespace {
+
+void printHelp() {
+    std::cout << "Usage: shntool MODE [OPTIONS] [FILES]\n"
+                 "       shntool -f | -h | -v\n\n"
+                 "Measures, compares, converts, fixes, joins and splits audio without loss.\n\n"
+                 "Modes:\n";
+    for (const Mode& mode : shntool::modes()) {
+        std::cout << "  " << mode.name << std::string(7 - std::strlen(mode.name), ' ')
+                  << mode.description << '\n';
+    }
+    std::cout << "\n'shntool MODE -h' tells the options of a mode.\n\n"
+                 "  -f, --formats  list the formats\n"
+                 "  -h, --help     this help\n"
+                 "  -v, --version  the version\n";
+}
+
+void printFormats() {
+    for (const shntool::Format& format : shntool::formats()) {
+        std::cout << format.name << std::string(6 - format.name.size(), ' ')
+                  << (format.isRead ? "read " : "     ") << (format.isWritten ? "written  " : "         ")
+                  << format.description << '\n';
+    }
+}
+
+int runMode(const Mode& mode, int argc, char** argv) {
+    // Until the options are known, errors are told as usual.
+    Console console({.mode = mode.name});
+    try {
+        const auto options = shntool::parseOptions(mode, argc, argv);
+        if (!options) {
+            return 0;
+        }
+        console.set(options->console);
+        return mode.run(*options, console);
+    } catch (const ModeError& error) {
+        console.error(error);
+    } catch (const pcm::Failure& failure) {
+        console.error(ModeError(failure.what()));
+    }
+    return 1;
+}
+
+int run(int argc, char** argv) {
+    const std::string word = argc > 1 ? argv[1] : "";
+    if (word == "-h" || word == "--help" || word == "-m") {
+        printHelp();
+        return 0;
+    }
+    if (word == "-v" || word == "--version") {
+        std::cout << shntool::versionText() << '\n';
+        return 0;
+    }
+    if (word == "-f" || word == "--formats") {
+        printFormats();
+        return 0;
+    }
+    const auto& modes = shntool::modes();
+    const auto mode = std::find_if(modes.begin(), modes.end(),
+                                   [&](const Mode& one) { return word == one.name; });
+    if (mode != modes.end()) {
+        return runMode(*mode, argc - 1, argv + 1);
+    }
+    const std::string what =
+        word.empty() ? "missing arguments" : "invalid mode: [" + word + "]";
+    pcm::tellUser("shntool: error: " + what + "\n");
+    pcm::tellUser("shntool: \n");
+    pcm::tellUser("shntool: type 'shntool -h' for help\n");
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return pcm::runGuarded("shntool", [&] { return run(argc, argv); });
+}
