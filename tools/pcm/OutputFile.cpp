@@ -153,8 +153,8 @@ void OutputFile::publish() {
                 folderOf(path_), [this](const char* path) { return linkTo(path); }, name_);
         }
     }
-    const bool isThere = temporary_ ? temporary_->become(path_, modeOfExisting_.has_value())
-                                    : linkTo(path_.c_str());
+    const bool isThere =
+        temporary_ ? temporary_->become(path_, modeOfExisting_.has_value()) : linkTo(path_.c_str());
     if (!isThere) {
         fail("cannot be created", errno);
     }

@@ -81,8 +81,8 @@ std::string folderForTemporaryFiles(const std::string& beside) {
 std::string makeNamed(const std::string& folder, const std::function<bool(const char*)>& make,
                       const std::string& what, const std::string& ending = {}) {
     for (unsigned count = 0;; ++count) {
-        std::string path = folder + "/.quav-" + std::to_string(::getpid()) + "-" +
-                           std::to_string(count) + ending;
+        std::string path =
+            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count) + ending;
         if (make(path.c_str())) {
             return path;
         }
@@ -104,8 +104,8 @@ std::string folderOf(const std::string& path) {
 }
 
 TemporaryName::TemporaryName(const std::string& folder,
-                             const std::function<bool(const char*)>& make,
-                             const std::string& what, const std::string& ending) {
+                             const std::function<bool(const char*)>& make, const std::string& what,
+                             const std::string& ending) {
     const SignalsHeld held;
     path_ = makeNamed(folder, make, what, ending);
     removeAtSignal(path_);

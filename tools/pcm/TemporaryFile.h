@@ -2,11 +2,12 @@
 
 #include "pcm/UniqueFd.h"
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
-#include <sys/types.h>
 
 namespace quav::pcm {
 

@@ -52,8 +52,8 @@ int runGuarded(const std::string& name, const std::function<int()>& run) {
 
 int runTool(const Tool& tool, int argc, char** argv) {
     const auto report = [&](const Failure& failure) {
-        const std::string line =
-            tool.describe ? tool.describe(failure) : tool.options.get_name() + ": " + failure.what();
+        const std::string line = tool.describe ? tool.describe(failure)
+                                               : tool.options.get_name() + ": " + failure.what();
         tellUser(line + '\n');
         return 1;
     };

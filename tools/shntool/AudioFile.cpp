@@ -1,8 +1,5 @@
 #include "shntool/AudioFile.h"
 
-#include "shntool/Child.h"
-#include "shntool/LibavDecoding.h"
-
 #include "ape/ApeDecoder.h"
 #include "ape/ApeFile.h"
 #include "pcm/Bytes.h"
@@ -11,6 +8,8 @@
 #include "pcm/PcmReader.h"
 #include "pcm/Progress.h"
 #include "pcm/Samples.h"
+#include "shntool/Child.h"
+#include "shntool/LibavDecoding.h"
 #include "shorten/Decoder.h"
 #include "tta/Decode.h"
 #include "tta/Stream.h"
@@ -297,7 +296,8 @@ private:
         file_.makeReader_ = [path = path()](AudioFile::Check) {
             return readerOf([path](pcm::ByteSink& to) {
                 const InputFile file = InputFile::open(path);
-                ape::decodeApe(ape::ApeFile(file), 1, [](std::uint64_t) {}, to);
+                ape::decodeApe(
+                    ape::ApeFile(file), 1, [](std::uint64_t) {}, to);
             });
         };
     }

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "pcm/Digest.h"
 #include "shntool/Formats.h"
 #include "shntool/Reader.h"
 #include "shntool/Wave.h"
-
-#include "pcm/Digest.h"
 
 #include <cstdint>
 #include <functional>

@@ -10,8 +10,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <sstream>
 #include <spawn.h>
+#include <sstream>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -105,12 +105,12 @@ Child::Child(const std::vector<std::string>& command, Pipe pipe) {
     }
     arguments.push_back(nullptr);
     const Attributes attributes;
-    const int error = ::posix_spawnp(&process_, arguments.front(), actions.get(),
-                                     attributes.get(), arguments.data(), environ);
+    const int error = ::posix_spawnp(&process_, arguments.front(), actions.get(), attributes.get(),
+                                     arguments.data(), environ);
     if (error != 0) {
         process_ = 0;
-        throw Failure(Failure::Kind::Read, "cannot run program: [" + command.front() + "]: " +
-                                               std::generic_category().message(error));
+        throw Failure(Failure::Kind::Read, "cannot run program: [" + command.front() +
+                                               "]: " + std::generic_category().message(error));
     }
     pipe_ = std::move(isInput ? writing : reading);
 }

@@ -2,8 +2,9 @@
 
 #include "pcm/UniqueFd.h"
 
-#include <string>
 #include <sys/types.h>
+
+#include <string>
 #include <vector>
 
 namespace quav::shntool {

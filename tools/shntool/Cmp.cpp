@@ -1,7 +1,6 @@
+#include "pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
-
-#include "pcm/Failure.h"
 
 #include <algorithm>
 #include <array>
@@ -45,8 +44,7 @@ Arguments argumentsOf(const Options& options) {
     }
     if (options.has('f')) {
         if (!arguments.findsShift) {
-            throw ModeError("fuzz factor can only be used with byte-shift",
-                            ModeError::Kind::Usage);
+            throw ModeError("fuzz factor can only be used with byte-shift", ModeError::Kind::Usage);
         }
         arguments.fuzz = positive(options.value('f'), "fuzz factor");
     }
@@ -113,9 +111,8 @@ private:
     }
 
     void scan() {
-        const std::uint64_t size =
-            std::min({arguments_.seconds * one_.wave().rightBytesPerSecond(),
-                      one_.wave().dataSize, other_.wave().dataSize});
+        const std::uint64_t size = std::min({arguments_.seconds * one_.wave().rightBytesPerSecond(),
+                                             one_.wave().dataSize, other_.wave().dataSize});
         std::optional<Shift> found;
         {
             Meter meter(console_, "Scanning [" + one_.path() + "] and [" + other_.path() + "]",
@@ -166,8 +163,8 @@ private:
             console_.warn("WAVE data size differs between these files -- will check up to smaller "
                           "size");
         }
-        Meter meter(console_,
-                    "Comparing " + work_.label(one_) + " and " + work_.label(other_), size);
+        Meter meter(console_, "Comparing " + work_.label(one_) + " and " + work_.label(other_),
+                    size);
         const bool isRead = work_.transfer(nullptr, "error while comparing these files",
                                            [&] { findDifferences(size, meter); });
         if (!isRead) {
@@ -225,9 +222,9 @@ private:
     bool comparePiece(Bytes one, Bytes other, std::uint64_t at, Meter& meter) {
         auto place = std::mismatch(one.begin(), one.end(), other.begin());
         while (place.first != one.end()) {
-            const Difference difference{
-                at + static_cast<std::uint64_t>(place.first - one.begin()) + 1, *place.first,
-                *place.second};
+            const Difference difference{at + static_cast<std::uint64_t>(place.first - one.begin()) +
+                                            1,
+                                        *place.first, *place.second};
             if (isSame_) {
                 isSame_ = false;
                 firstDifference_ = difference;

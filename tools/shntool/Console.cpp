@@ -18,8 +18,7 @@ constexpr auto pause = std::chrono::milliseconds(100);
 
 void Console::result(const std::string& line) {
     const std::string text = line + '\n';
-    pcm::writeAll(STDOUT_FILENO,
-                  {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
+    pcm::writeAll(STDOUT_FILENO, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
                   "standard output");
 }
 

@@ -33,7 +33,7 @@ public:
     struct Settings {
         std::string mode;
         ProgressKind progress = ProgressKind::Percent;
-        bool quiet = false;    ///< nothing but results and errors
+        bool quiet = false; ///< nothing but results and errors
         bool warnings = true;
         bool debug = false;
     };

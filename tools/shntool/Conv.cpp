@@ -8,8 +8,7 @@ namespace {
 // The output's name, when the user has chosen it.
 std::string chosenName(const Options& options) {
     const std::string name = options.value('n');
-    const bool isPlain = name.find('/') == std::string::npos;
-    return isPlain && !options.folder.empty() ? options.folder + "/" + name : name;
+    return name.find('/') == std::string::npos ? joinPath(options.folder, name) : name;
 }
 
 void convert(Work& work, const AudioFile& file) {

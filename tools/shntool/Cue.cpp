@@ -40,9 +40,6 @@ std::string splitPoints(const std::vector<AudioFile>& files) {
 
 // Nothing is printed before all is known: what reads it might keep the half of a sheet.
 int runCue(const Options& options, Console& console) {
-    if (options.files.empty()) {
-        throw ModeError("need one or more files in order to generate CUE sheet");
-    }
     Work work(options, console);
     std::vector<AudioFile> files;
     for (const std::string& path : options.files) {
@@ -50,14 +47,19 @@ int runCue(const Options& options, Console& console) {
             files.push_back(*std::move(file));
         }
     }
+    const bool wantsPoints = options.lastOf("cs") == 's';
+    if (wantsPoints && files.size() < 2) {
+        throw ModeError("need two or more files in order to generate split points");
+    }
+    if (files.empty()) {
+        throw ModeError("need one or more files in order to generate CUE sheet");
+    }
     if (work.status() != 0) {
         return work.status();
     }
-    if (options.lastOf("cs") == 's') {
+    if (wantsPoints) {
         checkSameFormat(files);
-        if (files.size() > 1) {
-            console.result(splitPoints(files));
-        }
+        console.result(splitPoints(files));
         return 0;
     }
     for (const AudioFile& file : files) {

@@ -38,8 +38,8 @@ public:
 private:
     static std::uint64_t moved(std::uint64_t at, char direction) {
         const std::uint64_t backward = at - at % sectorSize;
-        const bool isForward = direction == 'f' ? at != backward
-                                                : direction == 'u' && at % sectorSize >= 1176;
+        const bool isForward =
+            direction == 'f' ? at != backward : direction == 'u' && at % sectorSize >= 1176;
         return backward + (isForward ? sectorSize : 0);
     }
 
@@ -50,8 +50,8 @@ private:
 // All samples of a set, one file after the other.
 class SetReader final : public Reader {
 public:
-    explicit SetReader(const std::vector<AudioFile>& files) : next_(files.begin()),
-                                                              end_(files.end()) {}
+    explicit SetReader(const std::vector<AudioFile>& files)
+        : next_(files.begin()), end_(files.end()) {}
 
     std::size_t read(std::span<std::uint8_t> to) override {
         std::size_t done = 0;
@@ -59,8 +59,8 @@ public:
             if (left_ == 0 && !nextFile()) {
                 break;
             }
-            const std::size_t part = static_cast<std::size_t>(
-                std::min<std::uint64_t>(left_, to.size() - done));
+            const std::size_t part =
+                static_cast<std::size_t>(std::min<std::uint64_t>(left_, to.size() - done));
             if (reader_->read(to.subspan(done, part)) < part) {
                 break;
             }
@@ -117,19 +117,33 @@ std::vector<std::string> outputNames(const Work& work, const std::vector<AudioFi
     return names;
 }
 
-void fix(Work& work, const std::vector<AudioFile>& files, const Tracks& tracks,
-         std::size_t first, bool pads) {
+std::string title(const Work& work, const AudioFile& file, const std::string& name) {
+    return "Fixing " + work.label(file) + " --> [" + name + "]";
+}
+
+// A set that cannot be written whole is not begun.
+void checkOutputs(Work& work, const std::vector<AudioFile>& files,
+                  const std::vector<std::string>& names, std::size_t first) {
+    for (std::size_t track = first; track < files.size(); ++track) {
+        const std::string reason = work.obstacle(names[track], files);
+        if (!reason.empty()) {
+            Meter(work.console(), title(work, files[track], names[track]), 0).fail();
+            throw ModeError(reason + ": [" + names[track] + "]");
+        }
+    }
+}
+
+void fix(Work& work, const std::vector<AudioFile>& files, const Tracks& tracks, std::size_t first,
+         bool pads) {
     const std::vector<std::string> names = outputNames(work, files);
+    checkOutputs(work, files, names, first);
     SetReader reader(files);
     for (std::size_t track = first; track < tracks.size(); ++track) {
         const std::uint64_t size = tracks.size(track);
-        const std::uint64_t zeros =
-            pads && track + 1 == tracks.size() ? tracks.padding() : 0;
+        const std::uint64_t zeros = pads && track + 1 == tracks.size() ? tracks.padding() : 0;
         const std::string& name = names[track];
-        Meter meter(work.console(), "Fixing " + work.label(files[track]) + " --> [" + name + "]",
-                    size);
-        const WaveHeader header =
-            canonicalHeader(files[track].wave().format(), size + zeros);
+        Meter meter(work.console(), title(work, files[track], name), size);
+        const WaveHeader header = canonicalHeader(files[track].wave().format(), size + zeros);
         std::unique_ptr<Writer> output;
         try {
             output = work.create(name, header, files);

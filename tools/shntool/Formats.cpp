@@ -103,8 +103,7 @@ const Format& findOutputFormat(std::string_view name) {
 OutputFormat OutputFormat::parse(const std::vector<std::string>& words) {
     const std::string name = words.empty() ? "" : words.front();
     const Format& known = findOutputFormat(name);
-    OutputFormat format{name, std::string(known.extension),
-                        splitWords(std::string(known.encoder))};
+    OutputFormat format{name, std::string(known.extension), splitWords(std::string(known.encoder))};
     refine(format, shntool::fromEnvironment(name, "_ENC"));
     refine(format, {words.begin() + 1, words.end()});
     if (name == "cust" && format.encoder.empty()) {

@@ -1,7 +1,6 @@
+#include "pcm/PcmFormat.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
-
-#include "pcm/PcmFormat.h"
 
 namespace quav::shntool {
 
@@ -33,7 +32,7 @@ int runGen(const Options& options, Console& console) {
             throw ModeError("failed to generate file");
         }
     } catch (const OutputUnavailable& reason) {
-        throw ModeError(reason.what());
+        throw ModeError(reason.what() + std::string(": [") + name + "]");
     }
     meter.done();
     return work.status();

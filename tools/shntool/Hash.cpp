@@ -1,8 +1,7 @@
-#include "shntool/Modes.h"
-#include "shntool/Work.h"
-
 #include "pcm/Digest.h"
 #include "pcm/Failure.h"
+#include "shntool/Modes.h"
+#include "shntool/Work.h"
 
 #include <array>
 #include <optional>
@@ -66,8 +65,8 @@ void hashFile(Work& work, const AudioFile& file, bool isSha1) {
     DigestSink digest(isSha1);
     const bool isDone = work.transfer(nullptr, damaged(file), [&] {
         // An MD5 that is made anyhow need not be made twice.
-        const auto reader = file.reader(isSha1 ? AudioFile::Check::Everything
-                                               : AudioFile::Check::AllButDigest);
+        const auto reader =
+            file.reader(isSha1 ? AudioFile::Check::Everything : AudioFile::Check::AllButDigest);
         copyBytes(*reader, digest, file.wave().dataSize, &meter);
         reader->finish();
     });

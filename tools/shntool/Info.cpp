@@ -82,10 +82,9 @@ void addProperties(Report& report, const AudioFile& file) {
     report.line("  CD quality", yesNo(isCd));
     report.line("  Cut on sector boundary", ofCd(yesNo(wave.misalignment() == 0)));
     report.line("  Sector misalignment", ofCd(bytesText(wave.misalignment())));
-    report.line("  Long enough to be burned",
-                ofCd(wave.isTooShort()
-                         ? "no -- needs to be at least " + bytesText(shortestTrack)
-                         : "yes"));
+    report.line(
+        "  Long enough to be burned",
+        ofCd(wave.isTooShort() ? "no -- needs to be at least " + bytesText(shortestTrack) : "yes"));
     report.heading("WAVE properties:");
     report.line("  Non-canonical header", yesNo(!wave.isCanonical()));
     report.line("  Extra RIFF chunks", extraText(file));
@@ -95,10 +94,9 @@ void addProperties(Report& report, const AudioFile& file) {
     report.line("  Inconsistent header", yesNo(wave.isInconsistent()));
     report.line("  File probably truncated", ofWav(yesWith(file.missingBytes(), "missing ")));
     report.line("  Junk appended to file", ofWav(yesWith(file.junkBytes(), "")));
-    report.line("  Odd data size has pad byte",
-                wave.dataSize % 2 == 0   ? "n/a"
-                : wave.hasExtraChunks() ? "unknown"
-                                        : yesNo(wave.hasPadByte()));
+    report.line("  Odd data size has pad byte", wave.dataSize % 2 == 0  ? "n/a"
+                                                : wave.hasExtraChunks() ? "unknown"
+                                                                        : yesNo(wave.hasPadByte()));
     if (file.hasSeekTable()) {
         report.heading("Extra shn-specific info:");
         report.line("  Seekable", yesNo(*file.hasSeekTable()));

@@ -23,8 +23,8 @@ constexpr std::array<Unit, 5> units{{{"b", "B ", 1},
 
 const Unit& unitOf(const Options& options, char option) {
     const std::string name = options.has(option) ? options.value(option) : "b";
-    const auto* const unit = std::find_if(units.begin(), units.end(),
-                                          [&](const Unit& one) { return name == one.name; });
+    const auto* const unit =
+        std::find_if(units.begin(), units.end(), [&](const Unit& one) { return name == one.name; });
     if (unit == units.end()) {
         throw ModeError("unknown file size unit: [" + name + "]", ModeError::Kind::Usage);
     }
@@ -64,8 +64,8 @@ std::string row(const AudioFile& file, const Options& options, const Unit& unit)
                                flag(wave.isInconsistent(), 'i'),
                                file.isWav() ? flag(file.missingBytes() > 0, 't') : 'x',
                                file.isWav() ? flag(file.junkBytes() > 0, 'j') : 'x'};
-    const std::string format = std::string(5 - std::min<std::size_t>(5, file.format().size()), ' ') +
-                               file.format();
+    const std::string format =
+        std::string(5 - std::min<std::size_t>(5, file.format().size()), ' ') + file.format();
     return lengthAndSize(lengthText(wave, wave.dataSize, options.times), isCd, wave.totalSize(),
                          unit) +
            "  " + cd + "   " + header + "   " + problems + "  " + format + "  " +
@@ -111,8 +111,7 @@ int runLen(const Options& options, Console& console) {
     const Unit& totalUnit = unitOf(options, 'U');
     Work work(options, console);
     if (!options.has('c')) {
-        console.result(
-            "    length     expanded size    cdr  WAVE problems  fmt   ratio  filename");
+        console.result("    length     expanded size    cdr  WAVE problems  fmt   ratio  filename");
     }
     Total total;
     for (const std::string& path : options.files) {

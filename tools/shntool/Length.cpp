@@ -54,14 +54,13 @@ std::optional<Time> parseTime(std::string_view text) {
     }
     const std::string_view rest = text.substr(colon + 1);
     const std::size_t point = rest.find('.');
-    const std::string_view part =
-        point == std::string_view::npos ? "" : rest.substr(point + 1);
+    const std::string_view part = point == std::string_view::npos ? "" : rest.substr(point + 1);
     const auto minutes = number(text.substr(0, colon));
     const auto seconds = number(rest.substr(0, point));
     const bool hasPart = point != std::string_view::npos;
     const auto parts = hasPart ? number(part) : std::uint64_t{0};
-    const bool isWellFormed = rest.substr(0, point).size() == 2 &&
-                              (!hasPart || part.size() == 2 || part.size() == 3);
+    const bool isWellFormed =
+        rest.substr(0, point).size() == 2 && (!hasPart || part.size() == 2 || part.size() == 3);
     if (!minutes || !seconds || !parts || !isWellFormed || *minutes > 100'000'000) {
         return {};
     }
@@ -90,8 +89,7 @@ std::string secondsText(double seconds, TimeStyle style) {
 }
 
 std::string lengthText(const Wave& wave, std::uint64_t bytes, TimeStyle style) {
-    return wave.isCdQuality() ? framesText(bytes, style)
-                              : secondsText(wave.seconds(bytes), style);
+    return wave.isCdQuality() ? framesText(bytes, style) : secondsText(wave.seconds(bytes), style);
 }
 
 Length parseLength(const std::string& text, const Wave& wave) {

@@ -159,8 +159,8 @@ LibavStream findLibavStream(const pcm::InputFile& input, std::uint64_t start,
     }
     if (stream.duration > 0) {
         // Lossless files count in blocks, or in fractions that come out even.
-        const long double seconds = static_cast<long double>(stream.duration) *
-                                    stream.time_base.num / stream.time_base.den;
+        const long double seconds =
+            static_cast<long double>(stream.duration) * stream.time_base.num / stream.time_base.den;
         found.blocks = static_cast<std::uint64_t>(std::llroundl(seconds * codec.sample_rate));
     }
     return found;

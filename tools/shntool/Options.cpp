@@ -1,8 +1,7 @@
 #include "shntool/Options.h"
 
-#include "shntool/Child.h"
-
 #include "pcm/Progress.h"
+#include "shntool/Child.h"
 
 #include <algorithm>
 #include <array>
@@ -47,8 +46,7 @@ constexpr const char* outputHelp =
 }
 
 void printHelp(const Mode& mode, std::ostream& to) {
-    to << "Usage: shntool " << mode.name << " [OPTIONS] [FILES]\n\n"
-       << mode.description << ".\n\n";
+    to << "Usage: shntool " << mode.name << " [OPTIONS] [FILES]\n\n" << mode.description << ".\n\n";
     if (*mode.help != '\0') {
         to << "Options of this mode:\n" << mode.help << '\n';
     }
@@ -248,13 +246,12 @@ char Options::lastOf(const std::string& choices) const {
     return last != std::string::npos ? order[last] : choices.front();
 }
 
-std::optional<Options> parseOptions(const Mode& mode, int argc, char** argv) {
-    std::vector<char*> arguments(argv, argv + argc);
+std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> arguments) {
     Parsing parsing(mode);
     const std::vector<std::string> braced = takeBracedFormat(arguments);
 
-    const std::string letters = std::string(globalLetters) + (mode.writes ? outputLetters : "") +
-                                mode.letters;
+    const std::string letters =
+        std::string(globalLetters) + (mode.writes ? outputLetters : "") + mode.letters;
     constexpr std::array<option, 3> longOptions{
         {{"help", no_argument, nullptr, 'h'}, {"version", no_argument, nullptr, 'v'}, {}}};
     const int count = static_cast<int>(arguments.size());

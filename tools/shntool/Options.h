@@ -21,7 +21,7 @@ struct Options {
 
     // Of the modes that write files.
     Overwrite overwrite = Overwrite::Ask;
-    std::string folder;                 ///< empty: the mode's own choice
+    std::string folder; ///< empty: the mode's own choice
     std::string prefix;
     std::optional<std::string> postfix; ///< none: the mode's own
     OutputFormat output;
@@ -48,9 +48,9 @@ struct Mode {
     int (*run)(const Options&, Console&);
 };
 
-/// Reads the arguments behind the mode's name. Prints the help or the version when that is asked
-/// for and returns nothing then. Throws ModeError.
-std::optional<Options> parseOptions(const Mode& mode, int argc, char** argv);
+/// Reads the arguments: the program's name, then those behind the mode's name. Prints the help or
+/// the version when that is asked for and returns nothing then. Throws ModeError.
+std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> arguments);
 
 /// What --version prints.
 std::string versionText();

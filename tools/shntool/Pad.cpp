@@ -10,8 +10,8 @@ void pad(Work& work, const AudioFile& file, bool isBefore) {
     const std::uint64_t zeros = paddingTo(sectorSize, data);
     const std::string name = work.nameFor(file, "-padded");
     Meter meter(work.console(),
-                (isBefore ? "Pre-padding " : "Post-padding ") + work.label(file) + " --> [" +
-                    name + "]",
+                (isBefore ? "Pre-padding " : "Post-padding ") + work.label(file) + " --> [" + name +
+                    "]",
                 data);
     try {
         const std::uint64_t extra = file.extraChunks();

@@ -1,8 +1,7 @@
+#include "pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/SplitPoints.h"
 #include "shntool/Work.h"
-
-#include "pcm/Failure.h"
 
 #include <algorithm>
 #include <array>
@@ -109,6 +108,7 @@ public:
         namePieces();
         tellShape(pieces_.back());
         extendPieces();
+        checkOutputs();
         write();
     }
 
@@ -154,8 +154,7 @@ private:
             if (at > data_ || reachesEnd) {
                 throw ModeError("split points go beyond input file's data size");
             }
-            hasPregap_ = hasPregap_ ||
-                         (points_.isCueSheet && &text == &points_.places.front());
+            hasPregap_ = hasPregap_ || (points_.isCueSheet && &text == &points_.places.front());
             reachesEnd = at == data_;
             if (!reachesEnd) {
                 cut(at);
@@ -200,14 +199,18 @@ private:
     }
 
     void namePieces() {
-        const unsigned first =
-            options_.has('c') ? countFrom(options_.value('c')) : 1;
+        const unsigned first = options_.has('c') ? countFrom(options_.value('c')) : 1;
         const std::string format = options_.has('n') ? options_.value('n') : "%02d";
         std::set<std::string> names;
         for (std::size_t i = 0; i < pieces_.size(); ++i) {
-            const std::size_t number = first + i - (hasPregap_ ? std::min<std::size_t>(first, 1) : 0);
+            const std::size_t number =
+                first + i - (hasPregap_ ? std::min<std::size_t>(first, 1) : 0);
             const std::string digits = formatted(format, static_cast<unsigned>(number));
-            const std::string base = options_.has('t') ? nameFromCue(i, digits) : digits;
+            std::string base = digits;
+            if (options_.has('t')) {
+                base = nameFromCue(i, digits);
+                replaceSlashes(base, pieces_[i].isWanted);
+            }
             if (options_.output.isFile() && !names.insert(base).second) {
                 throw ModeError("detected duplicate filenames: [" + base + "]");
             }
@@ -219,7 +222,9 @@ private:
     static unsigned countFrom(const std::string& text) {
         const std::optional<unsigned> first = number(text);
         if (!first || *first > 1'000'000) {
-            throw ModeError("invalid number to start counting from: [" + text + "]",
+            throw ModeError(text.starts_with('-')
+                                ? "starting count cannot be negative"
+                                : "invalid number to start counting from: [" + text + "]",
                             ModeError::Kind::Usage);
         }
         return *first;
@@ -252,7 +257,8 @@ private:
         return asFileName(name, digits);
     }
 
-    std::string asFileName(std::string name, const std::string& digits) {
+    // With the characters that the user wants, and no blanks around.
+    std::string asFileName(std::string name, const std::string& digits) const {
         const std::string pairs = options_.value('m');
         for (char& letter : name) {
             for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
@@ -266,13 +272,16 @@ private:
         name = begin == std::string::npos
                    ? digits
                    : name.substr(begin, name.find_last_not_of(' ') - begin + 1);
-        if (name.find('/') != std::string::npos) {
+        return name;
+    }
+
+    void replaceSlashes(std::string& name, bool warns) {
+        if (warns && name.find('/') != std::string::npos) {
             console_.warn("converting illegal path character '/' to '-' in CUE-originated "
                           "filename: [" +
                           name + "]");
-            std::replace(name.begin(), name.end(), '/', '-');
         }
-        return name;
+        std::replace(name.begin(), name.end(), '/', '-');
     }
 
     // Lets pieces reach into their neighbours.
@@ -298,25 +307,38 @@ private:
         }
     }
 
+    // What cannot be written whole is not begun.
+    void checkOutputs() {
+        for (const Piece& piece : pieces_) {
+            const std::string reason =
+                piece.isWanted ? work_.obstacle(piece.name, {&file_, 1}) : "";
+            if (!reason.empty()) {
+                Meter(console_, title(piece), 0).fail();
+                throw ModeError(reason);
+            }
+        }
+    }
+
+    std::string title(const Piece& piece) const {
+        return (piece.isWanted ? "Splitting " : "Skipping  ") + work_.label(file_) + " --> [" +
+               (piece.isWanted ? piece.name : "/dev/null") + "] (" +
+               work_.length(file_.wave(), piece.size()) + ")";
+    }
+
     void write() {
         for (const Piece& piece : pieces_) {
-            const std::string source = work_.label(file_);
-            const std::string size = "] (" + work_.length(file_.wave(), piece.size()) + ")";
+            Meter meter(console_, title(piece), piece.size());
             if (piece.isWanted) {
-                Meter meter(console_, "Splitting " + source + " --> [" + piece.name + size,
-                            piece.size());
                 writePiece(piece, meter);
-            } else {
-                Meter(console_, "Skipping  " + source + " --> [/dev/null" + size, 0).done();
             }
+            meter.done();
         }
     }
 
     void writePiece(const Piece& piece, Meter& meter) {
         std::unique_ptr<Writer> output;
         try {
-            output = work_.create(piece.name,
-                                  canonicalHeader(file_.wave().format(), piece.size()),
+            output = work_.create(piece.name, canonicalHeader(file_.wave().format(), piece.size()),
                                   {&file_, 1});
         } catch (const OutputUnavailable& reason) {
             throw ModeError(reason.what());
@@ -336,7 +358,6 @@ private:
         if (!isDone) {
             throw ModeError("failed to split file");
         }
-        meter.done();
     }
 
     void goTo(std::uint64_t place) {
@@ -371,7 +392,7 @@ int runSplit(const Options& options, Console& console) {
     Work work(options, console);
     const std::optional<AudioFile> file = work.open(options.files.front());
     if (!file) {
-        return 1;
+        throw ModeError("cannot continue due to error(s) shown above");
     }
     Splitter(work, *file).run();
     return work.status();

@@ -39,8 +39,7 @@ void strip(Work& work, const AudioFile& file, Wanted wanted) {
     const WaveHeader header =
         wanted.header ? canonicalHeader(file.wave().format(), data) : file.header();
     try {
-        const auto output =
-            work.create(name, resizedHeader(header, data, extra), {&file, 1});
+        const auto output = work.create(name, resizedHeader(header, data, extra), {&file, 1});
         const std::string told =
             "error while transferring " + std::to_string(data) + " bytes of data -- skipping.";
         const bool isDone = work.transfer(output.get(), told, [&] {

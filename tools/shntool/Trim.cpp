@@ -1,7 +1,6 @@
+#include "pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
-
-#include "pcm/Failure.h"
 
 #include <algorithm>
 #include <optional>
@@ -39,8 +38,7 @@ public:
         if (!first_) {
             return {};
         }
-        return Sound{*first_ - *first_ % align_,
-                     std::min(at_, (last_ / align_ + 1) * align_)};
+        return Sound{*first_ - *first_ % align_, std::min(at_, (last_ / align_ + 1) * align_)};
     }
 
 private:
@@ -63,8 +61,7 @@ std::optional<Sound> scan(Work& work, const AudioFile& file, Ends ends) {
     Meter meter(work.console(), "Scanning " + work.label(file), data);
     SilenceScan silence(file.wave());
     const bool isDone = work.transfer(
-        nullptr, "error while reading " + std::to_string(data) + " bytes -- skipping.",
-        [&] {
+        nullptr, "error while reading " + std::to_string(data) + " bytes -- skipping.", [&] {
             const auto reader = file.reader();
             copyBytes(*reader, silence, data, &meter);
             reader->finish();
@@ -105,8 +102,7 @@ void trim(Work& work, const AudioFile& file, const Sound& sound) {
             skipBytes(*reader, sound.begin);
             copyBytes(*reader, *output, size, &meter);
             writeZeros(*output, size % 2);
-            skipBytes(*reader,
-                      file.wave().dataSize - sound.end + file.behindData() - extra);
+            skipBytes(*reader, file.wave().dataSize - sound.end + file.behindData() - extra);
             copyRest(*reader, *output, extra);
             reader->finish();
             output->commit();
@@ -123,8 +119,7 @@ void trim(Work& work, const AudioFile& file, const Sound& sound) {
 
 int runTrim(const Options& options, Console& console) {
     const bool isBoth = !options.has('b') && !options.has('e');
-    const Ends ends =
-        isBoth ? Ends::Both : options.lastOf("be") == 'b' ? Ends::Begin : Ends::End;
+    const Ends ends = isBoth ? Ends::Both : options.lastOf("be") == 'b' ? Ends::Begin : Ends::End;
     Work work(options, console);
     for (const std::string& path : options.files) {
         const auto file = work.open(path);

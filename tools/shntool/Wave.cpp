@@ -186,8 +186,7 @@ WaveHeader canonicalHeader(const pcm::PcmFormat& format, std::uint64_t dataSize)
 
 WaveHeader resizedHeader(const WaveHeader& header, std::uint64_t dataSize,
                          std::uint64_t behindData) {
-    const std::uint64_t chunkSize =
-        header.bytes.size() - 8 + dataSize + dataSize % 2 + behindData;
+    const std::uint64_t chunkSize = header.bytes.size() - 8 + dataSize + dataSize % 2 + behindData;
     if (chunkSize >= unknownSize || !pcm::startsWith(header.bytes, "RIFF")) {
         return canonicalHeader(header.wave.format(), dataSize);
     }
@@ -211,8 +210,8 @@ const char* formatName(std::uint16_t tag) {
         {0x0055, "MPEG Layer 3"},
         {extensibleTag, "Extensible PCM"},
     }};
-    const auto* const known = std::find_if(
-        names.begin(), names.end(), [&](const auto& name) { return name.first == tag; });
+    const auto* const known = std::find_if(names.begin(), names.end(),
+                                           [&](const auto& name) { return name.first == tag; });
     return known != names.end() ? known->second : "Unknown";
 }
 

@@ -35,14 +35,15 @@ bool meansAudio(const std::string& extension) {
            });
 }
 
-std::string joinPath(const std::string& folder, const std::string& name) {
-    return folder.empty() || folder.ends_with('/') ? folder + name : folder + "/" + name;
-}
-
 bool isSameFile(const struct stat& one, const std::string& path) {
     struct stat other = {};
     return ::stat(path.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
            one.st_ino == other.st_ino;
+}
+
+bool exists(const std::string& path) {
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0;
 }
 
 bool userAgrees(const std::string& path) {
@@ -57,6 +58,11 @@ bool userAgrees(const std::string& path) {
 }
 
 } // namespace
+
+std::string joinPath(const std::string& folder, const std::string& name) {
+    const bool isHere = folder.empty() || folder == ".";
+    return (isHere ? "" : folder + (folder.ends_with('/') ? "" : "/")) + name;
+}
 
 void Work::skip(const std::string& warning) {
     console_.warn(warning);
@@ -144,21 +150,30 @@ std::string Work::nameFor(const AudioFile& source, const std::string& usualPostf
     return isBeside ? source.path().substr(0, slash + 1) + name : name;
 }
 
-bool Work::mayReplace(const std::string& path, std::span<const AudioFile> sources) const {
-    struct stat status = {};
-    if (::lstat(path.c_str(), &status) != 0) {
-        return false;
+std::string Work::obstacle(const std::string& path, std::span<const AudioFile> sources) const {
+    if (!options_.output.isFile() || !exists(path)) {
+        return "";
     }
     struct stat target = {};
     if (::stat(path.c_str(), &target) == 0) {
         for (const AudioFile& source : sources) {
             if (isSameFile(target, source.path())) {
-                throw OutputUnavailable("output file would overwrite input file");
+                return "output file would overwrite input file";
             }
         }
     }
-    if (options_.overwrite == Overwrite::Never ||
-        (options_.overwrite == Overwrite::Ask && !userAgrees(path))) {
+    return options_.overwrite == Overwrite::Never ? cannotOpen : "";
+}
+
+bool Work::mayReplace(const std::string& path, std::span<const AudioFile> sources) const {
+    const std::string reason = obstacle(path, sources);
+    if (!reason.empty()) {
+        throw OutputUnavailable(reason);
+    }
+    if (!options_.output.isFile() || !exists(path)) {
+        return false;
+    }
+    if (options_.overwrite == Overwrite::Ask && !userAgrees(path)) {
         throw OutputUnavailable(cannotOpen);
     }
     return true;
@@ -166,7 +181,7 @@ bool Work::mayReplace(const std::string& path, std::span<const AudioFile> source
 
 std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& header,
                                      std::span<const AudioFile> sources) {
-    const bool replaces = options_.output.isFile() && mayReplace(path, sources);
+    const bool replaces = mayReplace(path, sources);
     try {
         return openWriter(options_.output, path, replaces, header);
     } catch (const Failure& failure) {
@@ -176,22 +191,26 @@ std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& 
 
 bool Work::transfer(Writer* output, const std::string& told, const std::function<void()>& fill) {
     std::string reason;
+    bool isOutput = true; // that failed, and not the source
     try {
         fill();
         return true;
     } catch (const Failure& failure) {
         reason = failure.what();
+        isOutput = failure.kind() == Failure::Kind::Write;
     } catch (const pcm::ReaderGone&) {
         if (options_.output.name == "term") {
             throw;
         }
     }
     const std::optional<Writer::Ended> encoder =
-        output != nullptr ? output->failedEncoder() : std::nullopt;
+        output != nullptr && isOutput ? output->failedEncoder() : std::nullopt;
     if (!reason.empty() && !encoder) {
         console_.warn(reason);
     }
-    console_.warn(told);
+    if (!encoder || !encoder->hadAll) {
+        console_.warn(told);
+    }
     if (encoder) {
         console_.warn("child encoder process " + std::to_string(encoder->process) +
                       " had non-zero exit status " + std::to_string(encoder->status));

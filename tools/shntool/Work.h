@@ -20,6 +20,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A name in a folder; the working folder is not named.
+std::string joinPath(const std::string& folder, const std::string& name);
+
 /// What the modes have in common: files are opened, outputs are named and made, and what goes wrong
 /// is told. A mode that goes on after a failure ends with status 1 all the same.
 class Work {
@@ -64,6 +67,10 @@ public:
     /// Does what fills and commits an output. When that fails, tells why, then `told`, and returns
     /// false.
     bool transfer(Writer* output, const std::string& told, const std::function<void()>& fill);
+
+    /// Why create() would refuse this output whatever the user says; empty when it would not. Of
+    /// several outputs, all can be looked at before the first is written.
+    std::string obstacle(const std::string& path, std::span<const AudioFile> sources) const;
 
 private:
     bool mayReplace(const std::string& path, std::span<const AudioFile> sources) const;

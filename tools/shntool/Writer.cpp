@@ -1,12 +1,11 @@
 #include "shntool/Writer.h"
 
-#include "shntool/Child.h"
-
 #include "pcm/Bytes.h"
 #include "pcm/Failure.h"
 #include "pcm/OutputFile.h"
 #include "pcm/Samples.h"
 #include "pcm/TemporaryFile.h"
+#include "shntool/Child.h"
 
 #include <algorithm>
 #include <bit>
@@ -162,12 +161,12 @@ public:
         const int status = child_.wait();
         pcm::TemporaryName::setWriter(0);
         if (status != 0) {
-            ended_ = {process, status};
+            ended_ = {process, status, true};
             throw Failure(Failure::Kind::Write, path_ + ": the encoder failed");
         }
         if (!temporary_.become(path_, mayReplace_)) {
-            throw Failure(Failure::Kind::Write, path_ + ": cannot be created: " +
-                                                    std::generic_category().message(errno));
+            throw Failure(Failure::Kind::Write,
+                          path_ + ": cannot be created: " + std::generic_category().message(errno));
         }
     }
 
@@ -175,7 +174,7 @@ public:
         if (!ended_ && child_.process() > 0) {
             const auto process = child_.process();
             if (const int status = child_.wait(); status != 0) {
-                ended_ = {process, status};
+                ended_ = {process, status, false};
             }
         }
         return ended_;

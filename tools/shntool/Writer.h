@@ -1,9 +1,8 @@
 #pragma once
 
+#include "pcm/ByteSink.h"
 #include "shntool/Formats.h"
 #include "shntool/Wave.h"
-
-#include "pcm/ByteSink.h"
 
 #include <memory>
 #include <optional>
@@ -25,6 +24,7 @@ public:
     struct Ended {
         int process = 0;
         int status = 0;
+        bool hadAll = false; ///< it failed after it had been given everything
     };
     virtual std::optional<Ended> failedEncoder() { return {}; }
 };

@@ -1,12 +1,12 @@
-#include "shntool/Modes.h"
-
 #include "pcm/Failure.h"
 #include "pcm/Progress.h"
 #include "pcm/ToolMain.h"
+#include "shntool/Modes.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iostream>
+#include <vector>
 
 using namespace quav;
 using shntool::Console;
@@ -33,16 +33,16 @@ void printHelp() {
 void printFormats() {
     for (const shntool::Format& format : shntool::formats()) {
         std::cout << format.name << std::string(6 - format.name.size(), ' ')
-                  << (format.isRead ? "read " : "     ") << (format.isWritten ? "written  " : "         ")
-                  << format.description << '\n';
+                  << (format.isRead ? "read " : "     ")
+                  << (format.isWritten ? "written  " : "         ") << format.description << '\n';
     }
 }
 
-int runMode(const Mode& mode, int argc, char** argv) {
+int runMode(const Mode& mode, const std::vector<char*>& arguments) {
     // Until the options are known, errors are told as usual.
     Console console({.mode = mode.name});
     try {
-        const auto options = shntool::parseOptions(mode, argc, argv);
+        const auto options = shntool::parseOptions(mode, arguments);
         if (!options) {
             return 0;
         }
@@ -71,13 +71,14 @@ int run(int argc, char** argv) {
         return 0;
     }
     const auto& modes = shntool::modes();
-    const auto mode = std::find_if(modes.begin(), modes.end(),
-                                   [&](const Mode& one) { return word == one.name; });
+    const auto mode =
+        std::find_if(modes.begin(), modes.end(), [&](const Mode& one) { return word == one.name; });
     if (mode != modes.end()) {
-        return runMode(*mode, argc - 1, argv + 1);
+        std::vector<char*> arguments(argv, argv + argc);
+        arguments.erase(arguments.begin() + 1);
+        return runMode(*mode, arguments);
     }
-    const std::string what =
-        word.empty() ? "missing arguments" : "invalid mode: [" + word + "]";
+    const std::string what = word.empty() ? "missing arguments" : "invalid mode: [" + word + "]";
     pcm::tellUser("shntool: error: " + what + "\n");
     pcm::tellUser("shntool: \n");
     pcm::tellUser("shntool: type 'shntool -h' for help\n");
