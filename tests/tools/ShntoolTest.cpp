@@ -1,6 +1,431 @@
+#include "support/Table.h"
+#include "tools/PcmFixtures.h"
+#include "tools/ToolFixtures.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTest>
-class ShntoolTest : public QObject {
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <unistd.h>
+
+using namespace quav;
+using namespace quav::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const auto program = QStringLiteral(QUAV_SHNTOOL);
+
+QByteArray md5(const QByteArray& bytes) {
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
+}
+
+QByteArray samplesOf(const QByteArray& wav) {
+    const qsizetype data = wav.indexOf("data");
+    return wav.mid(data + 8, qFromLittleEndian<qint32>(wav.constData() + data + 4));
+}
+
+QByteArray flipped(QByteArray file, qsizetype at) {
+    file[at] = char(file[at] ^ 0x40);
+    return file;
+}
+
+/// A header of WAVE_FORMAT_EXTENSIBLE for the same samples.
+QByteArray extensible(const QByteArray& wav, unsigned mask) {
+    QByteArray file = wav;
+    file.replace(20, 2, "\xFE\xFF").replace(16, 4, QByteArray("\x28\0\0\0", 4));
+    QByteArray more("\x16\0", 2);
+    more += wav.mid(34, 2); // all bits are valid
+    appendNumber(more, mask, 4);
+    more += QByteArray("\1\0\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 16);
+    QByteArray size;
+    appendNumber(size, uint32_t(file.size() - 8 + more.size()), 4);
+    return file.replace(4, 4, size).insert(36, more);
+}
+
+} // namespace
+
+/// What our shntool does beside what the packaged one does, too.
+class ShntoolTest : public QObject, ToolFolder {
     Q_OBJECT
+
+    Ran shntool(const QStringList& arguments, const QString& limit = {}) const {
+        QProcess process;
+        process.setWorkingDirectory(path({}));
+        process.setStandardInputFile(QProcess::nullDevice());
+        if (limit.isEmpty()) {
+            process.start(program, arguments);
+        } else {
+            process.start(u"sh"_s,
+                          QStringList{u"-c"_s, limit + u"; exec \"$0\" \"$@\""_s, program} +
+                              arguments);
+        }
+        const bool ended = process.waitForFinished(60'000);
+        return {ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+                process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+    Ran shntool(const QString& line) const { return shntool(QProcess::splitCommand(line)); }
+
+    bool make(const QString& command) const {
+        QProcess process;
+        process.setWorkingDirectory(path({}));
+        QStringList words = QProcess::splitCommand(command);
+        const QString tool = QFileInfo(program).path() + u'/' + words.first();
+        process.start(QFileInfo::exists(tool) ? tool : words.first(), words.mid(1));
+        return process.waitForFinished(60'000) && process.exitCode() == 0;
+    }
+
+    QStringList outputs() const { return QDir(path(u"o"_s)).entryList(QDir::Files | QDir::Hidden); }
+    QByteArray digestOf(const QString& file) const {
+        return shntool({u"hash"_s, u"-q"_s, u"--"_s, file}).output.first(32);
+    }
+
+private Q_SLOTS:
+    void init() {
+        QDir(path(u"o"_s)).removeRecursively();
+        QDir(path({})).mkdir(u"o"_s);
+    }
+
+    void everyModeTakesTodaysFormats_data() {
+        QTest::addColumn<QByteArray>("wav");
+        QTest::addColumn<QString>("encode"); // a.wav to the file
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("formats"); // that can hold it, too
+        const QByteArray deep = wavFile(waves(30000, 24, 2), 2, 24, 96000);
+        const QByteArray plain = wavFile(waves(30000, 16, 2), 2, 16, 44100);
+        const QByteArray byte = wavFile(waves(30001, 8, 1), 1, 8, 22050);
+        const QByteArray six = extensible(wavFile(waves(90000, 16, 2), 6, 16, 48000), 0x3F);
+        const QByteArray full = wavFile(waves(30000, 24, 2), 2, 32, 48000);
+        const QString stereo = u"wav aiff flac wv tta ape"_s;
+        const QString many = u"wav aiff flac wv tta"_s;
+        row("WAV, extensible", extensible(deep, 3), u"true"_s, u"a.wav"_s, stereo);
+        row("WAV of 32 bits", full, u"true"_s, u"a.wav"_s, u"wav aiff wv"_s);
+        row("WAV of six channels", six, u"true"_s, u"a.wav"_s, many);
+        row("RF64", deep, u"ffmpeg -v error -i a.wav -c:a pcm_s24le -rf64 always -f wav a.rf64"_s,
+            u"a.rf64"_s, stereo);
+        row("AIFF", deep, u"ffmpeg -v error -i a.wav -c:a pcm_s24be a.aif"_s, u"a.aif"_s, stereo);
+        row("FLAC", deep, u"flac -s a.wav"_s, u"a.flac"_s, stereo);
+        row("FLAC of six channels", six, u"flac -s a.wav"_s, u"a.flac"_s, many);
+        row("FLAC of 8 bits", byte, u"flac -s a.wav"_s, u"a.flac"_s, stereo + u" shn"_s);
+        row("WavPack", plain, u"wavpack -q a.wav"_s, u"a.wv"_s, stereo + u" shn"_s);
+        row("WavPack of 8 bits", byte, u"wavpack -q a.wav"_s, u"a.wv"_s, stereo);
+        row("WavPack of 24 bits", deep, u"wavpack -q a.wav"_s, u"a.wv"_s, stereo);
+        row("WavPack of six channels", six, u"wavpack -q a.wav"_s, u"a.wv"_s, many);
+        const QString alac = u"ffmpeg -v error -i a.wav -c:a alac a.m4a"_s;
+        row("ALAC", plain, alac, u"a.m4a"_s, stereo);
+        row("ALAC of 24 bits", deep, alac, u"a.m4a"_s, stereo);
+        row("ALAC of six channels", six, alac, u"a.m4a"_s, many);
+        row("TTA", deep, u"ttaenc -e -o a.tta a.wav"_s, u"a.tta"_s, stereo);
+        row("APE", deep, u"mac a.wav a.ape -c2000"_s, u"a.ape"_s, stereo);
+    }
+    void everyModeTakesTodaysFormats() {
+        QFETCH(QByteArray, wav);
+        QFETCH(QString, encode);
+        QFETCH(QString, file);
+        QFETCH(QString, formats);
+        write(u"a.wav"_s, wav);
+        if (file != u"a.wav") {
+            QFile::remove(path(file));
+        }
+        QVERIFY(make(encode));
+        const QByteArray samples = samplesOf(wav);
+        const auto written = [&](const QString& name) {
+            return samplesOf(contents(path(u"o/"_s + name)));
+        };
+
+        QCOMPARE(digestOf(file), md5(samples));
+        // All but the container is the same in the tables.
+        const QByteArray length = shntool(u"len -c -t a.wav"_s).output.first(13);
+        QCOMPARE(shntool(u"len -c -t "_s + file).output.first(13), length);
+        const auto rate = [&](const QString& of) {
+            const QString told = QString::fromUtf8(shntool(u"info "_s + of).output);
+            return told.split(u'\n').filter(u"Rate (calculated)"_s);
+        };
+        QCOMPARE(rate(file), rate(u"a.wav"_s));
+        QCOMPARE(shntool(u"cmp a.wav "_s + file).status, 0);
+        QCOMPARE(shntool(u"join -n -d o a.wav "_s + file).status, 0);
+        QCOMPARE(md5(written(u"joined.wav"_s)), md5(samples + samples));
+        QCOMPARE(shntool(u"split -d o -l 0:00.20 "_s + file).status, 0);
+        QByteArray pieces;
+        for (const QString& name : outputs().filter(u"split-track"_s)) {
+            pieces += written(name);
+        }
+        QCOMPARE(md5(pieces), md5(samples));
+        const bool isLonger = shntool(u"info "_s + file).output.contains("header:       yes");
+        QCOMPARE(shntool(u"strip -d o "_s + file).status, isLonger ? 0 : 1);
+        for (const QString& format : formats.split(u' ')) {
+            const Ran ran = shntool(u"conv -o %1 -d o -n %1 %2"_s.arg(format, file));
+            QVERIFY2(ran.status == 0, ran.errors.constData());
+            QCOMPARE(digestOf(u"o/"_s + format), md5(samples));
+            const int bits = int(wav.at(34));
+            QCOMPARE(md5(judged(path(u"o/"_s + format), bits)), md5(samples));
+        }
+    }
+
+    void digestOfFlacIsItsOwn() {
+        for (const int bits : {16, 24}) {
+            write(u"a.wav"_s, wavFile(waves(50000, bits, 2), 2, bits, 44100));
+            QVERIFY(make(u"flac -s -f a.wav"_s));
+            const Ran own = run(u"metaflac"_s, {u"--show-md5sum"_s, path(u"a.flac"_s)});
+            QCOMPARE(digestOf(u"a.flac"_s), own.output.trimmed());
+        }
+    }
+
+    // Tracks may be shorter than a sector, and end anywhere.
+    void fixedTracksHoldTheSameSound() {
+        Noise noise;
+        const auto upTo = [&](int limit) { return (noise(16) + 32768) % limit; };
+        for (int set = 0; set < 100; ++set) {
+            init();
+            QByteArray all;
+            QStringList names;
+            const int tracks = 1 + upTo(6);
+            for (int track = 0; track < tracks; ++track) {
+                const int blocks = upTo(3) == 0 ? upTo(700) : 588 * upTo(8) + upTo(2) * upTo(588);
+                names << u"t%1.wav"_s.arg(track);
+                std::vector<int> samples(size_t(2 * blocks));
+                std::generate(samples.begin(), samples.end(), [&] { return noise(16); });
+                write(names.back(), wavFile(samples, 2, 16, 44100));
+                all += samplesOf(contents(path(names.back())));
+            }
+            const QString direction = u"-%1"_s.arg("bfu"[set % 3]);
+            const Ran ran =
+                shntool(QStringList{u"fix"_s, u"-k"_s, direction, u"-d"_s, u"o"_s} + names);
+            const qsizetype padding = (2352 - all.size() % 2352) % 2352;
+            if (ran.errors.contains("everything seems fine")) {
+                QCOMPARE(padding, 0);
+                continue;
+            }
+            QVERIFY2(ran.status == 0, ran.errors.constData());
+            QByteArray fixed;
+            for (const QString& name : names) {
+                const QByteArray samples = samplesOf(contents(path(u"o/"_s + name)));
+                QCOMPARE(samples.size() % 2352, 0);
+                fixed += samples;
+            }
+            QCOMPARE(md5(fixed), md5(all + QByteArray(padding, '\0')));
+        }
+    }
+
+    void outputsAreNamedAsAsked_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("names");
+        row("an encoder in braces",
+            uR"(fix -P pct -O never -k -d o -o cust ext=flac { flac -s -4 -o %f - } "1 ä.wav" )"
+            R"("2 'x' [y].WAV")"_s,
+            u"1 ä.flac/2 'x' [y].flac"_s);
+        row("fixed like their sources", uR"(fix -O never -o wav -d o "1 ä.wav" d.wav)"_s,
+            u"1 ä.wav/d.wav"_s);
+        row("another ending", uR"(fix -O never -d o -o wav -z -FIXED "1 ä.wav" d.wav)"_s,
+            u"1 ä-FIXED.wav/d-FIXED.wav"_s);
+        row("one name", uR"(conv -P pct -O always -o wav -n o/tmp.1 "2 'x' [y].WAV")"_s,
+            u"tmp.1"_s);
+        row("a dash in front", u"trim -d o -O never -o flac -- -dash.wav"_s,
+            u"-dash-trimmed.flac"_s);
+        row("extensions of any spelling", uR"(conv -d o -o aiff c.FLAC b.aif "2 'x' [y].WAV")"_s,
+            u"2 'x' [y].aiff/b.aiff/c.aiff"_s);
+        row("what looks like options of printf", uR"(conv -d o -o flac "100%% %f %s.wav")"_s,
+            u"100%% %f %s.flac"_s);
+        row("an encoder with the file inside a word",
+            uR"(conv -d o -o "cust ext=flac flac -s --output-name=%f -" d.wav)"_s, u"d.flac"_s);
+        row("names that a cue sheet may not have", u"split -d o -f evil.cue -t %t d.wav"_s,
+            u"..-..-up.wav/01.wav"_s);
+    }
+    void outputsAreNamedAsAsked() {
+        QFETCH(QString, command);
+        QFETCH(QString, names);
+        const QByteArray wav = wavFile(waves(5000, 16, 2), 2, 16, 44100);
+        for (const char* name : {"1 ä.wav", "2 'x' [y].WAV", "d.wav", "100%% %f %s.wav"}) {
+            write(QString::fromUtf8(name), wav);
+        }
+        write(u"-dash.wav"_s,
+              wavFile(std::vector<int>(2000, 0), 2, 16, 44100).replace(100, 4, "\1\2\3\4"));
+        write(u"evil.cue"_s, "TRACK 01 AUDIO\nTITLE \"\"\nINDEX 01 00:00:00\n"
+                             "TRACK 02 AUDIO\nTITLE ../../up\nINDEX 01 00:00:01\n");
+        QVERIFY(make(u"flac -s -f d.wav -o c.FLAC"_s));
+        QVERIFY(make(u"ffmpeg -y -v error -i d.wav b.aif"_s));
+        const Ran ran = shntool(command);
+        QVERIFY2(ran.status == 0, ran.errors.constData());
+        QCOMPARE(outputs().join(u'/'), names);
+        for (const QString& name : outputs()) {
+            QVERIFY2(!judged(path(u"o/"_s + name), 16).isEmpty(), qUtf8Printable(name));
+        }
+    }
+
+    void badInputIsToldAndNothingIsLost_data() {
+        QTest::addColumn<QString>("limit"); // of the shell
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QByteArray>("told");
+        row("a FLAC file cut short", u""_s, u"conv -d o cut.flac"_s, "cut.flac: is damaged"_ba);
+        row("a bit of a FLAC file", u""_s, u"conv -d o -o wv bit.flac"_s,
+            "bit.flac: is damaged"_ba);
+        row("samples that are not the right ones", u""_s, u"conv -d o -o wav sum.flac"_s,
+            "do not match its MD5"_ba);
+        row("the digest of those", u""_s, u"hash sum.flac"_s, "possibly truncated"_ba);
+        row("joined with them", u""_s, u"join -d o sum.flac a.wav"_s, "failed to join"_ba);
+        row("a bit of an APE file", u""_s, u"trim -d o bit.ape"_s, "bit.ape"_ba);
+        row("a bit of a TTA file", u""_s, u"split -l 0:00.50 -d o bit.tta"_s, "bit.tta"_ba);
+        row("a WavPack file cut short", u""_s, u"conv -d o cut.wv"_s, "while transferring"_ba);
+        row("a WAV file cut short", u""_s, u"pad -d o cut.wav"_s, "while transferring"_ba);
+        row("no channels", u""_s, u"len none.wav"_s, "describes no sound"_ba);
+        row("a chunk of gigabytes", u""_s, u"conv -d o huge.wav"_s, "more than 16 MiB"_ba);
+        row("a full disk", u"ulimit -f 100"_s, u"conv -d o a.wav"_s, "File too large"_ba);
+        row("a full disk for an encoder", u"ulimit -f 20"_s, u"conv -o flac -d o a.wav"_s,
+            "child encoder process"_ba);
+        row("no such encoder", u""_s, uR"(conv -o "cust ext=x quav-none %f" -d o a.wav)"_s,
+            "cannot run program: [quav-none]"_ba);
+        row("another file's place", u""_s, u"fix -O always -d . a.wav s.wav"_s,
+            "would overwrite input file"_ba);
+        row("a source by another name", u""_s, u"conv -O always -n link.wav a.wav"_s,
+            "would overwrite input file"_ba);
+        row("the last of three in the way", u""_s,
+            u"split -O never -n %d -a way -l 0:00.50 a.wav"_s, "could not open output file"_ba);
+        row("two tracks of one name", u""_s, u"fix -d o a.wav other/a.wav"_s,
+            "duplicate filenames: [o/a.wav]"_ba);
+        row("a name for two files", u""_s, u"conv -n o/x.wav a.wav s.wav"_s, "exactly one"_ba);
+        row("two files to split", u""_s, u"split -d o -l 0:01 a.wav s.wav"_s, "exactly one"_ba);
+        row("an encoder that does not end", u""_s, u"conv -o cust ext=x { flac a.wav"_s,
+            "no closing }"_ba);
+    }
+    void badInputIsToldAndNothingIsLost() {
+        QFETCH(QString, limit);
+        QFETCH(QString, command);
+        QFETCH(QByteArray, told);
+        const QByteArray wav = wavFile(waves(60000, 16, 2), 2, 16, 44100);
+        write(u"a.wav"_s, wav);
+        write(u"s.wav"_s, wavFile(waves(5000, 16, 2), 2, 16, 44100));
+        QDir(path({})).mkdir(u"other"_s);
+        write(u"other/a.wav"_s, wav);
+        write(u"way3.wav"_s, "something of value");
+        write(u"cut.wav"_s, wav.first(100'001));
+        write(u"none.wav"_s, QByteArray(wav).replace(22, 2, QByteArray(2, '\0')));
+        write(u"huge.wav"_s, QByteArray(wav).replace(36, 8, "JUNK\xF0\xFF\xFF\x7F"));
+        QFile::link(u"a.wav"_s, path(u"link.wav"_s));
+        QVERIFY(make(u"flac -s -f a.wav -o a.flac"_s) && make(u"wavpack -q -y a.wav -o cut.wv"_s));
+        const QByteArray flac = contents(path(u"a.flac"_s));
+        write(u"cut.flac"_s, flac.first(flac.size() / 2));
+        write(u"bit.flac"_s, flipped(flac, flac.size() / 2));
+        write(u"sum.flac"_s, flipped(flac, 30));
+        const QByteArray wv = contents(path(u"cut.wv"_s));
+        write(u"cut.wv"_s, wv.first(wv.size() / 2));
+        for (const QString& kind : {u"ape"_s, u"tta"_s}) {
+            const Ran ran = shntool(u"conv -O always -o %1 -n bit.%1 a.wav"_s.arg(kind));
+            QCOMPARE(ran.status, 0);
+            const QByteArray file = contents(path(u"bit."_s + kind));
+            write(u"bit."_s + kind, flipped(file, file.size() / 2));
+        }
+        const QStringList before = files();
+
+        const Ran ran = shntool(QProcess::splitCommand(command), limit);
+        QCOMPARE(ran.status, 1);
+        QVERIFY2(ran.errors.contains(told), ran.errors.constData());
+        const QStringList pieces = outputs().filter(u"split-track"_s);
+        QCOMPARE(outputs(), pieces); // the ones that were complete before
+        QCOMPARE(files(), before);
+        QCOMPARE(contents(path(u"a.wav"_s)), wav);
+        QCOMPARE(contents(path(u"way3.wav"_s)), "something of value"_ba);
+    }
+
+    void aRecorderThatWroteToAPipeToldNoLength() {
+        const QByteArray wav = wavFile(waves(60000, 16, 2), 2, 16, 44100);
+        write(u"a.wav"_s, QByteArray(wav)
+                              .replace(4, 4, QByteArray(4, '\xFF'))
+                              .replace(40, 4, QByteArray(4, '\xFF')));
+        QCOMPARE(digestOf(u"a.wav"_s), md5(samplesOf(wav)));
+        QCOMPARE(shntool(u"conv -d o a.wav"_s).status, 0);
+        QCOMPARE(contents(path(u"o/a.wav"_s)), wav);
+    }
+
+    void silenceOfEightBitsLiesInTheMiddle() {
+        std::vector<int> samples = waves(20000, 8, 1);
+        std::fill_n(samples.begin(), 300, 0);
+        std::fill_n(samples.rbegin(), 500, 0);
+        const auto sounds = [](int sample) { return sample != 0; };
+        const auto first = std::find_if(samples.begin(), samples.end(), sounds);
+        const auto last = std::find_if(samples.rbegin(), samples.rend(), sounds).base();
+        write(u"a.wav"_s, wavFile(samples, 1, 8, 11025));
+        QCOMPARE(shntool(u"trim -d o a.wav"_s).status, 0);
+        QCOMPARE(contents(path(u"o/a-trimmed.wav"_s)), wavFile({first, last}, 1, 8, 11025));
+    }
+
+    // Two streams on one line of communication that keeps writes apart.
+    void everyWriteIsAWholeLineOrStep() {
+        write(u"a.wav"_s, wavFile(waves(60000, 16, 2), 2, 16, 44100));
+        std::array<int, 2> ends{};
+        QCOMPARE(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()), 0);
+        QProcess process;
+        process.setWorkingDirectory(path({}));
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.setChildProcessModifier([&] {
+            ::dup2(ends[1], STDOUT_FILENO);
+            ::dup2(ends[1], STDERR_FILENO);
+        });
+        process.start(program, {u"hash"_s, u"a.wav"_s, u"missing.wav"_s, u"a.wav"_s});
+        QVERIFY(process.waitForFinished());
+        ::close(ends[1]);
+        QByteArrayList writes;
+        std::array<char, 65536> piece{};
+        static const QRegularExpression step(u"^\b{5} *[0-9]+% $"_s);
+        for (ssize_t count = 0; (count = ::recv(ends[0], piece.data(), piece.size(), 0)) > 0;) {
+            const QByteArray text(piece.data(), count);
+            if (!step.match(QString::fromUtf8(text)).hasMatch()) {
+                writes << text;
+            }
+        }
+        ::close(ends[0]);
+        const QByteArrayList one{"Hashing [a.wav] (0:01.27) :   0% ", "\b\b\b\b\b100% OK\n",
+                                 digestOf(u"a.wav"_s) + "  [shntool]  a.wav\n"};
+        const QByteArray warning =
+            "shntool [hash]: warning: cannot open non-existent file: [missing.wav]\n";
+        QCOMPARE(writes, one + QByteArrayList{warning} + one);
+    }
+
+    void anInterruptedRunLeavesNoHalfFile_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<int>("signal");
+        for (const auto& [signal, name] : {std::pair{SIGTERM, "TERM"}, {SIGINT, "INT"}}) {
+            row(("WAV, "_ba + name).constData(), u"conv -d o a.wav"_s, signal);
+            row(("an encoder, "_ba + name).constData(),
+                uR"(fix -d o -o "cust ext=x tee %f" b.wav a.wav)"_s, signal);
+        }
+    }
+    void anInterruptedRunLeavesNoHalfFile() {
+        QFETCH(QString, command);
+        QFETCH(int, signal);
+        const QByteArray wav = wavFile(waves(200000, 16, 2), 2, 16, 44100);
+        write(u"a.wav"_s, wav);
+        write(u"b.wav"_s, wavFile(waves(100, 16, 2), 2, 16, 44100));
+        // A decoder that has given half of the file when the rest does not come.
+        ::mkfifo(qUtf8Printable(path(u"never"_s)), 0600);
+        const QString decoder = write(u"decoder"_s, "#!/bin/sh\nhead -c 500000 \"$1\"\nexec cat " +
+                                                        path(u"never"_s).toUtf8() + "\n");
+        QFile(decoder).setPermissions(QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner);
+        QProcess process;
+        process.setWorkingDirectory(path({}));
+        QStringList arguments = QProcess::splitCommand(command);
+        arguments.insert(1, u"-iwav "_s + decoder + u" %f"_s);
+        process.start(program, arguments);
+        QVERIFY(process.waitForStarted());
+        QByteArray told;
+        QTRY_VERIFY((told += process.readAllStandardError()).contains("[a.wav]"));
+        if (command.startsWith(u"fix")) {
+            QTRY_VERIFY(!outputs().filter(u".quav-"_s).isEmpty());
+        }
+        ::kill(pid_t(process.processId()), signal);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QVERIFY(outputs().filter(u".quav-"_s).isEmpty());
+        QVERIFY(!outputs().contains(u"a.x"_s) && !outputs().contains(u"a.wav"_s));
+        QCOMPARE(contents(path(u"a.wav"_s)), wav);
+    }
 };
+
 QTEST_GUILESS_MAIN(ShntoolTest)
 #include "ShntoolTest.moc"

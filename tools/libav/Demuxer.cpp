@@ -87,7 +87,7 @@ std::span<AVStream* const> Demuxer::streams() const {
     return {context_->streams, context_->nb_streams};
 }
 
-CodecContext Demuxer::openDecoder(const AVStream& stream) const {
+CodecContext Demuxer::openDecoder(const AVStream& stream, AVSampleFormat wanted) const {
     const AVCodec* const decoder = codec().findDecoder(stream.codecpar->codec_id);
     if (decoder == nullptr) {
         refuse();
@@ -95,6 +95,7 @@ CodecContext Demuxer::openDecoder(const AVStream& stream) const {
     CodecContext opened = makeContext(decoder);
     // Without these a frame with a wrong checksum would pass.
     opened->err_recognition = AV_EF_CRCCHECK | AV_EF_EXPLODE;
+    opened->request_sample_fmt = wanted;
     if (codec().toContext(opened.get(), stream.codecpar) < 0 ||
         codec().open(opened.get(), nullptr, nullptr) < 0) {
         refuse();

@@ -25,8 +25,10 @@ public:
     /// What the file holds, as far as its header tells.
     std::span<AVStream* const> streams() const;
 
-    /// A decoder for a stream, which takes no frame with a wrong checksum.
-    CodecContext openDecoder(const AVStream& stream) const;
+    /// A decoder for a stream, which takes no frame with a wrong checksum. Its samples come in the
+    /// `wanted` format if it can make that.
+    CodecContext openDecoder(const AVStream& stream,
+                             AVSampleFormat wanted = AV_SAMPLE_FMT_NONE) const;
 
     /// Reads the next packet of any stream; false at the end or where the file is damaged.
     bool read(AVPacket& packet);

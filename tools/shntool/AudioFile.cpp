@@ -9,6 +9,7 @@
 #include "pcm/Progress.h"
 #include "pcm/Samples.h"
 #include "shntool/Child.h"
+#include "shntool/FlacDecoding.h"
 #include "shntool/LibavDecoding.h"
 #include "shorten/Decoder.h"
 #include "tta/Decode.h"
@@ -92,21 +93,6 @@ void writeAiff(const std::string& path, const pcm::PcmFormat& as, pcm::ByteSink&
         to.write(piece);
     }
 }
-
-// Compares what is written with a digest.
-class CheckedSink final : public pcm::ByteSink {
-public:
-    explicit CheckedSink(pcm::ByteSink& to) : to_(to) {}
-    void write(Bytes bytes) override {
-        md5_.add(bytes);
-        to_.write(bytes);
-    }
-    pcm::Md5Digest digest() { return md5_.result(); }
-
-private:
-    pcm::ByteSink& to_;
-    pcm::Md5 md5_;
-};
 
 class CountingSink final : public pcm::ByteSink {
 public:
@@ -226,7 +212,7 @@ private:
         } else if (file_.format_ == "tta") {
             openTta(input);
         } else if (file_.format_ == "flac") {
-            openFlac(input);
+            openFlac();
         } else {
             openWithLibav(input, file_.format_ == "wv" ? "wv" : "mov");
         }
@@ -254,7 +240,7 @@ private:
     }
 
     // `write` gets the samples only.
-    void setDecoder(std::function<void(pcm::ByteSink&)> write) {
+    void setDecoder(Decode write) {
         file_.makeReader_ = [write = std::move(write), wave = file_.wave()](AudioFile::Check) {
             return readerOf([write, wave](pcm::ByteSink& to) {
                 write(to);
@@ -327,64 +313,45 @@ private:
         });
     }
 
-    // The STREAMINFO block of RFC 9639, section 8.2; it comes first.
-    void openFlac(InputFile& input) {
-        constexpr std::size_t before = 8; // the magic, and the block's type and length
-        std::array<std::uint8_t, before + 34> bytes{};
-        if (input.read(bytes) < bytes.size() || (bytes[4] & 0x7FU) != 0) {
-            throw Failure(Failure::Kind::Input, path() + ": is damaged: it has no STREAMINFO");
-        }
-        const std::uint64_t packed = pcm::bigEndian(Bytes(bytes).subspan(before + 10, 8));
-        const auto bits = static_cast<unsigned>(packed >> 36 & 0x1F) + 1;
-        const pcm::PcmFormat format{.channels = static_cast<unsigned>(packed >> 41 & 7) + 1,
-                                    .bitsPerSample = bits,
-                                    .bytesPerSample = (bits + 7) / 8,
-                                    .sampleRate = static_cast<std::uint32_t>(packed >> 44),
-                                    .isUnsigned = bits <= 8};
-        const std::uint64_t blocks = packed & 0xFFFFFFFFF;
-        if (format.sampleRate == 0 || bits < 4) {
-            throw Failure(Failure::Kind::Input, path() + ": is damaged: its STREAMINFO is wrong");
-        }
-        pcm::Md5Digest digest{};
-        std::copy_n(bytes.begin() + before + 18, digest.size(), digest.begin());
+    // What was written to a pipe does not tell its length: all is decoded to learn it.
+    static std::uint64_t count(const Decode& decode, const pcm::PcmFormat& format) {
+        CountingSink sink;
+        decode(sink);
+        return sink.count() / format.blockAlign();
+    }
+
+    void openFlac() {
+        const FlacStream stream = readFlacStream(path());
+        const auto decode = [path = path(), format = stream.format](bool checksDigest,
+                                                                    pcm::ByteSink& to) {
+            decodeFlac(path, format, checksDigest, to);
+        };
+        const auto decodeAll = [decode](pcm::ByteSink& to) { decode(true, to); };
+        describe(stream.format,
+                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
         // The digest is over samples as a WAV file has them only for whole bytes with a sign.
-        if (digest != pcm::Md5Digest{} && bits % 8 == 0 && bits > 8) {
-            file_.storedDigest_ = digest;
+        const unsigned bits = stream.format.bitsPerSample;
+        if (stream.digest != pcm::Md5Digest{} && bits % 8 == 0 && bits > 8) {
+            file_.storedDigest_ = stream.digest;
         }
-        setLibavDecoder(input, "flac", format, blocks);
-    }
-
-    void openWithLibav(const InputFile& input, const char* demuxer) {
-        const LibavStream stream = findLibavStream(input, file_.tagSize_, demuxer);
-        setLibavDecoder(input, demuxer, stream.format, stream.blocks);
-    }
-
-    void setLibavDecoder(const InputFile& input, const char* demuxer, const pcm::PcmFormat& format,
-                         std::uint64_t blocks) {
-        const std::uint64_t start = file_.tagSize_;
-        if (blocks == 0) {
-            CountingSink count; // what was written to a pipe does not tell its length
-            decodeWithLibav(input, start, demuxer, format, count);
-            blocks = count.count() / format.blockAlign();
-        }
-        describe(format, blocks);
-        file_.makeReader_ = [=, path = path(), wave = file_.wave(),
-                             digest = file_.storedDigest_](AudioFile::Check check) {
+        file_.makeReader_ = [decode, wave = file_.wave(),
+                             isKnown = file_.storedDigest_.has_value()](AudioFile::Check check) {
+            const bool checksDigest = !isKnown || check == AudioFile::Check::Everything;
             return readerOf([=](pcm::ByteSink& to) {
-                const InputFile file = InputFile::open(path);
-                if (digest && check == AudioFile::Check::Everything) {
-                    CheckedSink checked(to);
-                    decodeWithLibav(file, start, demuxer, format, checked);
-                    if (checked.digest() != *digest) {
-                        throw Failure(Failure::Kind::Input,
-                                      path + ": is damaged: its samples do not match its MD5");
-                    }
-                } else {
-                    decodeWithLibav(file, start, demuxer, format, to);
-                }
+                decode(checksDigest, to);
                 writePadding(wave, to);
             });
         };
+    }
+
+    void openWithLibav(const InputFile& input, const char* demuxer) {
+        const std::uint64_t start = file_.tagSize_;
+        const LibavStream stream = findLibavStream(input, start, demuxer);
+        const Decode decode = [=, path = path(), format = stream.format](pcm::ByteSink& to) {
+            decodeWithLibav(InputFile::open(path), start, demuxer, format, to);
+        };
+        describe(stream.format, stream.blocks > 0 ? stream.blocks : count(decode, stream.format));
+        setDecoder(decode);
     }
 
     const OpenSettings& settings_;

@@ -8,39 +8,48 @@ namespace quav::shntool {
 namespace {
 
 // Where the tracks of a set begin, in bytes from the beginning of the first one; and where the last
-// one ends. Between two tracks there is no gap.
+// one ends, with its padding. Between two tracks there is no gap.
 class Tracks {
 public:
-    Tracks(const std::vector<AudioFile>& files, char direction) {
+    Tracks(const std::vector<AudioFile>& files, char direction, bool pads) {
         for (const AudioFile& file : files) {
             before_.push_back(before_.back() + file.wave().dataSize);
         }
-        after_.resize(before_.size());
-        std::transform(before_.begin(), before_.end() - 1, after_.begin(),
-                       [&](std::uint64_t at) { return std::min(moved(at, direction), total()); });
-        after_.back() = total();
+        const std::uint64_t end = total() + (pads ? padding() : 0);
+        for (const std::uint64_t at : before_) {
+            after_.push_back(std::min(moved(at, direction), end));
+        }
+        after_.back() = end;
     }
 
+    std::size_t count() const { return before_.size() - 1; }
+    /// Bytes of all files.
     std::uint64_t total() const { return before_.back(); }
-    std::uint64_t begin(std::size_t track) const { return after_[track]; }
-    std::uint64_t size(std::size_t track) const { return after_[track + 1] - after_[track]; }
     /// What the last track lacks to end on a sector boundary.
     std::uint64_t padding() const { return paddingTo(sectorSize, total()); }
-    /// How many tracks stay as they are, from the first on.
-    std::size_t unchanged() const {
-        const auto moved = std::mismatch(before_.begin(), before_.end(), after_.begin()).first;
-        const auto count = static_cast<std::size_t>(moved - before_.begin());
-        // The end of the last track is moved by its padding.
-        return count < before_.size() ? count - 1 : size() - (padding() > 0 ? 1 : 0);
+
+    std::uint64_t begin(std::size_t track) const { return after_[track]; }
+    std::uint64_t size(std::size_t track) const { return after_[track + 1] - after_[track]; }
+    /// How much of a track comes from the files; the rest is padding.
+    std::uint64_t sound(std::size_t track) const {
+        return std::min(after_[track + 1], total()) - std::min(after_[track], total());
     }
-    std::size_t size() const { return before_.size() - 1; }
+
+    /// How many tracks stay as they are, from the first on; all but the last one when nothing but
+    /// its padding is missing.
+    std::size_t unchanged() const {
+        const auto moved = std::mismatch(before_.begin(), before_.end() - 1, after_.begin()).first;
+        const bool isMoved = moved != before_.end() - 1;
+        return isMoved ? static_cast<std::size_t>(moved - before_.begin()) - 1
+                       : count() - (padding() > 0 ? 1 : 0);
+    }
 
 private:
     static std::uint64_t moved(std::uint64_t at, char direction) {
-        const std::uint64_t backward = at - at % sectorSize;
+        const std::uint64_t rest = at % sectorSize;
         const bool isForward =
-            direction == 'f' ? at != backward : direction == 'u' && at % sectorSize >= 1176;
-        return backward + (isForward ? sectorSize : 0);
+            direction == 'f' ? rest > 0 : direction == 'u' && rest >= sectorSize / 2;
+        return at - rest + (isForward ? sectorSize : 0);
     }
 
     std::vector<std::uint64_t> before_{0};
@@ -133,33 +142,32 @@ void checkOutputs(Work& work, const std::vector<AudioFile>& files,
     }
 }
 
-void fix(Work& work, const std::vector<AudioFile>& files, const Tracks& tracks, std::size_t first,
-         bool pads) {
+void fix(Work& work, const std::vector<AudioFile>& files, const Tracks& tracks, std::size_t first) {
     const std::vector<std::string> names = outputNames(work, files);
     checkOutputs(work, files, names, first);
     SetReader reader(files);
-    for (std::size_t track = first; track < tracks.size(); ++track) {
+    for (std::size_t track = first; track < tracks.count(); ++track) {
         const std::uint64_t size = tracks.size(track);
-        const std::uint64_t zeros = pads && track + 1 == tracks.size() ? tracks.padding() : 0;
+        const std::uint64_t sound = tracks.sound(track);
         const std::string& name = names[track];
         Meter meter(work.console(), title(work, files[track], name), size);
-        const WaveHeader header = canonicalHeader(files[track].wave().format(), size + zeros);
+        const WaveHeader header = canonicalHeader(files[track].wave().format(), size);
         std::unique_ptr<Writer> output;
         try {
             output = work.create(name, header, files);
         } catch (const OutputUnavailable& reason) {
             throw ModeError(reason.what() + std::string(": [") + name + "]");
         }
-        const bool isDone = work.transfer(
-            output.get(), "error while transferring " + std::to_string(size) + " bytes of data",
-            [&] {
-                if (track == first) {
-                    skipBytes(reader, tracks.begin(first));
-                }
-                copyBytes(reader, *output, size, &meter);
-                writeZeros(*output, zeros + (size + zeros) % 2);
-                output->commit();
-            });
+        const std::string told =
+            "error while transferring " + std::to_string(sound) + " bytes of data";
+        const bool isDone = work.transfer(output.get(), told, [&] {
+            if (track == first) {
+                skipBytes(reader, tracks.begin(first));
+            }
+            copyBytes(reader, *output, sound, &meter);
+            writeZeros(*output, size - sound + size % 2);
+            output->commit();
+        });
         if (!isDone) {
             throw ModeError("failed to fix files");
         }
@@ -176,9 +184,10 @@ int runFix(const Options& options, Console& console) {
     Work work(options, console);
     const std::vector<AudioFile> files = work.mustOpenAll();
     checkFiles(work, files);
-    const Tracks tracks(files, options.lastOf("bfu"));
+    const bool pads = !options.has('n');
+    const Tracks tracks(files, options.lastOf("bfu"), pads);
     const std::size_t unchanged = tracks.unchanged();
-    const bool isFine = unchanged == tracks.size();
+    const bool isFine = unchanged == tracks.count();
     if (options.has('c')) {
         return isFine ? 1 : 0;
     }
@@ -191,8 +200,7 @@ int runFix(const Options& options, Console& console) {
                      (first == 1 ? " file because it would" : " files because they would") +
                      " not be changed");
     }
-    const bool pads = !options.has('n');
-    fix(work, files, tracks, first, pads);
+    fix(work, files, tracks, first);
     const std::string zeros = std::to_string(tracks.padding());
     if (tracks.padding() == 0) {
         console.note("No padding needed.");

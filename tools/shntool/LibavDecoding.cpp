@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -17,7 +18,7 @@ using pcm::Failure;
 
 namespace {
 
-constexpr std::array losslessCodecs{AV_CODEC_ID_FLAC, AV_CODEC_ID_ALAC, AV_CODEC_ID_WAVPACK};
+constexpr std::array losslessCodecs{AV_CODEC_ID_ALAC, AV_CODEC_ID_WAVPACK};
 
 const AVStream& audioStream(const libav::Demuxer& demuxer, const std::string& file) {
     for (const AVStream* const stream : demuxer.streams()) {
@@ -45,7 +46,9 @@ public:
     Decoding(const pcm::InputFile& input, std::uint64_t start, const char* demuxer,
              const pcm::PcmFormat& format, pcm::ByteSink& to)
         : name_(input.name()), demuxer_(input, start, demuxer),
-          stream_(audioStream(demuxer_, name_)), decoder_(demuxer_.openDecoder(stream_)),
+          stream_(audioStream(demuxer_, name_)),
+          decoder_(demuxer_.openDecoder(stream_, format.bytesPerSample > 2 ? AV_SAMPLE_FMT_S32
+                                                                           : AV_SAMPLE_FMT_S16)),
           format_(format), to_(to) {}
 
     void run() {
@@ -83,6 +86,13 @@ private:
     void write() {
         const auto blocks = static_cast<std::size_t>(frame_->nb_samples);
         blocks_ += blocks;
+        const bool isWavAlready =
+            std::endian::native == std::endian::little &&
+            ((frame_->format == AV_SAMPLE_FMT_S16 && format_.bytesPerSample == 2) ||
+             (frame_->format == AV_SAMPLE_FMT_S32 && format_.bytesPerSample == 4));
+        if (isWavAlready) {
+            return to_.write({frame_->extended_data[0], blocks * format_.blockAlign()});
+        }
         samples_.resize(blocks * format_.channels);
         switch (frame_->format) {
         case AV_SAMPLE_FMT_U8P:

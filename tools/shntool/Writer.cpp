@@ -146,13 +146,22 @@ public:
           // they write by it.
           temporary_(pcm::folderOf(path), reserve, path, "." + format.extension),
           child_(withFile(format.encoder, temporary_.path()), Child::Pipe::ToInput),
-          header_(headerForEncoders(header).bytes) {
+          header_(headerForEncoders(header).bytes), samplesLeft_(header.wave.dataSize) {
         pcm::TemporaryName::setWriter(child_.process());
     }
 
     void write(Bytes bytes) override {
         writeHeader();
-        pcm::writeAll(child_.fd(), bytes, path_);
+        const bool isBehind = samplesLeft_ == 0;
+        samplesLeft_ -= std::min<std::uint64_t>(samplesLeft_, bytes.size());
+        try {
+            pcm::writeAll(child_.fd(), bytes, path_);
+        } catch (const pcm::ReaderGone&) {
+            // Some encoders end when they have the samples. Whether all is well they tell then.
+            if (!isBehind) {
+                throw;
+            }
+        }
     }
 
     void commit() override {
@@ -197,6 +206,7 @@ private:
     pcm::TemporaryName temporary_;
     Child child_;
     std::vector<std::uint8_t> header_; // until it has been written
+    std::uint64_t samplesLeft_;        // bytes to come
     std::optional<Ended> ended_;
 };
 
