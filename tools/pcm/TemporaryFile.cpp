@@ -80,9 +80,10 @@ std::string folderForTemporaryFiles(const std::string& beside) {
 // Gives `make` one name after the other until one is new.
 std::string makeNamed(const std::string& folder, const std::function<bool(const char*)>& make,
                       const std::string& what, const std::string& ending = {}) {
+    const std::string start = folder + "/.quav-" + std::to_string(::getpid()) + "-";
     for (unsigned count = 0;; ++count) {
-        std::string path =
-            folder + "/.quav-" + std::to_string(::getpid()) + "-" + std::to_string(count) + ending;
+        std::string path = start + std::to_string(count);
+        path += ending;
         if (make(path.c_str())) {
             return path;
         }

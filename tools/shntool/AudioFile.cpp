@@ -173,12 +173,12 @@ private:
     }
 
     std::optional<std::vector<std::string>> chosenDecoder() const {
-        for (auto one = settings_.decoders.rbegin(); one != settings_.decoders.rend(); ++one) {
-            if (one->format == file_.format_) {
-                return one->command;
+        std::optional<InputDecoder> wanted = InputDecoder::fromEnvironment(file_.format_);
+        for (const InputDecoder& decoder : settings_.decoders) {
+            if (decoder.format == file_.format_) {
+                wanted = decoder;
             }
         }
-        const auto wanted = InputDecoder::fromEnvironment(file_.format_);
         return wanted ? std::optional(wanted->command) : std::nullopt;
     }
 

@@ -4,6 +4,7 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -15,8 +16,6 @@
 #include <system_error>
 #include <unistd.h>
 #include <utility>
-
-extern char** environ;
 
 namespace quav::shntool {
 
@@ -99,11 +98,9 @@ Child::Child(const std::vector<std::string>& command, Pipe pipe) {
     actions.use(isInput ? reading.get() : writing.get(), isInput ? STDIN_FILENO : STDOUT_FILENO);
 
     std::vector<std::string> words = command;
-    std::vector<char*> arguments;
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
+    std::vector<char*> arguments(words.size() + 1, nullptr);
+    std::transform(words.begin(), words.end(), arguments.begin(),
+                   [](std::string& word) { return word.data(); });
     const Attributes attributes;
     const int error = ::posix_spawnp(&process_, arguments.front(), actions.get(), attributes.get(),
                                      arguments.data(), environ);

@@ -113,10 +113,10 @@ void checkFiles(Work& work, const std::vector<AudioFile>& files) {
 
 // Two tracks must not become one file, and no track may take a source's place.
 std::vector<std::string> outputNames(const Work& work, const std::vector<AudioFile>& files) {
-    std::vector<std::string> names;
-    for (const AudioFile& file : files) {
-        names.push_back(work.nameInFolder(Work::baseName(file.path()), ""));
-    }
+    std::vector<std::string> names(files.size());
+    std::transform(files.begin(), files.end(), names.begin(), [&](const AudioFile& file) {
+        return work.nameInFolder(Work::baseName(file.path()), "");
+    });
     std::vector<std::string> sorted = names;
     std::sort(sorted.begin(), sorted.end());
     const auto twice = std::adjacent_find(sorted.begin(), sorted.end());

@@ -2,7 +2,7 @@
 
 #include "shntool/Options.h"
 
-#include <vector>
+#include <span>
 
 namespace quav::shntool {
 
@@ -21,6 +21,7 @@ int runSplit(const Options& options, Console& console);
 int runStrip(const Options& options, Console& console);
 int runTrim(const Options& options, Console& console);
 
-const std::vector<Mode>& modes();
+/// All of them, in the order in which they are listed.
+std::span<const Mode> modes();
 
 } // namespace quav::shntool

@@ -82,7 +82,7 @@ private:
 
     std::string nextChunk() {
         const Bytes head = take(8);
-        const std::string id = text(head.first(4));
+        std::string id = text(head.first(4));
         size_ = pcm::littleEndian(head.subspan(4));
         if (found_) {
             found_(id, size_);

@@ -70,7 +70,7 @@ int run(int argc, char** argv) {
         printFormats();
         return 0;
     }
-    const auto& modes = shntool::modes();
+    const auto modes = shntool::modes();
     const auto mode =
         std::find_if(modes.begin(), modes.end(), [&](const Mode& one) { return word == one.name; });
     if (mode != modes.end()) {
