@@ -12,28 +12,12 @@ std::string chosenName(const Options& options) {
 }
 
 void convert(Work& work, const AudioFile& file) {
+    const std::uint64_t data = file.wave().dataSize;
     const std::string name =
         work.options().has('n') ? chosenName(work.options()) : work.nameFor(file, "");
-    Meter meter(work.console(), "Converting " + work.label(file) + " --> [" + name + "]",
-                file.wave().dataSize);
-    try {
-        const auto output = work.create(name, file.header(), {&file, 1});
-        const std::string told = "error while transferring " +
-                                 std::to_string(file.wave().dataSize) +
-                                 "-byte data chunk -- skipping.";
-        const bool isDone = work.transfer(output.get(), told, [&] {
-            const auto reader = file.reader();
-            copyBytes(*reader, *output, file.wave().dataSize, &meter);
-            copyRest(*reader, *output, file.behindData());
-            reader->finish();
-            output->commit();
-        });
-        if (isDone) {
-            meter.done();
-        }
-    } catch (const OutputUnavailable& reason) {
-        work.skip(reason);
-    }
+    Meter meter(work.console(), "Converting " + work.label(file) + " --> [" + name + "]", data);
+    work.rewrite(file, name, {.header = file.header(), .end = data, .kept = file.behindData()},
+                 std::to_string(data) + "-byte data chunk", meter);
 }
 
 } // namespace

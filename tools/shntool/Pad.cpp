@@ -8,37 +8,17 @@ namespace {
 void pad(Work& work, const AudioFile& file, bool isBefore) {
     const std::uint64_t data = file.wave().dataSize;
     const std::uint64_t zeros = paddingTo(sectorSize, data);
+    const std::uint64_t extra = file.extraChunks();
     const std::string name = work.nameFor(file, "-padded");
-    Meter meter(work.console(),
-                (isBefore ? "Pre-padding " : "Post-padding ") + work.label(file) + " --> [" + name +
-                    "]",
-                data);
-    try {
-        const std::uint64_t extra = file.extraChunks();
-        const auto output =
-            work.create(name, resizedHeader(file.header(), data + zeros, extra), {&file, 1});
-        const std::string told =
-            "error while transferring " + std::to_string(data) + "-byte data chunk -- skipping.";
-        const bool isDone = work.transfer(output.get(), told, [&] {
-            const auto reader = file.reader();
-            if (isBefore) {
-                writeZeros(*output, zeros);
-            }
-            copyBytes(*reader, *output, data, &meter);
-            if (!isBefore) {
-                writeZeros(*output, zeros);
-            }
-            skipBytes(*reader, file.behindData() - extra);
-            copyRest(*reader, *output, extra);
-            reader->finish();
-            output->commit();
-        });
-        if (isDone) {
-            meter.done();
-        }
-    } catch (const OutputUnavailable& reason) {
-        work.skip(reason);
-    }
+    const std::string title = isBefore ? "Pre-padding " : "Post-padding ";
+    Meter meter(work.console(), title + work.label(file) + " --> [" + name + "]", data);
+    work.rewrite(file, name,
+                 {.header = resizedHeader(file.header(), data + zeros, extra),
+                  .zerosBefore = isBefore ? zeros : 0,
+                  .end = data,
+                  .zerosBehind = isBefore ? 0 : zeros,
+                  .kept = extra},
+                 std::to_string(data) + "-byte data chunk", meter);
 }
 
 } // namespace

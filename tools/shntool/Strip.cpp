@@ -38,25 +38,12 @@ void strip(Work& work, const AudioFile& file, Wanted wanted) {
     const std::uint64_t extra = wanted.chunks ? 0 : file.extraChunks();
     const WaveHeader header =
         wanted.header ? canonicalHeader(file.wave().format(), data) : file.header();
-    try {
-        const auto output = work.create(name, resizedHeader(header, data, extra), {&file, 1});
-        const std::string told =
-            "error while transferring " + std::to_string(data) + " bytes of data -- skipping.";
-        const bool isDone = work.transfer(output.get(), told, [&] {
-            const auto reader = file.reader();
-            copyBytes(*reader, *output, data, &meter);
-            writeZeros(*output, data % 2);
-            skipBytes(*reader, file.behindData() - file.extraChunks());
-            copyRest(*reader, *output, extra);
-            reader->finish();
-            output->commit();
-        });
-        if (isDone) {
-            meter.done();
-        }
-    } catch (const OutputUnavailable& reason) {
-        work.skip(reason);
-    }
+    work.rewrite(file, name,
+                 {.header = resizedHeader(header, data, extra),
+                  .end = data,
+                  .zerosBehind = data % 2,
+                  .kept = extra},
+                 std::to_string(data) + " bytes of data", meter);
 }
 
 } // namespace

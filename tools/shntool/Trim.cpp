@@ -89,30 +89,16 @@ std::optional<Sound> scan(Work& work, const AudioFile& file, Ends ends) {
 
 void trim(Work& work, const AudioFile& file, const Sound& sound) {
     const std::uint64_t size = sound.end - sound.begin;
+    const std::uint64_t extra = file.extraChunks();
     const std::string name = work.nameFor(file, "-trimmed");
     Meter meter(work.console(), "Trimming " + work.label(file) + " --> [" + name + "]", size);
-    const std::uint64_t extra = file.extraChunks();
-    try {
-        const auto output =
-            work.create(name, resizedHeader(file.header(), size, extra), {&file, 1});
-        const std::string told =
-            "error while transferring " + std::to_string(size) + " bytes -- skipping.";
-        const bool isDone = work.transfer(output.get(), told, [&] {
-            const auto reader = file.reader();
-            skipBytes(*reader, sound.begin);
-            copyBytes(*reader, *output, size, &meter);
-            writeZeros(*output, size % 2);
-            skipBytes(*reader, file.wave().dataSize - sound.end + file.behindData() - extra);
-            copyRest(*reader, *output, extra);
-            reader->finish();
-            output->commit();
-        });
-        if (isDone) {
-            meter.done();
-        }
-    } catch (const OutputUnavailable& reason) {
-        work.skip(reason);
-    }
+    work.rewrite(file, name,
+                 {.header = resizedHeader(file.header(), size, extra),
+                  .begin = sound.begin,
+                  .end = sound.end,
+                  .zerosBehind = size % 2,
+                  .kept = extra},
+                 std::to_string(size) + " bytes", meter);
 }
 
 } // namespace

@@ -189,6 +189,33 @@ std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& 
     }
 }
 
+void Work::rewrite(const AudioFile& file, const std::string& name, const Rewrite& rewrite,
+                   const std::string& toldSize, Meter& meter) {
+    try {
+        const auto output = create(name, rewrite.header, {&file, 1});
+        const std::string told = "error while transferring " + toldSize + " -- skipping.";
+        const bool isDone = transfer(output.get(), told, [&] {
+            const auto reader = file.reader();
+            writeZeros(*output, rewrite.zerosBefore);
+            skipBytes(*reader, rewrite.begin);
+            copyBytes(*reader, *output, rewrite.end - rewrite.begin, &meter);
+            writeZeros(*output, rewrite.zerosBehind);
+            if (rewrite.kept > 0) {
+                skipBytes(*reader,
+                          file.wave().dataSize - rewrite.end + file.behindData() - rewrite.kept);
+                copyRest(*reader, *output, rewrite.kept);
+            }
+            reader->finish();
+            output->commit();
+        });
+        if (isDone) {
+            meter.done();
+        }
+    } catch (const OutputUnavailable& reason) {
+        skip(reason);
+    }
+}
+
 bool Work::transfer(Writer* output, const std::string& told, const std::function<void()>& fill) {
     std::string reason;
     bool isOutput = true; // that failed, and not the source

@@ -23,6 +23,17 @@ public:
 /// A name in a folder; the working folder is not named.
 std::string joinPath(const std::string& folder, const std::string& name);
 
+/// What becomes of one source: zeros, a part of its samples, zeros, and the end of what stands
+/// behind its samples.
+struct Rewrite {
+    WaveHeader header;
+    std::uint64_t zerosBefore = 0;
+    std::uint64_t begin = 0; ///< of the part, in bytes of samples
+    std::uint64_t end = 0;
+    std::uint64_t zerosBehind = 0;
+    std::uint64_t kept = 0; ///< bytes at the end
+};
+
 /// What the modes have in common: files are opened, outputs are named and made, and what goes wrong
 /// is told. A mode that goes on after a failure ends with status 1 all the same.
 class Work {
@@ -63,6 +74,11 @@ public:
     /// be written over, or that is one of the `sources`, and when it cannot be made.
     std::unique_ptr<Writer> create(const std::string& path, const WaveHeader& header,
                                    std::span<const AudioFile> sources);
+
+    /// Makes an output of a source, or warns and has failed. `toldSize` is how the warning calls
+    /// what could not be transferred.
+    void rewrite(const AudioFile& file, const std::string& name, const Rewrite& rewrite,
+                 const std::string& toldSize, Meter& meter);
 
     /// Does what fills and commits an output. When that fails, tells why, then `told`, and returns
     /// false.
