@@ -163,6 +163,10 @@ bool Wave::isCdQuality() const {
            bytesPerSecond == sectorsPerSecond * sectorSize;
 }
 
+bool Wave::isCanonical() const {
+    return headerSize == pcm::wavHeaderOfBytes(format(), dataSize).size();
+}
+
 bool Wave::hasExtraChunks() const {
     return totalSize() > headerSize + dataSize + dataSize % 2;
 }

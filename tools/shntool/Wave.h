@@ -42,8 +42,8 @@ struct Wave {
     double seconds(std::uint64_t bytes) const;
 
     bool isCdQuality() const;
-    /// Whether the header is as short as it can be: speakers are told for many channels only.
-    bool isCanonical() const { return headerSize == (channels > 2 ? 68 : 44); }
+    /// Whether the header is as short as it can be for these samples.
+    bool isCanonical() const;
     std::uint64_t misalignment() const { return dataSize % sectorSize; }
     bool isTooShort() const { return dataSize < shortestTrack; }
     bool hasWholeBlocks() const { return dataSize % format().blockAlign() == 0; }
