@@ -287,6 +287,25 @@ private Q_SLOTS:
             "would overwrite input file"_ba);
         row("the last of three in the way", u""_s,
             u"split -O never -n %d -a way -l 0:00.50 a.wav"_s, "could not open output file"_ba);
+        row("a source that comes later", u""_s, u"conv -O always -d . other/a.wav s.wav a.wav"_s,
+            "would overwrite input file"_ba);
+        row("two sources of one name", u""_s,
+            u"conv -O always -o null -d o other/a.wav s.wav none.wav"_s, "describes no sound"_ba);
+        row("a decoder that fails in the end", u""_s,
+            uR"(conv -i "flac flac -c -d -s %f" -d o sum.flac)"_s, "had non-zero exit status 1"_ba);
+        row("an encoder that fails unseen", u"trap '' CHLD"_s,
+            uR"(conv -o "cust ext=x false %f" -d o s.wav)"_s, "child encoder process"_ba);
+        row("sizes that overflow", u""_s, u"fix -d o wrap.wav s.wav"_s,
+            "a size that no file has"_ba);
+        row("a FLAC file that tells too little", u""_s, u"conv -d o little.flac"_s,
+            "holds more samples than it tells"_ba);
+        row("a folder for a list", u""_s, u"len -F ."_s, "could not open input filename file"_ba);
+        row("a folder for split points", u""_s, u"split -f . a.wav"_s,
+            "could not open split point file"_ba);
+        row("a name that is too long", u""_s, u"split -d o -t %t -f long.cue a.wav"_s,
+            "File name too long"_ba);
+        row("a link that leads nowhere", u""_s, u"conv -O always -o flac -n nowhere a.wav"_s,
+            "is not written over"_ba);
         row("two tracks of one name", u""_s, u"fix -d o a.wav other/a.wav"_s,
             "duplicate filenames: [o/a.wav]"_ba);
         row("a name for two files", u""_s, u"conv -n o/x.wav a.wav s.wav"_s, "exactly one"_ba);
@@ -314,6 +333,17 @@ private Q_SLOTS:
         write(u"cut.flac"_s, flac.first(flac.size() / 2));
         write(u"bit.flac"_s, flipped(flac, flac.size() / 2));
         write(u"sum.flac"_s, flipped(flac, 30));
+        // The number of samples stands in front of their digest.
+        write(u"little.flac"_s, QByteArray(flac)
+                                    .replace(22, 4, QByteArray("\0\0\x10\0", 4))
+                                    .replace(26, 16, QByteArray(16, '\0')));
+        QByteArray wrap = QByteArray("RF64\xFF\xFF\xFF\xFFWAVEds64\x1C\0\0\0", 20) +
+                          QByteArray("\0\0\1\0\0\0\0\0", 8) + QByteArray(8, '\xFF') +
+                          QByteArray(12, '\0') + wav.mid(12);
+        write(u"wrap.wav"_s, wrap.replace(wrap.indexOf("data") + 4, 4, QByteArray(4, '\xFF')));
+        write(u"long.cue"_s, "TRACK 01 AUDIO\nTITLE a\nINDEX 01 0:00:00\nTRACK 02 AUDIO\nTITLE " +
+                                 QByteArray(300, 'x') + "\nINDEX 01 0:01:00\n");
+        QFile::link(u"no such file"_s, path(u"nowhere"_s));
         const QByteArray wv = contents(path(u"cut.wv"_s));
         write(u"cut.wv"_s, wv.first(wv.size() / 2));
         for (const QString& kind : {u"ape"_s, u"tta"_s}) {
@@ -327,11 +357,79 @@ private Q_SLOTS:
         const Ran ran = shntool(QProcess::splitCommand(command), limit);
         QCOMPARE(ran.status, 1);
         QVERIFY2(ran.errors.contains(told), ran.errors.constData());
-        const QStringList pieces = outputs().filter(u"split-track"_s);
-        QCOMPARE(outputs(), pieces); // the ones that were complete before
+        QByteArray pieces; // that were complete before
+        for (const QString& name : outputs()) {
+            QVERIFY2(name.startsWith(u"split-track"_s), qUtf8Printable(name));
+            pieces += samplesOf(contents(path(u"o/"_s + name)));
+        }
+        QVERIFY(samplesOf(wav).startsWith(pieces));
         QCOMPARE(files(), before);
+        QCOMPARE(contents(path(u"other/a.wav"_s)), wav);
         QCOMPARE(contents(path(u"a.wav"_s)), wav);
         QCOMPARE(contents(path(u"way3.wav"_s)), "something of value"_ba);
+    }
+
+    void anEncodersOutputStandsWhereItsPlaceLeads() {
+        write(u"a.wav"_s, wavFile(waves(5000, 16, 2), 2, 16, 44100));
+        write(u"o/kept"_s, "old");
+        QFile::setPermissions(path(u"o/kept"_s), QFile::ReadOwner);
+        const QFile::Permissions mode = QFile::permissions(path(u"o/kept"_s));
+        QFile::link(u"kept"_s, path(u"o/link"_s));
+        QCOMPARE(shntool(u"conv -O always -o flac -n o/link a.wav"_s).status, 0);
+        QVERIFY(QFileInfo(path(u"o/link"_s)).isSymLink());
+        QVERIFY(contents(path(u"o/kept"_s)).startsWith("fLaC"));
+        QCOMPARE(QFile::permissions(path(u"o/kept"_s)), mode);
+        QDir(path({})).mkdir(u"-s"_s);
+        QCOMPARE(shntool(u"conv -d -s -o flac a.wav"_s).status, 0);
+        QCOMPARE(digestOf(u"-s/a.flac"_s), digestOf(u"a.wav"_s));
+        // The last format counts, and what is behind it belongs to the files.
+        QCOMPARE(shntool(u"conv -d o -o cust ext=x { false } -o wav a.wav"_s).status, 0);
+        QVERIFY(QFile::exists(path(u"o/a.wav"_s)));
+    }
+
+    // Of two sources with one name, the second must not take the first one's place.
+    void twoOutputsOfOneNameAreOneTooMany() {
+        QDir(path({})).mkdir(u"other"_s);
+        write(u"a.wav"_s, wavFile(waves(5000, 16, 2), 2, 16, 44100));
+        write(u"other/a.wav"_s, wavFile(waves(900, 16, 2), 2, 16, 44100));
+        const Ran ran = shntool(u"conv -O always -o flac -d o a.wav other/a.wav"_s);
+        QCOMPARE(ran.status, 1);
+        QVERIFY(ran.errors.contains("has just been written"));
+        QCOMPARE(digestOf(u"o/a.flac"_s), digestOf(u"a.wav"_s));
+    }
+
+    void longFilesAndWhatStandsBehindThem() {
+        // More than 4 GiB, nearly all of it a hole, by a recorder that wrote to a pipe.
+        const QByteArray wav = wavFile(waves(1000, 24, 2), 2, 24, 96000);
+        const QByteArray unknown(4, '\xFF');
+        write(u"long.wav"_s, QByteArray(wav).replace(4, 4, unknown).replace(40, 4, unknown));
+        QVERIFY(QFile::resize(path(u"long.wav"_s), 44 + 6LL * 96000 * 60 * 130));
+        QVERIFY(shntool(u"len -c -t long.wav"_s).output.startsWith("   130:00.000 "));
+
+        // RF64 for the data alone; the file's own length is in the short field.
+        std::vector<int> samples = waves(1000, 16, 2);
+        std::fill_n(samples.begin(), 100, 0);
+        const QByteArray after = listChunk("INAM", QByteArray("trailer\0", 8));
+        QByteArray rf64 = wavFile(samples, 2, 16, 44100, {}, after);
+        QByteArray ds64("ds64\x1C\0\0\0", 8);
+        appendNumber(ds64, uint32_t(rf64.size() + 28), 4);
+        appendNumber(ds64, 0, 4);
+        appendNumber(ds64, 4000, 4);
+        ds64 += QByteArray(16, '\0');
+        rf64.replace(0, 8, "RF64" + unknown).replace(40, 4, unknown).insert(12, ds64);
+        write(u"rf64.wav"_s, rf64);
+        QCOMPARE(shntool(u"trim -d o rf64.wav"_s).status, 0);
+        const QByteArray info = shntool(u"info o/rf64-trimmed.wav"_s).output;
+        QVERIFY2(info.contains("Extra RIFF chunks:          yes (28 bytes)"), info.constData());
+        QVERIFY(info.contains("Junk appended to file:      no"));
+        QVERIFY(contents(path(u"o/rf64-trimmed.wav"_s)).endsWith(after));
+    }
+
+    void theSpeakersOfFlacAreKept() {
+        write(u"a.wav"_s, extensible(wavFile(waves(9000, 16, 2), 6, 16, 48000), 0x60F));
+        QVERIFY(make(u"flac -s -f a.wav"_s));
+        QCOMPARE(shntool(u"conv -d o a.flac"_s).status, 0);
+        QCOMPARE(contents(path(u"o/a.wav"_s)).mid(40, 4), QByteArray("\x0F\x06\0\0", 4));
     }
 
     void aRecorderThatWroteToAPipeToldNoLength() {

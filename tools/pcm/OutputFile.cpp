@@ -18,18 +18,38 @@ constexpr std::size_t bufferSize = std::size_t{256} << 10;
 
 } // namespace
 
+OutputPlace OutputPlace::find(const std::string& path, Existing existing) {
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0) {
+        return {path, {}};
+    }
+    const bool isInTheWay = ::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
+                            (existing == Existing::Keep && status.st_size > 0);
+    if (isInTheWay) {
+        throw Failure(Failure::Kind::Write,
+                      path + ": is not written over: " + std::generic_category().message(EEXIST));
+    }
+    OutputPlace place{path, status.st_mode & 07777};
+    // A link stays a link; what it leads to is replaced.
+    if (char* real = ::realpath(path.c_str(), nullptr)) {
+        place.path = real;
+        std::free(real); // NOLINT(cppcoreguidelines-no-malloc): realpath gives it away
+    }
+    return place;
+}
+
 OutputFile::OutputFile(const std::string& path, Until until, Existing existing)
-    : path_(path), name_(path == "-" ? "standard output" : path), existing_(existing) {
+    : place_{path, {}}, name_(path == "-" ? "standard output" : path), existing_(existing) {
     buffer_.reserve(bufferSize);
     if (!openDirectly()) {
-        lookForExisting();
+        place_ = OutputPlace::find(path, existing);
         openFile(until);
     }
 }
 
 // Opens what is no regular file and not to become one.
 bool OutputFile::openDirectly() {
-    if (path_ == "-") {
+    if (place_.path == "-") {
         if (::isatty(STDOUT_FILENO) == 1) {
             throw Failure(Failure::Kind::Write,
                           "standard output is a terminal: name a file, or send it to one");
@@ -37,11 +57,11 @@ bool OutputFile::openDirectly() {
         fd_ = UniqueFd(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
     } else {
         struct stat status = {};
-        if (::stat(path_.c_str(), &status) != 0 || S_ISREG(status.st_mode) ||
+        if (::stat(place_.path.c_str(), &status) != 0 || S_ISREG(status.st_mode) ||
             S_ISDIR(status.st_mode)) {
             return false;
         }
-        fd_ = UniqueFd(::open(path_.c_str(), O_WRONLY | O_CLOEXEC));
+        fd_ = UniqueFd(::open(place_.path.c_str(), O_WRONLY | O_CLOEXEC));
     }
     if (!fd_) {
         fail("cannot be written", errno);
@@ -50,27 +70,8 @@ bool OutputFile::openDirectly() {
     return true;
 }
 
-void OutputFile::lookForExisting() {
-    struct stat status = {};
-    if (::lstat(path_.c_str(), &status) != 0) {
-        return;
-    }
-    // A link that leads nowhere is in the way, too.
-    const bool isInTheWay = ::stat(path_.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
-                            (existing_ == Existing::Keep && status.st_size > 0);
-    if (isInTheWay) {
-        fail("is not written over", EEXIST);
-    }
-    modeOfExisting_ = status.st_mode & 07777;
-    // A link stays a link; what it leads to is replaced.
-    if (char* real = ::realpath(path_.c_str(), nullptr)) {
-        path_ = real;
-        std::free(real); // NOLINT(cppcoreguidelines-no-malloc): realpath gives it away
-    }
-}
-
 void OutputFile::openFile(Until until) {
-    const std::string folder = folderOf(path_);
+    const std::string folder = folderOf(place_.path);
     // The file gets its name through /proc, for everybody may link from there.
     if (until == Until::Nameless && ::access("/proc/self/fd", X_OK) == 0) {
         fd_ = UniqueFd(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666));
@@ -84,8 +85,8 @@ void OutputFile::openFile(Until until) {
             },
             name_);
     }
-    if (modeOfExisting_) {
-        ::fchmod(fd_.get(), *modeOfExisting_); // as good as it can be kept
+    if (place_.mode) {
+        ::fchmod(fd_.get(), *place_.mode); // as good as it can be kept
     }
 }
 
@@ -142,19 +143,19 @@ bool OutputFile::linkTo(const char* path) const {
 }
 
 void OutputFile::publish() {
-    if (modeOfExisting_) {
+    if (place_.mode) {
         struct stat status = {};
-        if (existing_ == Existing::Keep && ::stat(path_.c_str(), &status) == 0 &&
+        if (existing_ == Existing::Keep && ::stat(place_.path.c_str(), &status) == 0 &&
             status.st_size > 0) {
             fail("is not written over", EEXIST);
         }
         if (!temporary_) {
             temporary_.emplace(
-                folderOf(path_), [this](const char* path) { return linkTo(path); }, name_);
+                folderOf(place_.path), [this](const char* path) { return linkTo(path); }, name_);
         }
     }
-    const bool isThere =
-        temporary_ ? temporary_->become(path_, modeOfExisting_.has_value()) : linkTo(path_.c_str());
+    const bool isThere = temporary_ ? temporary_->become(place_.path, place_.mode.has_value())
+                                    : linkTo(place_.path.c_str());
     if (!isThere) {
         fail("cannot be created", errno);
     }

@@ -4,6 +4,8 @@
 #include "pcm/TemporaryFile.h"
 #include "pcm/UniqueFd.h"
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -11,6 +13,23 @@
 #include <vector>
 
 namespace quav::pcm {
+
+/// What becomes of a file that has an output's name already.
+enum class Existing {
+    Keep,   ///< refused unless it is empty, so that nothing is ever written over
+    Replace ///< replaced, when the new file is complete
+};
+
+/// Where an output is to stand: what links lead to, and the mode of the file there, if there is
+/// one.
+struct OutputPlace {
+    std::string path;
+    std::optional<mode_t> mode;
+
+    /// Throws Failure with Kind::Write when something is in the way: a folder or a device, a link
+    /// that leads nowhere, a file that is to be kept.
+    static OutputPlace find(const std::string& path, Existing existing);
+};
 
 /// An output that appears whole or not at all. Until commit() a file has no name, or a temporary
 /// one that goes with the object or at a signal that ends the program. Standard output and devices
@@ -22,12 +41,6 @@ public:
     /// What a file is until it is complete: Nameless turns into Named on file systems that know no
     /// files without a name.
     enum class Until { Nameless, Named };
-
-    /// What becomes of a file that has the name already.
-    enum class Existing {
-        Keep,   ///< refused unless it is empty, so that nothing is ever written over
-        Replace ///< replaced, when the new file is complete
-    };
 
     /// "-" is standard output.
     explicit OutputFile(const std::string& path, Until until = Until::Nameless,
@@ -55,18 +68,16 @@ public:
 
 private:
     bool openDirectly();
-    void lookForExisting();
     void openFile(Until until);
     bool linkTo(const char* path) const;
     void publish();
     [[noreturn]] void fail(const char* what, int error) const;
 
-    std::string path_;
+    OutputPlace place_;
     std::string name_;
     UniqueFd fd_;
     std::optional<TemporaryName> temporary_;
     Existing existing_;
-    std::optional<mode_t> modeOfExisting_; // of the file that is replaced
     std::vector<std::uint8_t> buffer_;
     std::uint64_t position_ = 0;
     bool direct_ = false;

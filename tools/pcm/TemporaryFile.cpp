@@ -48,25 +48,6 @@ void removeAtSignal(const std::string& path) {
     }
 }
 
-// Keeps the signals waiting while a file is there that the handler does not know yet.
-class SignalsHeld {
-public:
-    SignalsHeld() {
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int signal : endingSignals) {
-            sigaddset(&held, signal);
-        }
-        ::pthread_sigmask(SIG_BLOCK, &held, &before_);
-    }
-    ~SignalsHeld() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-    SignalsHeld(const SignalsHeld&) = delete;
-    SignalsHeld& operator=(const SignalsHeld&) = delete;
-
-private:
-    sigset_t before_{};
-};
-
 std::string folderForTemporaryFiles(const std::string& beside) {
     struct stat status = {};
     const bool isFile = ::stat(beside.c_str(), &status) != 0 || S_ISREG(status.st_mode);
@@ -95,6 +76,19 @@ std::string makeNamed(const std::string& folder, const std::function<bool(const 
 }
 
 } // namespace
+
+SignalsHeld::SignalsHeld() {
+    sigset_t held;
+    sigemptyset(&held);
+    for (const int signal : endingSignals) {
+        sigaddset(&held, signal);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+}
+
+SignalsHeld::~SignalsHeld() {
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
 
 std::string folderOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');

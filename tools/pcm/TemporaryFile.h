@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <csignal>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -13,6 +14,19 @@ namespace quav::pcm {
 
 /// The folder that a path stands in; "." when it names none.
 std::string folderOf(const std::string& path);
+
+/// Keeps the signals that end the program waiting, in this thread: while a file is there that they
+/// would have to remove and do not know yet, say, or for a thread that is not to handle them.
+class SignalsHeld {
+public:
+    SignalsHeld();
+    ~SignalsHeld();
+    SignalsHeld(const SignalsHeld&) = delete;
+    SignalsHeld& operator=(const SignalsHeld&) = delete;
+
+private:
+    sigset_t before_{};
+};
 
 /// A file's name for a while, which folder listings hide. The file goes with the object, and at a
 /// signal that ends the program; there is only one such object at a time.

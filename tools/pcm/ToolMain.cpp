@@ -28,6 +28,8 @@ int guarded(const std::function<int()>& run, const std::function<int(const Failu
     ::signal(SIGPIPE, SIG_IGN);
     // The same for a file that grows beyond a limit.
     ::signal(SIGXFSZ, SIG_IGN);
+    // A caller may have ignored it: then nobody could tell how a child has ended.
+    ::signal(SIGCHLD, SIG_DFL);
     try {
         return run();
     } catch (const ReaderGone&) {

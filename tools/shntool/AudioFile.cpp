@@ -19,6 +19,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <fcntl.h>
 #include <utility>
 
 namespace quav::shntool {
@@ -48,12 +50,24 @@ private:
 class CommandReader final : public Reader {
 public:
     explicit CommandReader(const std::vector<std::string>& command)
-        : child_(command, Child::Pipe::FromOutput),
-          output_(pcm::UniqueFd(::dup(child_.fd())), command.front()) {}
+        : name_(command.front()), child_(command, Child::Pipe::FromOutput),
+          output_(pcm::UniqueFd(::fcntl(child_.fd(), F_DUPFD_CLOEXEC, 3)), name_) {}
 
     std::size_t read(std::span<std::uint8_t> to) override { return output_.read(to); }
 
+    void finish() override {
+        std::vector<std::uint8_t> rest(pieceSize);
+        while (output_.read(rest) > 0) {
+        }
+        if (const int status = child_.wait(); status != 0) {
+            throw Failure(Failure::Kind::Input, "decoder: [" + name_ +
+                                                    "] had non-zero exit status " +
+                                                    std::to_string(status));
+        }
+    }
+
 private:
+    std::string name_;
     Child child_;
     InputFile output_;
 };
@@ -62,28 +76,43 @@ WaveHeader headerFrom(Reader& reader, const std::string& path, const ChunkHandle
     return readWaveHeader([&](std::span<std::uint8_t> to) { return reader.read(to); }, path, found);
 }
 
-WaveHeader headerFrom(Bytes bytes, const std::string& path) {
-    const ReadBytes read = [&](std::span<std::uint8_t> to) {
-        const std::size_t count = std::min(to.size(), bytes.size());
-        std::copy_n(bytes.begin(), count, to.begin());
-        bytes = bytes.subspan(count);
-        return count;
-    };
-    return readWaveHeader(read, path);
-}
+// Passes on the samples of a decoder, which must be as many as the file has told, and the byte that
+// evens out an odd number of them.
+class ExactSink final : public pcm::ByteSink {
+public:
+    ExactSink(const std::string& path, std::uint64_t size, pcm::ByteSink& to)
+        : path_(path), left_(size), isOdd_(size % 2 == 1), to_(to) {}
 
-// The byte that evens out an odd number of bytes of samples.
-void writePadding(const Wave& wave, pcm::ByteSink& to) {
-    if (wave.dataSize % 2 == 1) {
-        constexpr std::uint8_t zero = 0;
-        to.write({&zero, 1});
+    void write(Bytes bytes) override {
+        if (bytes.size() > left_) {
+            throw Failure(Failure::Kind::Input, path_ + ": holds more samples than it tells");
+        }
+        left_ -= bytes.size();
+        to_.write(bytes);
     }
-}
+
+    void finish() {
+        if (left_ > 0) {
+            throw Failure(Failure::Kind::Input, path_ + ": holds fewer samples than it tells");
+        }
+        if (isOdd_) {
+            constexpr std::uint8_t zero = 0;
+            to_.write({&zero, 1});
+        }
+    }
+
+private:
+    const std::string& path_;
+    std::uint64_t left_;
+    bool isOdd_;
+    pcm::ByteSink& to_;
+};
 
 void writeAiff(const std::string& path, const pcm::PcmFormat& as, pcm::ByteSink& to) {
     InputFile file = InputFile::open(path);
     pcm::PcmReader reader(file);
-    std::vector<std::uint8_t> bytes(pieceSize - pieceSize % as.blockAlign());
+    std::vector<std::uint8_t> bytes(std::max<std::size_t>(1, pieceSize / as.blockAlign()) *
+                                    as.blockAlign());
     std::vector<std::int32_t> samples;
     while (const std::size_t count = reader.readSamples(bytes)) {
         const std::span piece(bytes.data(), count);
@@ -91,6 +120,13 @@ void writeAiff(const std::string& path, const pcm::PcmFormat& as, pcm::ByteSink&
         pcm::unpackSamples(reader.format(), piece, samples);
         pcm::packSamples(as, samples, piece);
         to.write(piece);
+    }
+}
+
+void copyAll(Reader& from, pcm::ByteSink& to) {
+    std::vector<std::uint8_t> piece(pieceSize);
+    while (const std::size_t count = from.read(piece)) {
+        to.write(std::span(piece).first(count));
     }
 }
 
@@ -193,6 +229,11 @@ private:
             throw Failure(Failure::Kind::Input, "no WAVE data from decoder: [" + command.front() +
                                                     "] for file: [" + path() + "]");
         }
+        if (isUnknown(file_.wave().dataSize)) {
+            CountingSink count; // the decoder cannot tell on a pipe either
+            copyAll(reader, count);
+            file_.header_ = resizedHeader(file_.header_, wholeBlocks(count.count()), 0);
+        }
         file_.makeReader_ = [command, path = path()](AudioFile::Check) {
             auto again = std::make_unique<CommandReader>(command);
             headerFrom(*again, path);
@@ -218,17 +259,21 @@ private:
         }
     }
 
+    // What recorders that write to a pipe put where the size belongs.
+    static bool isUnknown(std::uint64_t size) { return size == 0xFFFFFFFF; }
+
+    std::uint64_t wholeBlocks(std::uint64_t bytes) const {
+        return bytes - bytes % file_.wave().format().blockAlign();
+    }
+
     void openWav() {
         FileReader reader(path(), file_.tagSize_);
         file_.header_ = headerFrom(reader, path(), settings_.foundChunk);
         const Wave& wave = file_.wave();
-        constexpr std::uint64_t unknown = 0xFFFFFFFF;
         const std::uint64_t start = file_.tagSize_ + wave.headerSize;
-        if (wave.dataSize == unknown && file_.size_ - start < unknown) {
+        if (isUnknown(wave.dataSize)) {
             // A recorder that wrote to a pipe: the samples go on to the end.
-            const std::uint64_t size = file_.size_ - start;
-            file_.header_ =
-                resizedHeader(file_.header_, size - size % wave.format().blockAlign(), 0);
+            file_.header_ = resizedHeader(file_.header_, wholeBlocks(file_.size_ - start), 0);
         }
         file_.makeReader_ = [path = path(), start](AudioFile::Check) {
             return std::make_unique<FileReader>(path, start);
@@ -239,12 +284,14 @@ private:
         file_.header_ = canonicalHeader(format, blocks * format.blockAlign());
     }
 
-    // `write` gets the samples only.
-    void setDecoder(Decode write) {
-        file_.makeReader_ = [write = std::move(write), wave = file_.wave()](AudioFile::Check) {
-            return readerOf([write, wave](pcm::ByteSink& to) {
-                write(to);
-                writePadding(wave, to);
+    // `decode` writes the samples; it is told whether to compare their digest.
+    void setDecoder(std::function<void(bool checksDigest, pcm::ByteSink&)> decode) {
+        file_.makeReader_ = [decode = std::move(decode), path = path(),
+                             size = file_.wave().dataSize](AudioFile::Check check) {
+            return readerOf([=](pcm::ByteSink& to) {
+                ExactSink samples(path, size, to);
+                decode(check == AudioFile::Check::Everything, samples);
+                samples.finish();
             });
         };
     }
@@ -255,12 +302,13 @@ private:
         format.bigEndian = false;
         format.isUnsigned = format.bytesPerSample == 1;
         describe(format, reader.blocks().value_or(0));
-        setDecoder([path = path(), format](pcm::ByteSink& to) { writeAiff(path, format, to); });
+        setDecoder(
+            [path = path(), format](bool, pcm::ByteSink& to) { writeAiff(path, format, to); });
     }
 
     void openShn(InputFile& input) {
         const shorten::Decoder decoder(input);
-        file_.header_ = headerFrom(Bytes(decoder.header()), path());
+        file_.header_ = readWaveHeader(decoder.header(), path());
         std::array<std::uint8_t, 8> end{};
         file_.hasSeekTable_ = file_.size_ > end.size() &&
                               input.readAt(file_.size_ - end.size(), end) == end.size() &&
@@ -278,7 +326,7 @@ private:
         if (!hasTrueHeader(ape)) {
             ape.preferPlainHeader();
         }
-        file_.header_ = headerFrom(Bytes(ape.wavHeader()), path());
+        file_.header_ = readWaveHeader(ape.wavHeader(), path());
         file_.makeReader_ = [path = path()](AudioFile::Check) {
             return readerOf([path](pcm::ByteSink& to) {
                 const InputFile file = InputFile::open(path);
@@ -291,7 +339,7 @@ private:
     // Whether the WAV header that is stored describes the samples that are stored.
     bool hasTrueHeader(const ape::ApeFile& ape) const {
         try {
-            const Wave wave = headerFrom(Bytes(ape.wavHeader()), path()).wave;
+            const Wave wave = readWaveHeader(ape.wavHeader(), path()).wave;
             const pcm::PcmFormat format = wave.format();
             return wave.dataSize == ape.blocks() * format.blockAlign() &&
                    format.channels == ape.format().channels &&
@@ -304,7 +352,7 @@ private:
     void openTta(const InputFile& input) {
         const tta::Header header = tta::Stream(input).header();
         describe(header.wavFormat(), header.blocks);
-        setDecoder([path = path()](pcm::ByteSink& to) {
+        setDecoder([path = path()](bool, pcm::ByteSink& to) {
             const InputFile file = InputFile::open(path);
             pcm::Progress silent;
             tta::decode(tta::Stream(file), 1, to, silent, [&](const std::string& damage) {
@@ -322,36 +370,47 @@ private:
 
     void openFlac() {
         const FlacStream stream = readFlacStream(path());
-        const auto decode = [path = path(), format = stream.format](bool checksDigest,
-                                                                    pcm::ByteSink& to) {
-            decodeFlac(path, format, checksDigest, to);
-        };
-        const auto decodeAll = [decode](pcm::ByteSink& to) { decode(true, to); };
-        describe(stream.format,
-                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
         // The digest is over samples as a WAV file has them only for whole bytes with a sign.
         const unsigned bits = stream.format.bitsPerSample;
         if (stream.digest != pcm::Md5Digest{} && bits % 8 == 0 && bits > 8) {
             file_.storedDigest_ = stream.digest;
         }
-        file_.makeReader_ = [decode, wave = file_.wave(),
-                             isKnown = file_.storedDigest_.has_value()](AudioFile::Check check) {
-            const bool checksDigest = !isKnown || check == AudioFile::Check::Everything;
-            return readerOf([=](pcm::ByteSink& to) {
-                decode(checksDigest, to);
-                writePadding(wave, to);
-            });
+        const auto decode = [path = path(), format = stream.format,
+                             isComparable = file_.storedDigest_.has_value()](bool checksDigest,
+                                                                             pcm::ByteSink& to) {
+            decodeFlac(path, format, checksDigest || !isComparable, to);
         };
+        const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
+        describe(stream.format,
+                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
+        setDecoder(decode);
     }
 
     void openWithLibav(const InputFile& input, const char* demuxer) {
         const std::uint64_t start = file_.tagSize_;
+        if (file_.format_ == "wv") {
+            checkWavPack(input);
+        }
         const LibavStream stream = findLibavStream(input, start, demuxer);
-        const Decode decode = [=, path = path(), format = stream.format](pcm::ByteSink& to) {
+        const auto decode = [=, path = path(), format = stream.format](bool, pcm::ByteSink& to) {
             decodeWithLibav(InputFile::open(path), start, demuxer, format, to);
         };
-        describe(stream.format, stream.blocks > 0 ? stream.blocks : count(decode, stream.format));
+        const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
+        describe(stream.format,
+                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
         setDecoder(decode);
+    }
+
+    // WavPack also packs floating-point numbers and the bits of DSD; the flags in its block header
+    // tell (WavPack 5 file format).
+    void checkWavPack(const InputFile& input) const {
+        std::array<std::uint8_t, 28> head{};
+        input.readAt(file_.tagSize_, head);
+        constexpr std::uint64_t isFloatOrDsd = 0x80000080;
+        if ((pcm::littleEndian(Bytes(head).subspan(24)) & isFloatOrDsd) != 0) {
+            throw Failure(Failure::Kind::Unsupported,
+                          path() + ": holds floating-point samples or DSD");
+        }
     }
 
     const OpenSettings& settings_;

@@ -25,7 +25,8 @@ struct OpenSettings {
 class AudioFile {
 public:
     /// Throws pcm::Failure, of Kind::Read when there is no such file or it cannot be opened, else
-    /// because no format is known that reads it; the text may be empty then.
+    /// because no format is known that reads it; the text may be empty then. Throws ModeError when
+    /// the environment names no decoder where it should.
     static AudioFile open(const std::string& path, const OpenSettings& settings);
 
     const std::string& path() const { return path_; }

@@ -57,8 +57,8 @@ private:
     posix_spawn_file_actions_t actions_{};
 };
 
-// Signals that we ignore would be ignored there, too, and a program that writes to a closed pipe
-// would not end.
+// Signals that we ignore or hold would be ignored or held there, too, and a program that writes to
+// a closed pipe would not end.
 class Attributes {
 public:
     Attributes() {
@@ -68,7 +68,10 @@ public:
         sigaddset(&usual, SIGPIPE);
         sigaddset(&usual, SIGXFSZ);
         ::posix_spawnattr_setsigdefault(&attributes_, &usual);
-        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF);
+        sigset_t none;
+        sigemptyset(&none);
+        ::posix_spawnattr_setsigmask(&attributes_, &none);
+        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     }
     ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
     Attributes(const Attributes&) = delete;
@@ -122,9 +125,13 @@ Child::~Child() {
 int Child::wait() {
     pipe_ = pcm::UniqueFd();
     int status = 0;
-    while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
+    pid_t ended = 0;
+    while ((ended = ::waitpid(process_, &status, 0)) < 0 && errno == EINTR) {
     }
     process_ = 0;
+    if (ended < 0) {
+        return 127; // Nobody can tell, so it is no success.
+    }
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
@@ -139,10 +146,12 @@ std::vector<std::string> splitWords(const std::string& text) {
 
 std::vector<std::string> withFile(std::vector<std::string> command, const std::string& file) {
     constexpr std::string_view placeholder = "%f";
+    // Lest it be taken for an option.
+    const std::string name = file.starts_with('-') ? "./" + file : file;
     for (std::string& word : command) {
         for (std::size_t at = 0; (at = word.find(placeholder, at)) != std::string::npos;
-             at += file.size()) {
-            word.replace(at, placeholder.size(), file);
+             at += name.size()) {
+            word.replace(at, placeholder.size(), name);
         }
     }
     return command;

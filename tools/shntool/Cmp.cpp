@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 
@@ -29,10 +28,8 @@ struct Arguments {
 };
 
 std::uint64_t positive(const std::string& text, const char* what) {
-    char* end = nullptr;
-    const unsigned long long value = std::strtoull(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || text.front() == '-' || value == 0 ||
-        value > 1'000'000'000) {
+    const std::uint64_t value = parseNumber(text).value_or(0);
+    if (value == 0 || value > 1'000'000) {
         throw ModeError(std::string(what) + " must be positive", ModeError::Kind::Usage);
     }
     return value;
@@ -75,12 +72,44 @@ bool isAlike(Bytes one, Bytes other, std::uint64_t fuzz) {
     return differences <= fuzz;
 }
 
-// The smallest shift that makes two beginnings alike.
+// How many bytes at the end of `text` are the beginning of `pattern`: the most, but not more than
+// the pattern has (the algorithm of Knuth, Morris and Pratt).
+std::size_t longestOverlap(Bytes text, Bytes pattern) {
+    std::vector<std::uint32_t> border(pattern.size() + 1, 0); // of every beginning of the pattern
+    const auto advance = [&](std::size_t matched, std::uint8_t next) {
+        while (matched > 0 && (matched == pattern.size() || pattern[matched] != next)) {
+            matched = border[matched];
+        }
+        return pattern[matched] == next ? matched + 1 : 0;
+    };
+    for (std::size_t length = 2; length <= pattern.size(); ++length) {
+        border[length] =
+            static_cast<std::uint32_t>(advance(border[length - 1], pattern[length - 1]));
+    }
+    std::size_t matched = 0;
+    for (const std::uint8_t byte : text) {
+        matched = advance(matched, byte);
+    }
+    return matched;
+}
+
+// The smallest shift that makes two beginnings of the same size alike.
 std::optional<Shift> findShift(Bytes one, Bytes other, std::uint64_t fuzz) {
-    const std::size_t size = std::min(one.size(), other.size());
+    const std::size_t size = one.size();
     // What is left must be long enough to mean something.
     const std::size_t least = std::min<std::size_t>(size, 64) + static_cast<std::size_t>(fuzz);
-    for (std::size_t shift = 0; shift == 0 || shift + least <= size; ++shift) {
+    if (isAlike(one, other, fuzz)) {
+        return Shift{};
+    }
+    if (fuzz == 0) {
+        const std::size_t first = longestOverlap(one, other);
+        const std::size_t second = longestOverlap(other, one);
+        if (std::max(first, second) < least) {
+            return {};
+        }
+        return first > second ? Shift{size - first, 0} : Shift{0, size - second};
+    }
+    for (std::size_t shift = 1; shift + least <= size; ++shift) {
         if (isAlike(one, other.subspan(shift), fuzz)) {
             return Shift{0, shift};
         }
@@ -111,9 +140,19 @@ private:
         std::uint8_t other = 0;
     };
 
-    std::vector<std::uint8_t> beginning(const AudioFile& file, std::uint64_t size) const {
-        std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
-        bytes.resize(file.reader()->read(bytes));
+    // Piece by piece: a header that is a lie must not cost memory.
+    static std::vector<std::uint8_t> beginning(const AudioFile& file, std::uint64_t size) {
+        constexpr std::uint64_t step = std::uint64_t{1} << 20;
+        std::vector<std::uint8_t> bytes;
+        const auto reader = file.reader();
+        while (bytes.size() < size) {
+            const std::size_t start = bytes.size();
+            bytes.resize(static_cast<std::size_t>(std::min(size, start + step)));
+            const std::size_t count = reader->read(std::span(bytes).subspan(start));
+            if (count < bytes.size() - start) {
+                throw ModeError("possibly truncated and/or corrupt file: [" + file.path() + "]");
+            }
+        }
         return bytes;
     }
 

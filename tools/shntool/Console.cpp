@@ -1,12 +1,11 @@
 #include "shntool/Console.h"
 
 #include "pcm/Progress.h"
-#include "pcm/TemporaryFile.h"
+#include "shntool/TextFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <unistd.h>
 
 namespace quav::shntool {
 
@@ -17,9 +16,7 @@ constexpr auto pause = std::chrono::milliseconds(100);
 } // namespace
 
 void Console::result(const std::string& line) {
-    const std::string text = line + '\n';
-    pcm::writeAll(STDOUT_FILENO, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
-                  "standard output");
+    printText(line + '\n');
 }
 
 void Console::note(const std::string& line) {

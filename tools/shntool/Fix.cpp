@@ -104,6 +104,8 @@ void checkFiles(Work& work, const std::vector<AudioFile>& files) {
             work.skip("file is not CD-quality: [" + file.path() + "]");
         } else if (const std::string problem = soundnessProblem(file); !problem.empty()) {
             work.skip(problem);
+        } else {
+            warnOfPartialBlock(work.console(), file, &file == &files.back());
         }
     }
     if (work.status() != 0) {
@@ -111,7 +113,7 @@ void checkFiles(Work& work, const std::vector<AudioFile>& files) {
     }
 }
 
-// Two tracks must not become one file, and no track may take a source's place.
+// Two tracks must not become one file.
 std::vector<std::string> outputNames(const Work& work, const std::vector<AudioFile>& files) {
     std::vector<std::string> names(files.size());
     std::transform(files.begin(), files.end(), names.begin(), [&](const AudioFile& file) {
@@ -134,7 +136,7 @@ std::string title(const Work& work, const AudioFile& file, const std::string& na
 void checkOutputs(Work& work, const std::vector<AudioFile>& files,
                   const std::vector<std::string>& names, std::size_t first) {
     for (std::size_t track = first; track < files.size(); ++track) {
-        const std::string reason = work.obstacle(names[track], files);
+        const std::string reason = work.obstacle(names[track]);
         if (!reason.empty()) {
             Meter(work.console(), title(work, files[track], names[track]), 0).fail();
             throw ModeError(reason + ": [" + names[track] + "]");
@@ -154,7 +156,7 @@ void fix(Work& work, const std::vector<AudioFile>& files, const Tracks& tracks, 
         const WaveHeader header = canonicalHeader(files[track].wave().format(), size);
         std::unique_ptr<Writer> output;
         try {
-            output = work.create(name, header, files);
+            output = work.create(name, header);
         } catch (const OutputUnavailable& reason) {
             throw ModeError(reason.what() + std::string(": [") + name + "]");
         }

@@ -9,9 +9,11 @@
 #include <FLAC/stream_decoder.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <vector>
 
 namespace quav::shntool {
@@ -119,6 +121,28 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
+// The speakers of many channels, which a comment tells as the one of WAVE_FORMAT_EXTENSIBLE would;
+// 0 when none does.
+std::uint32_t speakerMask(const std::string& path) {
+    constexpr std::string_view field = "WAVEFORMATEXTENSIBLE_CHANNEL_MASK=";
+    FLAC__StreamMetadata* tags = nullptr;
+    if (FLAC__metadata_get_tags(path.c_str(), &tags) == 0) {
+        return 0;
+    }
+    std::uint32_t mask = 0;
+    const FLAC__StreamMetadata_VorbisComment& comment = tags->data.vorbis_comment;
+    for (FLAC__uint32 i = 0; i < comment.num_comments; ++i) {
+        const FLAC__StreamMetadata_VorbisComment_Entry& entry = comment.comments[i];
+        const std::string text(reinterpret_cast<const char*>(entry.entry), entry.length);
+        if (text.starts_with(field)) {
+            mask =
+                static_cast<std::uint32_t>(std::strtoul(text.c_str() + field.size(), nullptr, 0));
+        }
+    }
+    FLAC__metadata_object_delete(tags);
+    return mask;
+}
+
 } // namespace
 
 FlacStream readFlacStream(const std::string& path) {
@@ -137,6 +161,9 @@ FlacStream readFlacStream(const std::string& path) {
                                  .sampleRate = info.sample_rate,
                                  .isUnsigned = bytes == 1},
                       .blocks = info.total_samples};
+    if (info.channels > 2) {
+        stream.format.channelMask = speakerMask(path);
+    }
     std::copy_n(info.md5sum, stream.digest.size(), stream.digest.begin());
     return stream;
 }

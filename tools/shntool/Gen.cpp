@@ -21,7 +21,7 @@ int runGen(const Options& options, Console& console) {
                 "Generating [" + name + "] (" + work.length(header.wave, length.bytes) + ")",
                 length.bytes);
     try {
-        const auto output = work.create(name, header, {});
+        const auto output = work.create(name, header);
         const std::string told =
             "error while transferring " + std::to_string(length.bytes) + " bytes of data";
         const bool isDone = work.transfer(output.get(), told, [&] {

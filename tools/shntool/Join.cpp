@@ -36,7 +36,7 @@ void join(Work& work, const std::vector<AudioFile>& files, Padding padding, std:
         const bool isFirst = &file == &files.front();
         const bool isLast = &file == &files.back();
         if (isFirst) {
-            output = work.create(name, header, files);
+            output = work.create(name, header);
         }
         const bool isDone = work.transfer(
             output.get(), "error while transferring " + std::to_string(data) + " bytes of data",
@@ -87,6 +87,7 @@ int runJoin(const Options& options, Console& console) {
         if (const std::string problem = soundnessProblem(file); !problem.empty()) {
             throw ModeError(problem);
         }
+        warnOfPartialBlock(console, file, &file == &files.back());
         size += file.wave().dataSize;
     }
     const bool isCd = files.front().wave().isCdQuality();

@@ -29,15 +29,6 @@ std::string clock(std::uint64_t units, std::uint64_t unitsPerSecond, int digits,
     return text.data();
 }
 
-std::optional<std::uint64_t> number(std::string_view text) {
-    std::uint64_t value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    // More than any file has would only overflow on the way.
-    const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size() &&
-                          value < std::uint64_t{1} << 48;
-    return isNumber ? std::optional(value) : std::nullopt;
-}
-
 struct Time {
     std::uint64_t minutes = 0;
     std::uint64_t seconds = 0;
@@ -55,10 +46,10 @@ std::optional<Time> parseTime(std::string_view text) {
     const std::string_view rest = text.substr(colon + 1);
     const std::size_t point = rest.find('.');
     const std::string_view part = point == std::string_view::npos ? "" : rest.substr(point + 1);
-    const auto minutes = number(text.substr(0, colon));
-    const auto seconds = number(rest.substr(0, point));
+    const auto minutes = parseNumber(text.substr(0, colon));
+    const auto seconds = parseNumber(rest.substr(0, point));
     const bool hasPart = point != std::string_view::npos;
-    const auto parts = hasPart ? number(part) : std::uint64_t{0};
+    const auto parts = hasPart ? parseNumber(part) : std::uint64_t{0};
     const bool isWellFormed =
         rest.substr(0, point).size() == 2 && (!hasPart || part.size() == 2 || part.size() == 3);
     if (!minutes || !seconds || !parts || !isWellFormed || *minutes > 100'000'000) {
@@ -80,6 +71,15 @@ Length toNearestSector(std::uint64_t bytes) {
 
 } // namespace
 
+std::optional<std::uint64_t> parseNumber(std::string_view text) {
+    std::uint64_t value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    // More than any file has would only overflow on the way.
+    const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size() &&
+                          value < std::uint64_t{1} << 48;
+    return isNumber ? std::optional(value) : std::nullopt;
+}
+
 std::string framesText(std::uint64_t bytes, TimeStyle style) {
     return clock((bytes + sectorSize / 2) / sectorSize, sectorsPerSecond, 2, style);
 }
@@ -93,7 +93,7 @@ std::string lengthText(const Wave& wave, std::uint64_t bytes, TimeStyle style) {
 }
 
 Length parseLength(const std::string& text, const Wave& wave) {
-    if (const auto bytes = number(text)) {
+    if (const auto bytes = parseNumber(text)) {
         return {.bytes = *bytes};
     }
     const std::optional<Time> time = parseTime(text);

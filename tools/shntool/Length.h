@@ -3,7 +3,9 @@
 #include "shntool/Wave.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace quav::shntool {
 
@@ -19,6 +21,9 @@ std::string lengthText(const Wave& wave, std::uint64_t bytes, TimeStyle style);
 /// The same for a number of bytes of CD quality, or of seconds.
 std::string framesText(std::uint64_t bytes, TimeStyle style);
 std::string secondsText(double seconds, TimeStyle style);
+
+/// A number of digits alone, of 48 bits at most.
+std::optional<std::uint64_t> parseNumber(std::string_view text);
 
 /// A place or length in a file's samples, as a user writes it.
 struct Length {

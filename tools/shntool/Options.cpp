@@ -1,14 +1,16 @@
 #include "shntool/Options.h"
 
+#include "pcm/Failure.h"
 #include "pcm/Progress.h"
 #include "shntool/Child.h"
+#include "shntool/TextFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <fstream>
+#include <deque>
 #include <getopt.h>
-#include <iostream>
+#include <sstream>
 #include <unistd.h>
 #include <utility>
 
@@ -45,15 +47,16 @@ constexpr const char* outputHelp =
     throw ModeError(text, ModeError::Kind::Usage);
 }
 
-void printHelp(const Mode& mode, std::ostream& to) {
-    to << "Usage: shntool " << mode.name << " [OPTIONS] [FILES]\n\n" << mode.description << ".\n\n";
+std::string helpText(const Mode& mode) {
+    std::string text = std::string("Usage: shntool ") + mode.name + " [OPTIONS] [FILES]\n\n" +
+                       mode.description + ".\n\n";
     if (*mode.help != '\0') {
-        to << "Options of this mode:\n" << mode.help << '\n';
+        text += std::string("Options of this mode:\n") + mode.help + '\n';
     }
     if (mode.writes) {
-        to << "Options for outputs:\n" << outputHelp << '\n';
+        text += std::string("Options for outputs:\n") + outputHelp + '\n';
     }
-    to << "Options of every mode:\n" << globalHelp;
+    return text + "Options of every mode:\n" + globalHelp;
 }
 
 template <typename Value, std::size_t Size>
@@ -68,20 +71,25 @@ Value choice(const std::array<std::pair<const char*, Value>, Size>& choices, con
     return chosen->second;
 }
 
-// Takes "-o cust ext=EXTENSION { ENCODER ARGUMENTS }", given as arguments of their own, out of the
-// command line.
-std::vector<std::string> takeBracedFormat(std::vector<char*>& arguments) {
+// Stands between the words of a format that was given as arguments of their own, which may hold
+// blanks.
+constexpr char wordEnd = '\x1f';
+
+// Makes one argument of "cust ext=EXTENSION { ENCODER ARGUMENTS }" behind -o, given as many, which
+// is kept in `joined`.
+void joinBracedFormats(std::vector<char*>& arguments, std::deque<std::string>& joined) {
     const auto is = [](const char* argument, const char* text) {
         return std::strcmp(argument, text) == 0;
     };
-    for (auto at = arguments.begin(); at != arguments.end() && !is(*at, "--"); ++at) {
-        if (!is(*at, "-o") || arguments.end() - at < 3 || !is(at[1], "cust")) {
+    for (std::size_t at = 0; at + 1 < arguments.size() && !is(arguments[at], "--"); ++at) {
+        if (!is(arguments[at], "-o") || !is(arguments[at + 1], "cust")) {
             continue;
         }
-        auto word = at + 2;
-        std::vector<std::string> words{"cust"};
-        if (std::strncmp(*word, "ext=", 4) == 0) {
-            words.emplace_back(*word++);
+        const auto first = arguments.begin() + static_cast<std::ptrdiff_t>(at) + 1;
+        auto word = first + 1;
+        std::string format = "cust";
+        if (word != arguments.end() && std::strncmp(*word, "ext=", 4) == 0) {
+            format += wordEnd + std::string(*word++);
         }
         if (word == arguments.end() || !is(*word, "{")) {
             continue; // "-o cust", and an encoder from the environment
@@ -91,16 +99,18 @@ std::vector<std::string> takeBracedFormat(std::vector<char*>& arguments) {
         if (end == arguments.end()) {
             wrongUsage("no closing } after the encoder of format: [cust]");
         }
-        words.insert(words.end(), word + 1, end);
-        arguments.erase(at, end + 1);
-        return words;
+        for (++word; word != end; ++word) {
+            format += wordEnd + std::string(*word);
+        }
+        *first = joined.emplace_back(format).data();
+        arguments.erase(first + 1, end + 1);
     }
-    return {};
 }
 
-std::vector<std::string> readNames(std::istream& from) {
+std::vector<std::string> namesIn(const std::string& text) {
+    std::istringstream lines(text);
     std::vector<std::string> names;
-    for (std::string line; std::getline(from, line);) {
+    for (std::string line; std::getline(lines, line);) {
         if (line.ends_with('\r')) {
             line.pop_back();
         }
@@ -112,11 +122,11 @@ std::vector<std::string> readNames(std::istream& from) {
 }
 
 std::vector<std::string> namesFromFile(const std::string& path) {
-    std::ifstream file(path);
-    if (!file) {
+    try {
+        return namesIn(readText(path));
+    } catch (const pcm::Failure&) {
         throw ModeError("could not open input filename file: [" + path + "]");
     }
-    return readNames(file);
 }
 
 enum class Order { Given, Natural, Ascii };
@@ -132,8 +142,7 @@ void sortFiles(std::vector<std::string>& files, Order order) {
 }
 
 // The options while they are being read.
-class Parsing {
-public:
+struct Parsing {
     explicit Parsing(const Mode& of) : mode(of) { options.console.mode = mode.name; }
 
     const Mode& mode;
@@ -146,14 +155,14 @@ public:
     bool take(char option, const char* value) {
         switch (option) {
         case 'h':
-            printHelp(mode, std::cout);
+            printText(helpText(mode));
             return true;
         case 'v':
-            std::cout << versionText() << '\n';
+            printText(versionText() + '\n');
             return true;
         case '?': {
             // getopt has said what is wrong.
-            printHelp(mode, std::cerr);
+            pcm::tellUser(helpText(mode));
             throw ModeError("");
         }
         default:
@@ -228,6 +237,14 @@ public:
 
     // The words of "FORMAT [ext=EXTENSION] [ENCODER ARGUMENTS]", perhaps with braces.
     static std::vector<std::string> splitFormat(const char* value) {
+        if (std::strchr(value, wordEnd) != nullptr) {
+            std::istringstream stream(value);
+            std::vector<std::string> words;
+            for (std::string word; std::getline(stream, word, wordEnd);) {
+                words.push_back(word);
+            }
+            return words;
+        }
         std::vector<std::string> words = splitWords(value);
         std::erase_if(words, [](const std::string& word) { return word == "{" || word == "}"; });
         return words;
@@ -248,7 +265,8 @@ char Options::lastOf(const std::string& choices) const {
 
 std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> arguments) {
     Parsing parsing(mode);
-    const std::vector<std::string> braced = takeBracedFormat(arguments);
+    std::deque<std::string> joined;
+    joinBracedFormats(arguments, joined);
 
     const std::string letters =
         std::string(globalLetters) + (mode.writes ? outputLetters : "") + mode.letters;
@@ -265,9 +283,8 @@ std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> argumen
     }
     Options options = std::move(parsing.options);
     if (mode.writes) {
-        const std::vector<std::string> usual{"wav"};
-        const std::vector<std::string>& given = parsing.format.empty() ? usual : parsing.format;
-        options.output = OutputFormat::parse(braced.empty() ? given : braced);
+        options.output = OutputFormat::parse(
+            parsing.format.empty() ? std::vector<std::string>{"wav"} : parsing.format);
     }
     options.files.assign(arguments.begin() + ::optind, arguments.begin() + count);
     if (!parsing.namesFile.empty()) {
@@ -276,8 +293,10 @@ std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> argumen
         if (::isatty(STDIN_FILENO) == 1) {
             pcm::tellUser("enter the names of the files, one on each line:\n");
         }
-        options.files = readNames(std::cin);
+        options.files = namesIn(readText("-"));
     }
+    // A hyphen alone would be standard input.
+    std::replace(options.files.begin(), options.files.end(), std::string("-"), std::string("./-"));
     sortFiles(options.files, parsing.order);
     return options;
 }

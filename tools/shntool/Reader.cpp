@@ -1,5 +1,7 @@
 #include "shntool/Reader.h"
 
+#include "pcm/TemporaryFile.h"
+
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
@@ -79,6 +81,7 @@ private:
     };
 
     void work() {
+        const pcm::SignalsHeld held; // for the thread that makes files
         try {
             Sink sink(*this);
             decode_(sink);

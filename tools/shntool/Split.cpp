@@ -1,16 +1,13 @@
 #include "pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/SplitPoints.h"
+#include "shntool/TextFile.h"
 #include "shntool/Work.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 #include <cstdio>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -31,29 +28,22 @@ struct Piece {
     std::uint64_t size() const { return end - begin; }
 };
 
-std::optional<unsigned> number(const std::string& text) {
-    unsigned value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size();
-    return isNumber ? std::optional(value) : std::nullopt;
-}
-
 // The numbers of "2-6,9,11-13", a set that is empty when all pieces are wanted.
-std::set<unsigned> parseExtract(const std::string& text) {
-    std::set<unsigned> wanted;
+std::set<std::uint64_t> parseExtract(const std::string& text) {
+    std::set<std::uint64_t> wanted;
     std::istringstream stream(text);
     for (std::string part; std::getline(stream, part, ',');) {
         const std::size_t dash = part.find('-');
-        const unsigned first = number(part.substr(0, dash)).value_or(0);
-        const unsigned last =
-            dash == std::string::npos ? first : number(part.substr(dash + 1)).value_or(0);
-        for (const unsigned end : {first, last}) {
+        const std::uint64_t first = parseNumber(part.substr(0, dash)).value_or(0);
+        const std::uint64_t last =
+            dash == std::string::npos ? first : parseNumber(part.substr(dash + 1)).value_or(0);
+        for (const std::uint64_t end : {first, last}) {
             if (end < 1 || end > maximalPieces) {
                 throw ModeError("track number to extract (" + std::to_string(end) +
                                 ") is not in range [1 .. " + std::to_string(maximalPieces) + "]");
             }
         }
-        for (unsigned one = std::min(first, last); one <= std::max(first, last); ++one) {
+        for (std::uint64_t one = std::min(first, last); one <= std::max(first, last); ++one) {
             wanted.insert(one);
         }
     }
@@ -61,7 +51,7 @@ std::set<unsigned> parseExtract(const std::string& text) {
 }
 
 // A number as a format like %02d writes it.
-std::string formatted(const std::string& format, unsigned value) {
+std::string formatted(const std::string& format, std::uint64_t value) {
     std::string digits = format;
     const bool isFramed = digits.starts_with('%') && digits.ends_with('d') && digits.size() <= 4;
     digits = isFramed ? digits.substr(1, digits.size() - 2) : "x";
@@ -72,24 +62,20 @@ std::string formatted(const std::string& format, unsigned value) {
                         ModeError::Kind::Usage);
     }
     const char fill = digits.starts_with('0') ? '0' : ' ';
-    const std::size_t width = number(digits).value_or(0);
+    const std::size_t width = parseNumber(digits).value_or(0);
     const std::string text = std::to_string(value);
     return std::string(width > text.size() ? width - text.size() : 0, fill) + text;
 }
 
-std::string readAll(std::istream& from) {
-    return {std::istreambuf_iterator<char>(from), {}};
-}
-
 std::string pointsText(const Options& options) {
     if (!options.has('f')) {
-        return readAll(std::cin);
+        return readText("-");
     }
-    std::ifstream file(options.value('f'), std::ios::binary);
-    if (!file) {
+    try {
+        return readText(options.value('f'));
+    } catch (const pcm::Failure&) {
         throw ModeError("could not open split point file: [" + options.value('f') + "]");
     }
-    return readAll(file);
 }
 
 class Splitter {
@@ -177,7 +163,7 @@ private:
     }
 
     void addPiece(std::uint64_t end) {
-        const auto number = static_cast<unsigned>(pieces_.size() + 1);
+        const std::uint64_t number = pieces_.size() + 1;
         const bool isWanted = wanted_.empty() || wanted_.contains(number);
         pieces_.push_back({.begin = begin_, .end = end, .isWanted = isWanted, .name = {}});
         begin_ = end;
@@ -199,13 +185,13 @@ private:
     }
 
     void namePieces() {
-        const unsigned first = options_.has('c') ? countFrom(options_.value('c')) : 1;
+        const std::uint64_t first = options_.has('c') ? countFrom(options_.value('c')) : 1;
         const std::string format = options_.has('n') ? options_.value('n') : "%02d";
         std::set<std::string> names;
         for (std::size_t i = 0; i < pieces_.size(); ++i) {
-            const std::size_t number =
-                first + i - (hasPregap_ ? std::min<std::size_t>(first, 1) : 0);
-            const std::string digits = formatted(format, static_cast<unsigned>(number));
+            const std::uint64_t number =
+                first + i - (hasPregap_ ? std::min<std::uint64_t>(first, 1) : 0);
+            const std::string digits = formatted(format, number);
             std::string base = digits;
             if (options_.has('t')) {
                 base = nameFromCue(i, digits);
@@ -219,8 +205,8 @@ private:
         }
     }
 
-    static unsigned countFrom(const std::string& text) {
-        const std::optional<unsigned> first = number(text);
+    static std::uint64_t countFrom(const std::string& text) {
+        const std::optional<std::uint64_t> first = parseNumber(text);
         if (!first || *first > 1'000'000) {
             throw ModeError(text.starts_with('-')
                                 ? "starting count cannot be negative"
@@ -310,8 +296,7 @@ private:
     // What cannot be written whole is not begun.
     void checkOutputs() {
         for (const Piece& piece : pieces_) {
-            const std::string reason =
-                piece.isWanted ? work_.obstacle(piece.name, {&file_, 1}) : "";
+            const std::string reason = piece.isWanted ? work_.obstacle(piece.name) : "";
             if (!reason.empty()) {
                 Meter(console_, title(piece), 0).fail();
                 throw ModeError(reason);
@@ -338,8 +323,7 @@ private:
     void writePiece(const Piece& piece, Meter& meter) {
         std::unique_ptr<Writer> output;
         try {
-            output = work_.create(piece.name, canonicalHeader(file_.wave().format(), piece.size()),
-                                  {&file_, 1});
+            output = work_.create(piece.name, canonicalHeader(file_.wave().format(), piece.size()));
         } catch (const OutputUnavailable& reason) {
             throw ModeError(reason.what());
         }
@@ -374,7 +358,7 @@ private:
     Console& console_;
     const AudioFile& file_;
     std::uint64_t data_;
-    std::set<unsigned> wanted_;
+    std::set<std::uint64_t> wanted_;
     SplitPoints points_;
     std::vector<Piece> pieces_;
     std::uint64_t begin_ = 0; // of the next piece

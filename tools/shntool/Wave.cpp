@@ -18,6 +18,7 @@ namespace {
 constexpr std::uint16_t plainTag = 1;
 constexpr std::uint16_t extensibleTag = 0xFFFE;
 constexpr std::uint64_t unknownSize = 0xFFFFFFFF;
+constexpr std::uint64_t largestSize = std::uint64_t{1} << 60;
 constexpr std::size_t maximalHeader = std::size_t{16} << 20;
 
 using Bytes = std::span<const std::uint8_t>;
@@ -26,9 +27,9 @@ std::string text(Bytes bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-class Reader {
+class HeaderParser {
 public:
-    Reader(const ReadBytes& read, const std::string& file, const ChunkHandler& found)
+    HeaderParser(const ReadBytes& read, const std::string& file, const ChunkHandler& found)
         : read_(read), file_(file), found_(found) {}
 
     WaveHeader header() {
@@ -49,9 +50,15 @@ public:
         }
         wave_.dataSize = size_;
         wave_.headerSize = bytes_.size();
-        if (isLong_ && size_ == unknownSize && longData_ > 0) {
+        if (isLong_ && wave_.dataSize == unknownSize && longData_ > 0) {
             wave_.dataSize = longData_;
+        }
+        if (isLong_ && wave_.chunkSize == unknownSize && longRiff_ > 0) {
             wave_.chunkSize = longRiff_;
+        }
+        // Sums of sizes are made without a look.
+        if (std::max(wave_.dataSize, wave_.chunkSize) > largestSize) {
+            fail(Failure::Kind::Input, "a size that no file has");
         }
         return {wave_, std::move(bytes_)};
     }
@@ -173,33 +180,49 @@ bool Wave::hasExtraChunks() const {
 
 WaveHeader readWaveHeader(const ReadBytes& read, const std::string& file,
                           const ChunkHandler& found) {
-    return Reader(read, file, found).header();
+    return HeaderParser(read, file, found).header();
+}
+
+WaveHeader readWaveHeader(std::span<const std::uint8_t> bytes, const std::string& file) {
+    const ReadBytes read = [&](std::span<std::uint8_t> to) {
+        const std::size_t count = std::min(to.size(), bytes.size());
+        std::copy_n(bytes.begin(), count, to.begin());
+        bytes = bytes.subspan(count);
+        return count;
+    };
+    return readWaveHeader(read, file);
 }
 
 WaveHeader canonicalHeader(const pcm::PcmFormat& format, std::uint64_t dataSize) {
-    const std::vector<std::uint8_t> bytes = pcm::wavHeaderOfBytes(format, dataSize);
-    std::size_t done = 0;
-    const ReadBytes read = [&](std::span<std::uint8_t> to) {
-        const std::size_t count = std::min(to.size(), bytes.size() - done);
-        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(done), count, to.begin());
-        done += count;
-        return count;
-    };
-    return readWaveHeader(read, "");
+    return readWaveHeader(pcm::wavHeaderOfBytes(format, dataSize), "");
 }
 
 WaveHeader resizedHeader(const WaveHeader& header, std::uint64_t dataSize,
                          std::uint64_t behindData) {
-    const std::uint64_t chunkSize = header.bytes.size() - 8 + dataSize + dataSize % 2 + behindData;
-    if (chunkSize >= unknownSize || !pcm::startsWith(header.bytes, "RIFF")) {
-        return canonicalHeader(header.wave.format(), dataSize);
-    }
+    const auto chunkSize = [&](const WaveHeader& of) {
+        return of.bytes.size() - 8 + dataSize + dataSize % 2 + behindData;
+    };
     WaveHeader resized = header;
+    if (!pcm::startsWith(header.bytes, "RIFF") || chunkSize(header) >= unknownSize) {
+        resized = canonicalHeader(header.wave.format(), dataSize);
+        if (chunkSize(resized) >= unknownSize && pcm::startsWith(resized.bytes, "RIFF")) {
+            // The chunks behind make it too long for a short header.
+            resized = canonicalHeader(header.wave.format(), unknownSize);
+        }
+    }
     resized.wave.dataSize = dataSize;
-    resized.wave.chunkSize = chunkSize;
+    resized.wave.chunkSize = chunkSize(resized);
     const std::span bytes(resized.bytes);
-    pcm::storeLittleEndian(bytes.subspan(4, 4), chunkSize);
-    pcm::storeLittleEndian(bytes.last(4), dataSize);
+    if (pcm::startsWith(bytes, "RIFF")) {
+        pcm::storeLittleEndian(bytes.subspan(4, 4), resized.wave.chunkSize);
+        pcm::storeLittleEndian(bytes.last(4), dataSize);
+    } else {
+        // Our own RF64 begins with its ds64 chunk; the short sizes stay at their largest value.
+        const std::span sizes = bytes.subspan(20, 24);
+        pcm::storeLittleEndian(sizes.first(8), resized.wave.chunkSize);
+        pcm::storeLittleEndian(sizes.subspan(8, 8), dataSize);
+        pcm::storeLittleEndian(sizes.last(8), dataSize / header.wave.format().blockAlign());
+    }
     return resized;
 }
 

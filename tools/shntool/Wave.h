@@ -72,11 +72,15 @@ using ChunkHandler = std::function<void(const std::string& id, std::uint64_t len
 WaveHeader readWaveHeader(const ReadBytes& read, const std::string& file,
                           const ChunkHandler& found = {});
 
+/// The same for a header that is at hand.
+WaveHeader readWaveHeader(std::span<const std::uint8_t> bytes, const std::string& file);
+
 /// The shortest header for so many bytes of samples.
 WaveHeader canonicalHeader(const pcm::PcmFormat& format, std::uint64_t dataSize);
 
-/// A header for another number of bytes, which keeps all it has beside the sizes. `behindData` is
-/// how many bytes of further chunks follow the samples and their padding.
+/// A header for another number of bytes, which keeps all it has beside the sizes; a canonical one
+/// in place of RF64, or where the file becomes too long. `behindData` is how many bytes of further
+/// chunks follow the samples and their padding.
 WaveHeader resizedHeader(const WaveHeader& header, std::uint64_t dataSize,
                          std::uint64_t behindData);
 

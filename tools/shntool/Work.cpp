@@ -1,6 +1,7 @@
 #include "shntool/Work.h"
 
 #include "pcm/Failure.h"
+#include "pcm/Progress.h"
 #include "pcm/TemporaryFile.h"
 
 #include <sys/stat.h>
@@ -8,7 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <iostream>
+#include <cerrno>
+#include <fstream>
+#include <system_error>
 #include <unistd.h>
 
 namespace quav::shntool {
@@ -18,6 +21,10 @@ using pcm::Failure;
 namespace {
 
 constexpr const char* cannotOpen = "could not open output file";
+
+std::string unavailable(const std::string& reason) {
+    return std::string(cannotOpen) + " (" + reason + ")";
+}
 
 // Bytes that are copied at once.
 std::size_t pieceOf(std::uint64_t count) {
@@ -35,25 +42,16 @@ bool meansAudio(const std::string& extension) {
            });
 }
 
-bool isSameFile(const struct stat& one, const std::string& path) {
-    struct stat other = {};
-    return ::stat(path.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
-}
-
-bool exists(const std::string& path) {
-    struct stat status = {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
-
 bool userAgrees(const std::string& path) {
     if (::isatty(STDIN_FILENO) != 1) {
         throw ModeError("standard input is not a terminal -- cannot prompt for overwrite action.  "
                         "use \"-O always\" or \"-O never\".");
     }
-    std::cerr << "\noverwrite [" << path << "] (y/n)? ";
+    pcm::tellUser("\noverwrite [" + path + "] (y/n)? ");
+    // Standard input may have been read to its end for the names of the files.
+    std::ifstream terminal("/dev/tty");
     std::string answer;
-    std::getline(std::cin, answer);
+    std::getline(terminal, answer);
     return answer == "y" || answer == "Y" || answer == "yes";
 }
 
@@ -62,6 +60,14 @@ bool userAgrees(const std::string& path) {
 std::string joinPath(const std::string& folder, const std::string& name) {
     const bool isHere = folder.empty() || folder == ".";
     return (isHere ? "" : folder + (folder.ends_with('/') ? "" : "/")) + name;
+}
+
+Work::Work(const Options& options, Console& console) : options_(options), console_(console) {
+    for (const std::string& path : options.files) {
+        if (const auto identity = identityOf(path)) {
+            sources_.insert(*identity);
+        }
+    }
 }
 
 void Work::skip(const std::string& warning) {
@@ -150,27 +156,38 @@ std::string Work::nameFor(const AudioFile& source, const std::string& usualPostf
     return isBeside ? source.path().substr(0, slash + 1) + name : name;
 }
 
-std::string Work::obstacle(const std::string& path, std::span<const AudioFile> sources) const {
-    if (!options_.output.isFile() || !exists(path)) {
+std::optional<Work::Identity> Work::identityOf(const std::string& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return {};
+    }
+    return Identity{status.st_dev, status.st_ino};
+}
+
+std::string Work::obstacle(const std::string& path) const {
+    struct stat status = {};
+    if (!options_.output.isFile()) {
         return "";
     }
-    struct stat target = {};
-    if (::stat(path.c_str(), &target) == 0) {
-        for (const AudioFile& source : sources) {
-            if (isSameFile(target, source.path())) {
-                return "output file would overwrite input file";
-            }
-        }
+    if (outputs_.contains(path)) {
+        return "output file has just been written";
+    }
+    if (::lstat(path.c_str(), &status) != 0) {
+        return errno == ENOENT ? "" : unavailable(std::generic_category().message(errno));
+    }
+    if (const auto identity = identityOf(path); identity && sources_.contains(*identity)) {
+        return "output file would overwrite input file";
     }
     return options_.overwrite == Overwrite::Never ? cannotOpen : "";
 }
 
-bool Work::mayReplace(const std::string& path, std::span<const AudioFile> sources) const {
-    const std::string reason = obstacle(path, sources);
+bool Work::mayReplace(const std::string& path) const {
+    const std::string reason = obstacle(path);
     if (!reason.empty()) {
         throw OutputUnavailable(reason);
     }
-    if (!options_.output.isFile() || !exists(path)) {
+    struct stat status = {};
+    if (!options_.output.isFile() || ::lstat(path.c_str(), &status) != 0) {
         return false;
     }
     if (options_.overwrite == Overwrite::Ask && !userAgrees(path)) {
@@ -179,20 +196,22 @@ bool Work::mayReplace(const std::string& path, std::span<const AudioFile> source
     return true;
 }
 
-std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& header,
-                                     std::span<const AudioFile> sources) {
-    const bool replaces = mayReplace(path, sources);
+std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& header) {
+    const bool replaces = mayReplace(path);
     try {
-        return openWriter(options_.output, path, replaces, header);
+        // A hyphen alone would be standard output.
+        auto writer = openWriter(options_.output, path == "-" ? "./-" : path, replaces, header);
+        outputs_.insert(path);
+        return writer;
     } catch (const Failure& failure) {
-        throw OutputUnavailable(cannotOpen + std::string(" (") + failure.what() + ")");
+        throw OutputUnavailable(unavailable(failure.what()));
     }
 }
 
 void Work::rewrite(const AudioFile& file, const std::string& name, const Rewrite& rewrite,
                    const std::string& toldSize, Meter& meter) {
     try {
-        const auto output = create(name, rewrite.header, {&file, 1});
+        const auto output = create(name, rewrite.header);
         const std::string told = "error while transferring " + toldSize + " -- skipping.";
         const bool isDone = transfer(output.get(), told, [&] {
             const auto reader = file.reader();
@@ -297,6 +316,14 @@ void warnOfRounding(Console& console, const std::string& text, const Length& len
     if (length.wasRounded) {
         console.warn("rounding " + text + " (offset: " + std::to_string(length.rounded) +
                      ") to nearest sector boundary (offset: " + std::to_string(length.bytes) + ")");
+    }
+}
+
+void warnOfPartialBlock(Console& console, const AudioFile& file, bool isLast) {
+    if (!isLast && !file.wave().hasWholeBlocks()) {
+        console.warn(
+            "data chunk is not block-aligned, channels of what follows will be shifted: [" +
+            file.path() + "]");
     }
 }
 

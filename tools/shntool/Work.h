@@ -8,8 +8,10 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quav::shntool {
@@ -38,7 +40,7 @@ struct Rewrite {
 /// is told. A mode that goes on after a failure ends with status 1 all the same.
 class Work {
 public:
-    Work(const Options& options, Console& console) : options_(options), console_(console) {}
+    Work(const Options& options, Console& console);
 
     const Options& options() const { return options_; }
     Console& console() { return console_; }
@@ -71,9 +73,9 @@ public:
     static std::string baseName(const std::string& path);
 
     /// Begins an output. Throws OutputUnavailable when there is a file in the way that is not to
-    /// be written over, or that is one of the `sources`, and when it cannot be made.
-    std::unique_ptr<Writer> create(const std::string& path, const WaveHeader& header,
-                                   std::span<const AudioFile> sources);
+    /// be written over, or that is any of the sources or of this run's outputs, and when it cannot
+    /// be made.
+    std::unique_ptr<Writer> create(const std::string& path, const WaveHeader& header);
 
     /// Makes an output of a source, or warns and has failed. `toldSize` is how the warning calls
     /// what could not be transferred.
@@ -86,14 +88,19 @@ public:
 
     /// Why create() would refuse this output whatever the user says; empty when it would not. Of
     /// several outputs, all can be looked at before the first is written.
-    std::string obstacle(const std::string& path, std::span<const AudioFile> sources) const;
+    std::string obstacle(const std::string& path) const;
 
 private:
-    bool mayReplace(const std::string& path, std::span<const AudioFile> sources) const;
+    /// What a file is, whatever its names are: its device, and its number there.
+    using Identity = std::pair<std::uint64_t, std::uint64_t>;
+    static std::optional<Identity> identityOf(const std::string& path);
+    bool mayReplace(const std::string& path) const;
 
     const Options& options_;
     Console& console_;
     int status_ = 0;
+    std::set<Identity> sources_;
+    std::set<std::string> outputs_; // that have been begun
 };
 
 /// Copies bytes. Throws pcm::Failure when the reader ends before; its text is empty then.
@@ -106,6 +113,9 @@ void writeZeros(pcm::ByteSink& to, std::uint64_t count);
 
 /// Tells that a length was not on a sector boundary.
 void warnOfRounding(Console& console, const std::string& text, const Length& length);
+
+/// Tells that a file ends within a block, so that what follows it has its channels shifted.
+void warnOfPartialBlock(Console& console, const AudioFile& file, bool isLast);
 
 /// How two files differ in what they must share to be compared or joined, as "number of channels
 /// differs"; empty when they do not.

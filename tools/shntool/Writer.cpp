@@ -7,6 +7,8 @@
 #include "pcm/TemporaryFile.h"
 #include "shntool/Child.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <bit>
 #include <cerrno>
@@ -28,10 +30,12 @@ public:
     void commit() override {}
 };
 
+pcm::Existing existing(bool mayReplace) {
+    return mayReplace ? pcm::Existing::Replace : pcm::Existing::Keep;
+}
+
 pcm::OutputFile openFile(const std::string& path, bool mayReplace) {
-    using pcm::OutputFile;
-    return OutputFile(path, OutputFile::Until::Nameless,
-                      mayReplace ? OutputFile::Existing::Replace : OutputFile::Existing::Keep);
+    return pcm::OutputFile(path, pcm::OutputFile::Until::Nameless, existing(mayReplace));
 }
 
 class WavWriter final : public Writer {
@@ -141,13 +145,20 @@ class EncoderWriter final : public Writer {
 public:
     EncoderWriter(const OutputFormat& format, const std::string& path, bool mayReplace,
                   const WaveHeader& header)
-        : path_(path), mayReplace_(mayReplace),
+        : name_(path), place_(pcm::OutputPlace::find(path, existing(mayReplace))),
           // The encoder makes the file under a name that ends like the final one: some choose what
           // they write by it.
-          temporary_(pcm::folderOf(path), reserve, path, "." + format.extension),
-          child_(withFile(format.encoder, temporary_.path()), Child::Pipe::ToInput),
+          temporary_(pcm::folderOf(place_.path), reserve, path, "." + format.extension),
           header_(headerForEncoders(header).bytes), samplesLeft_(header.wave.dataSize) {
-        pcm::TemporaryName::setWriter(child_.process());
+        const pcm::SignalsHeld held;
+        child_.emplace(withFile(format.encoder, temporary_.path()), Child::Pipe::ToInput);
+        pcm::TemporaryName::setWriter(child_->process());
+    }
+    ~EncoderWriter() override {
+        // The temporary file must not come back when it has been removed.
+        const pcm::SignalsHeld held;
+        child_.reset();
+        pcm::TemporaryName::setWriter(0);
     }
 
     void write(Bytes bytes) override {
@@ -155,7 +166,7 @@ public:
         const bool isBehind = samplesLeft_ == 0;
         samplesLeft_ -= std::min<std::uint64_t>(samplesLeft_, bytes.size());
         try {
-            pcm::writeAll(child_.fd(), bytes, path_);
+            pcm::writeAll(child_->fd(), bytes, name_);
         } catch (const pcm::ReaderGone&) {
             // Some encoders end when they have the samples. Whether all is well they tell then.
             if (!isBehind) {
@@ -166,33 +177,37 @@ public:
 
     void commit() override {
         writeHeader();
-        const auto process = child_.process();
-        const int status = child_.wait();
-        pcm::TemporaryName::setWriter(0);
-        if (status != 0) {
-            ended_ = {process, status, true};
-            throw Failure(Failure::Kind::Write, path_ + ": the encoder failed");
+        if (waitForEncoder(true) != 0) {
+            throw Failure(Failure::Kind::Write, name_ + ": the encoder failed");
         }
-        if (!temporary_.become(path_, mayReplace_)) {
+        if (place_.mode) {
+            ::chmod(temporary_.path().c_str(), *place_.mode); // as good as it can be kept
+        }
+        if (!temporary_.become(place_.path, place_.mode.has_value())) {
             throw Failure(Failure::Kind::Write,
-                          path_ + ": cannot be created: " + std::generic_category().message(errno));
+                          name_ + ": cannot be created: " + std::generic_category().message(errno));
         }
     }
 
     std::optional<Ended> failedEncoder() override {
-        if (!ended_ && child_.process() > 0) {
-            const auto process = child_.process();
-            if (const int status = child_.wait(); status != 0) {
-                ended_ = {process, status, false};
-            }
+        if (!ended_) {
+            waitForEncoder(false);
         }
-        return ended_;
+        return ended_->status != 0 ? ended_ : std::nullopt;
     }
 
 private:
+    int waitForEncoder(bool hadAll) {
+        const int process = child_->process();
+        const int status = child_->wait();
+        pcm::TemporaryName::setWriter(0);
+        ended_ = {process, status, hadAll};
+        return status;
+    }
+
     void writeHeader() {
         const std::vector<std::uint8_t> header = std::exchange(header_, {});
-        pcm::writeAll(child_.fd(), header, path_);
+        pcm::writeAll(child_->fd(), header, name_);
     }
 
     // Most encoders refuse a file that is there: the name is made sure of, and left free.
@@ -201,13 +216,13 @@ private:
         return fd && ::unlink(path) == 0;
     }
 
-    std::string path_;
-    bool mayReplace_;
+    std::string name_;
+    pcm::OutputPlace place_;
     pcm::TemporaryName temporary_;
-    Child child_;
+    std::optional<Child> child_;
     std::vector<std::uint8_t> header_; // until it has been written
     std::uint64_t samplesLeft_;        // bytes to come
-    std::optional<Ended> ended_;
+    std::optional<Ended> ended_;       // when it has been waited for
 };
 
 } // namespace

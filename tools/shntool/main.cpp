@@ -2,10 +2,11 @@
 #include "pcm/Progress.h"
 #include "pcm/ToolMain.h"
 #include "shntool/Modes.h"
+#include "shntool/TextFile.h"
 
 #include <algorithm>
 #include <cstring>
-#include <iostream>
+#include <string>
 #include <vector>
 
 using namespace quav;
@@ -15,27 +16,31 @@ using shntool::ModeError;
 
 namespace {
 
-void printHelp() {
-    std::cout << "Usage: shntool MODE [OPTIONS] [FILES]\n"
-                 "       shntool -f | -h | -v\n\n"
-                 "Measures, compares, converts, fixes, joins and splits audio without loss.\n\n"
-                 "Modes:\n";
+std::string helpText() {
+    std::string text = "Usage: shntool MODE [OPTIONS] [FILES]\n"
+                       "       shntool -f | -h | -v\n\n"
+                       "Measures, compares, converts, fixes, joins and splits audio without "
+                       "loss.\n\nModes:\n";
     for (const Mode& mode : shntool::modes()) {
-        std::cout << "  " << mode.name << std::string(7 - std::strlen(mode.name), ' ')
-                  << mode.description << '\n';
+        text += std::string("  ") + mode.name + std::string(7 - std::strlen(mode.name), ' ') +
+                mode.description + '\n';
     }
-    std::cout << "\n'shntool MODE -h' tells the options of a mode.\n\n"
-                 "  -f, --formats  list the formats\n"
-                 "  -h, --help     this help\n"
-                 "  -v, --version  the version\n";
+    return text + "\n'shntool MODE -h' tells the options of a mode.\n\n"
+                  "  -f, --formats  list the formats\n"
+                  "  -h, --help     this help\n"
+                  "  -v, --version  the version\n";
 }
 
-void printFormats() {
+std::string formatsText() {
+    std::string text;
     for (const shntool::Format& format : shntool::formats()) {
-        std::cout << format.name << std::string(6 - format.name.size(), ' ')
-                  << (format.isRead ? "read " : "     ")
-                  << (format.isWritten ? "written  " : "         ") << format.description << '\n';
+        std::string name(format.name);
+        name.resize(6, ' ');
+        text += name + (format.isRead ? "read " : "     ") +
+                (format.isWritten ? "written  " : "         ") + std::string(format.description) +
+                '\n';
     }
+    return text;
 }
 
 int runMode(const Mode& mode, const std::vector<char*>& arguments) {
@@ -58,16 +63,16 @@ int runMode(const Mode& mode, const std::vector<char*>& arguments) {
 
 int run(int argc, char** argv) {
     const std::string word = argc > 1 ? argv[1] : "";
-    if (word == "-h" || word == "--help" || word == "-m") {
-        printHelp();
+    if (word == "-h" || word == "--help") {
+        shntool::printText(helpText());
         return 0;
     }
     if (word == "-v" || word == "--version") {
-        std::cout << shntool::versionText() << '\n';
+        shntool::printText(shntool::versionText() + '\n');
         return 0;
     }
     if (word == "-f" || word == "--formats") {
-        printFormats();
+        shntool::printText(formatsText());
         return 0;
     }
     const auto modes = shntool::modes();
