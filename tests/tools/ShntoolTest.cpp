@@ -23,6 +23,9 @@ namespace {
 
 const auto program = QStringLiteral(QUAV_SHNTOOL);
 
+/// Samples at the beginning that are silent, whole blocks of any number of channels in use.
+constexpr int silent = 60;
+
 QByteArray md5(const QByteArray& bytes) {
     return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
 }
@@ -98,11 +101,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("encode"); // a.wav to the file
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("formats"); // that can hold it, too
-        const QByteArray deep = wavFile(waves(30000, 24, 2), 2, 24, 96000);
-        const QByteArray plain = wavFile(waves(30000, 16, 2), 2, 16, 44100);
-        const QByteArray byte = wavFile(waves(30001, 8, 1), 1, 8, 22050);
-        const QByteArray six = extensible(wavFile(waves(90000, 16, 2), 6, 16, 48000), 0x3F);
-        const QByteArray full = wavFile(waves(30000, 24, 2), 2, 32, 48000);
+        const auto sound = [](int blocks, int bits, int channels) {
+            std::vector<int> samples = waves(blocks, bits, channels);
+            std::fill_n(samples.begin(), silent, 0);
+            return samples;
+        };
+        const QByteArray deep = wavFile(sound(30000, 24, 2), 2, 24, 96000);
+        const QByteArray plain = wavFile(sound(30000, 16, 2), 2, 16, 44100);
+        const QByteArray byte = wavFile(sound(30001, 8, 1), 1, 8, 22050);
+        const QByteArray six = extensible(wavFile(sound(90000, 16, 2), 6, 16, 48000), 0x3F);
+        const QByteArray full = wavFile(sound(30000, 24, 2), 2, 32, 48000);
         const QString stereo = u"wav aiff flac wv tta ape"_s;
         const QString many = u"wav aiff flac wv tta"_s;
         row("WAV, extensible", extensible(deep, 3), u"true"_s, u"a.wav"_s, stereo);
@@ -135,6 +143,7 @@ private Q_SLOTS:
             QFile::remove(path(file));
         }
         QVERIFY(make(encode));
+        const int bits = int(wav.at(34));
         const QByteArray samples = samplesOf(wav);
         const auto written = [&](const QString& name) {
             return samplesOf(contents(path(u"o/"_s + name)));
@@ -160,11 +169,25 @@ private Q_SLOTS:
         QCOMPARE(md5(pieces), md5(samples));
         const bool isLonger = shntool(u"info "_s + file).output.contains("header:       yes");
         QCOMPARE(shntool(u"strip -d o "_s + file).status, isLonger ? 0 : 1);
+        QCOMPARE(shntool(u"trim -d o -z -t "_s + file).status, 0);
+        const QByteArray trimmed = written(u"a-t.wav"_s);
+        QVERIFY(samples.endsWith(trimmed));
+        QCOMPARE(samples.size() - trimmed.size(), silent * bits / 8);
+        // Three modes are for CDs.
+        const int status =
+            wav.mid(22, 6) == QByteArray("\2\0\x44\xAC\0\0", 6) && bits == 16 ? 0 : 1;
+        QCOMPARE(shntool(u"pad -d o -z -p "_s + file).status, status);
+        QCOMPARE(shntool(u"fix -d o -z -f "_s + file).status, status);
+        QCOMPARE(shntool(u"cue "_s + file).status, status);
+        if (status == 0) {
+            const QByteArray padded = samples + QByteArray(2352 - samples.size() % 2352, '\0');
+            QCOMPARE(md5(written(u"a-p.wav"_s)), md5(padded));
+            QCOMPARE(md5(written(u"a-f.wav"_s)), md5(padded));
+        }
         for (const QString& format : formats.split(u' ')) {
             const Ran ran = shntool(u"conv -o %1 -d o -n %1 %2"_s.arg(format, file));
             QVERIFY2(ran.status == 0, ran.errors.constData());
             QCOMPARE(digestOf(u"o/"_s + format), md5(samples));
-            const int bits = int(wav.at(34));
             QCOMPARE(md5(judged(path(u"o/"_s + format), bits)), md5(samples));
         }
     }

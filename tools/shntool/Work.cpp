@@ -35,7 +35,7 @@ bool meansAudio(const std::string& extension) {
     std::string lower = extension;
     std::transform(lower.begin(), lower.end(), lower.begin(),
                    [](unsigned char letter) { return std::tolower(letter); });
-    constexpr std::array more{"wave", "aif", "aifc", "mp4", "alac"};
+    constexpr std::array more{"wave", "rf64", "bwf", "aif", "aifc", "mp4", "alac"};
     return std::find(more.begin(), more.end(), lower) != more.end() ||
            std::any_of(formats().begin(), formats().end(), [&](const Format& format) {
                return !lower.empty() && lower == format.extension;
