@@ -204,7 +204,11 @@ std::unique_ptr<Writer> Work::create(const std::string& path, const WaveHeader& 
         outputs_.insert(path);
         return writer;
     } catch (const Failure& failure) {
-        throw OutputUnavailable(unavailable(failure.what()));
+        // The file has been named in front of this.
+        const std::string name = path + ": ";
+        const std::string reason = failure.what();
+        throw OutputUnavailable(
+            unavailable(reason.starts_with(name) ? reason.substr(name.size()) : reason));
     }
 }
 
