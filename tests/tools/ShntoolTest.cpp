@@ -448,6 +448,25 @@ private Q_SLOTS:
         QVERIFY(contents(path(u"o/rf64-trimmed.wav"_s)).endsWith(after));
     }
 
+    // An edit list that lets two seconds of the file be heard, from the middle of a packet on.
+    void editListsAreFollowed() {
+        write(u"a.wav"_s, wavFile(waves(48000 * 3, 16, 2), 2, 16, 48000));
+        QVERIFY(make(u"ffmpeg -y -v error -i a.wav -c:a alac a.m4a"_s));
+        QByteArray file = contents(path(u"a.m4a"_s));
+        const qsizetype list = file.indexOf("elst");
+        QVERIFY(list > 0);
+        const auto put = [&](qsizetype at, uint32_t number) {
+            number = qToBigEndian(number);
+            file.replace(at, 4, QByteArray(reinterpret_cast<const char*>(&number), 4));
+        };
+        put(list + 12, 2000); // in thousandths
+        put(list + 16, 9600); // in samples
+        const QByteArray heard = judged(write(u"a.m4a"_s, file), 16);
+        QVERIFY(heard.size() < 4 * 48000 * 3);
+        QCOMPARE(digestOf(u"a.m4a"_s), md5(heard));
+        QCOMPARE(shntool(u"conv -d o a.m4a"_s).status, 0);
+    }
+
     void theSpeakersOfFlacAreKept() {
         write(u"a.wav"_s, extensible(wavFile(waves(9000, 16, 2), 6, 16, 48000), 0x60F));
         QVERIFY(make(u"flac -s -f a.wav"_s));

@@ -51,7 +51,7 @@ private:
     std::uint64_t position_ = 0;
 };
 
-Demuxer::Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* format)
+Demuxer::Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* format, Edits edits)
     : input_(input), source_(std::make_unique<Source>(input, start)) {
     constexpr int bufferSize = 64 << 10;
     void* const buffer = codec().mallocz(bufferSize);
@@ -65,10 +65,13 @@ Demuxer::Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* f
         throw std::bad_alloc();
     }
     context->pb = io_.get();
-    // A failure frees the context.
-    if (libav::format().openInput(&context, "", libav::format().findInputFormat(format), nullptr) <
-        0) {
-        refuse();
+    AVDictionary* options = nullptr;
+    codec().dictSet(&options, "ignore_editlist", edits == Edits::Ignore ? "1" : "0", 0);
+    const int status =
+        libav::format().openInput(&context, "", libav::format().findInputFormat(format), &options);
+    codec().dictFree(&options);
+    if (status < 0) {
+        refuse(); // the context has been freed
     }
     context_.reset(context);
     if (context_->nb_streams == 0) {

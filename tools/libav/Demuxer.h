@@ -15,9 +15,13 @@ namespace quav::libav {
 /// there.
 class Demuxer {
 public:
+    /// Whether an MPEG-4 file's edit list is followed, which lets parts of it be heard only.
+    enum class Edits { Follow, Ignore };
+
     /// `input` is a regular file and must outlive the object; what stands before `start` does not
     /// exist for FFmpeg. `format` is FFmpeg's name of a demuxer.
-    Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* format);
+    Demuxer(const pcm::InputFile& input, std::uint64_t start, const char* format,
+            Edits edits = Edits::Follow);
     ~Demuxer();
     Demuxer(const Demuxer&) = delete;
     Demuxer& operator=(const Demuxer&) = delete;

@@ -43,6 +43,8 @@ private:
 /// The functions of libavcodec and libavutil in use.
 struct Codec {
     Library avutil{"libavutil", LIBAVUTIL_VERSION_MAJOR};
+    decltype(&::av_dict_free) dictFree = avutil["av_dict_free"];
+    decltype(&::av_dict_set) dictSet = avutil["av_dict_set"];
     decltype(&::av_free) free = avutil["av_free"];
     decltype(&::av_frame_alloc) frameAlloc = avutil["av_frame_alloc"];
     decltype(&::av_frame_free) frameFree = avutil["av_frame_free"];

@@ -167,7 +167,10 @@ LibavStream findLibavStream(const pcm::InputFile& input, std::uint64_t start,
     if (codec.ch_layout.order == AV_CHANNEL_ORDER_NATIVE) {
         found.format.channelMask = static_cast<std::uint32_t>(codec.ch_layout.u.mask);
     }
-    if (stream.duration > 0) {
+    // A file that an edit list makes shorter is only as long as what comes out of the decoder.
+    const libav::Demuxer whole(input, start, demuxerName, libav::Demuxer::Edits::Ignore);
+    const bool isWhole = audioStream(whole, input.name()).duration == stream.duration;
+    if (stream.duration > 0 && isWhole) {
         // Lossless files count in blocks, or in fractions that come out even.
         const long double seconds =
             static_cast<long double>(stream.duration) * stream.time_base.num / stream.time_base.den;
