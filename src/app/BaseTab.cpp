@@ -179,8 +179,9 @@ std::optional<QString> BaseTab::chooseOutputFolder() {
     return services_.prompts.chooseFolder(tr("Choose output directory"));
 }
 
-std::optional<QString> BaseTab::openSavePanel(const QString& directory, const QString& title) {
-    return services_.prompts.chooseSavePath(title, directory);
+std::optional<QString> BaseTab::openSavePanel(const QString& directory, const QString& title,
+                                              const QString& name) {
+    return services_.prompts.chooseSavePath(title, directory, name);
 }
 
 bool BaseTab::confirmDelete(bool deleteOriginals) {

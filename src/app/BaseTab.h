@@ -17,6 +17,7 @@ struct DirectoryContents;
 /// How pressing a tab's button ended.
 enum class CommandOutcome {
     Queued,      ///< the work is in the queue
+    Done,        ///< the work was small and has been done
     NothingToDo, ///< there was nothing to start
     Refused,     ///< something stood in the way; the user was told what
     Declined,    ///< the user answered a question with no, or cancelled a dialog
@@ -57,8 +58,9 @@ public:
     /// The tab's button.
     virtual CommandOutcome executeCommand() = 0;
 
-    /// A save dialog that opens in the directory.
-    std::optional<QString> openSavePanel(const QString& directory, const QString& title);
+    /// A save dialog that opens in the directory, with a name to begin with.
+    std::optional<QString> openSavePanel(const QString& directory, const QString& title,
+                                         const QString& name = {});
 
     /// The full paths of what lies in a folder, one level deep, whose extension is this one in
     /// whatever capitals.

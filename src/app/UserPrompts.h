@@ -39,8 +39,10 @@ public:
 
     virtual std::optional<QString> chooseFolder(const QString& title) = 0;
 
-    virtual std::optional<QString> chooseSavePath(const QString& title,
-                                                  const QString& directory) = 0;
+    /// Where to save a file, with a folder to begin in and a name to begin with, either of which
+    /// may be empty; none when the user cancelled.
+    virtual std::optional<QString> chooseSavePath(const QString& title, const QString& directory,
+                                                  const QString& name) = 0;
 
     /// One line of text; none when the user cancelled, even after typing.
     virtual std::optional<QString> askForLine(const QString& title, const QString& message,

@@ -81,6 +81,7 @@ std::string examplesAndExitStatus() {
                         "  quav-cli encode --to flac --output archive concert\n"
                         "  quav-cli decode --to wav --beside concert/*.flac\n"
                         "  quav-cli encode --to flac --dry-run --output archive concert\n"
+                        "  quav-cli checksum verify concert\n"
                         "\n"
                         "Exit status:");
     for (const exitstatus::Meaning& meaning : exitstatus::meanings) {
@@ -89,6 +90,16 @@ std::string examplesAndExitStatus() {
                     .arg(QCoreApplication::translate("ExitStatus", meaning.text));
     }
     return plain(text);
+}
+
+/// The kind of that title; MD5 for no title at all.
+ChecksumKind kindOf(const QString& title) {
+    for (const ChecksumKind kind : {ChecksumKind::St5, ChecksumKind::Ffp}) {
+        if (checksumfiles::title(kind) == title) {
+            return kind;
+        }
+    }
+    return ChecksumKind::Md5;
 }
 
 CLI::Validator range(QLatin1StringView key) {
@@ -100,15 +111,19 @@ CLI::Validator range(QLatin1StringView key) {
 
 struct CommandLine::Parts {
     CLI::App app{
-        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags. "
-                 "Does without a display what the window does.")),
+        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
+                 "writes and verifies checksum files; tests compressed files. Does without a "
+                 "display what the window does.")),
         "quav-cli"};
     CLI::App* encode = nullptr;
     CLI::App* decode = nullptr;
+    CLI::App* create = nullptr;
     CLI::App* settings = nullptr;
     bool manual = false;
     std::string format;
     std::string outputFolder;
+    std::string kind;
+    std::string savePath;
     std::vector<std::string> files;
     bool yes = false;
     bool no = false;
@@ -121,7 +136,11 @@ struct CommandLine::Parts {
     void addDecode();
     static void addSwitch(CLI::App& command, const std::string& name, const QString& what,
                           std::optional<bool>& to, QLatin1StringView key);
+    void addChecksum();
+    CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
+                                ChecksumTab::Command action);
     void addCommon(CLI::App& command);
+    void addRunOptions(CLI::App& command);
     void addWhereTo(CLI::App& command);
     void addAnswers(CLI::App& command);
     void addTools();
@@ -173,6 +192,8 @@ void CommandLine::Parts::addEncode() {
     addSwitch(*encode, "keep-foreign-metadata",
               tr("Keep the WAV or AIFF chunks that are not audio"), to.keepForeignMetadata,
               keys::flacKeepForeignMetadataButton);
+    addSwitch(*encode, "ffp", tr("Write a fingerprint file into each output folder afterwards"),
+              to.fingerprints, keys::flacGenerateFFPButton);
     addCommon(*encode);
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
@@ -200,13 +221,18 @@ void CommandLine::Parts::addCommon(CLI::App& command) {
     addWhereTo(command);
     command.add_flag("--delete-originals", to.deleteOriginals,
                      plain(tr("Delete each source once its file is done without error")));
+    command.add_flag("--dry-run", to.dryRun,
+                     plain(tr("Only print what would be done, as commands for a shell")));
+    addRunOptions(command);
+}
+
+void CommandLine::Parts::addRunOptions(CLI::App& command) {
+    RunOptions& to = options.run;
     command.add_option("--jobs", to.jobs, plain(tr("How many files at a time")))
         ->type_name("N")
         ->default_str(settingAsDefault(keys::maxThreads))
         ->check(range(keys::maxThreads));
     addAnswers(command);
-    command.add_flag("--dry-run", to.dryRun,
-                     plain(tr("Only print what would be done, as commands for a shell")));
     command.add_flag("--json", to.json, plain(tr("One JSON object a line on the standard output")));
     command.add_flag("--quiet", to.quiet, plain(tr("Only errors, warnings and reports")));
     command
@@ -214,6 +240,51 @@ void CommandLine::Parts::addCommon(CLI::App& command) {
                     plain(tr("Files and folders; a folder is searched with everything below it")))
         ->expected(1, -1)
         ->required();
+}
+
+CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* name,
+                                                const QString& what, ChecksumTab::Command action) {
+    CLI::App* command = checksum.add_subcommand(name, plain(what));
+    command->callback([this, action] { options.checksum.command = action; });
+    return command;
+}
+
+void CommandLine::Parts::addChecksum() {
+    using Command = ChecksumTab::Command;
+    ChecksumOptions& to = options.checksum;
+    CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
+                                    Options::Command::Checksum);
+    checksum->require_subcommand(1);
+    create = addChecksumAction(*checksum, "create", tr("Write one checksum file over all files"),
+                               Command::Create);
+    create
+        ->add_option("--kind", kind,
+                     plain(tr("md5: of whole files; st5: of their audio, as shntool digests it; "
+                              "ffp: the fingerprints of FLAC files")))
+        ->type_name("KIND")
+        ->required()
+        ->check(CLI::IsMember({"md5", "ffp", "st5"}, CLI::ignore_case).description(""));
+    CLI::Option* save =
+        create->add_option("--save", savePath, plain(tr("Write the checksum file to this path")))
+            ->type_name("PATH");
+    create
+        ->add_flag("--beside", to.beside,
+                   plain(tr("Write it beside the files, under its usual name")))
+        ->excludes(save);
+    addRunOptions(*create);
+    create->footer(
+        plain(tr("Example: quav-cli checksum create --kind ffp --beside concert/*.flac")));
+    CLI::App* verify =
+        addChecksumAction(*checksum, "verify",
+                          tr("Check the files that MD5, ST5 and FFP files name"), Command::Verify);
+    verify->add_flag("--tolerant", to.tolerant,
+                     plain(tr("Accept other spellings, encodings and file names, too, and say what "
+                              "a strict reader would have found")));
+    addRunOptions(*verify);
+    verify->footer(plain(tr("Example: quav-cli checksum verify concert")));
+    addRunOptions(*addChecksumAction(*checksum, "test",
+                                     tr("Test FLAC, APE, WV and TTA files with their own decoders"),
+                                     Command::Test));
 }
 
 void CommandLine::Parts::addWhereTo(CLI::App& command) {
@@ -275,14 +346,18 @@ Options CommandLine::Parts::read() const {
     }
     ConversionOptions& conversion = read.conversion;
     for (const std::string& file : files) {
-        conversion.files << rawArgument(file);
+        read.run.files << rawArgument(file);
     }
+    if (create->count("--save") > 0) {
+        read.checksum.save = rawArgument(savePath);
+    }
+    read.checksum.kind = kindOf(textArgument(kind).toUpper());
     conversion.format = textArgument(format).toUpper();
     if (encode->count("--output") + decode->count("--output") > 0) {
         conversion.outputFolder = rawArgument(outputFolder);
     }
     if (yes || no) {
-        conversion.answer = yes;
+        read.run.answer = yes;
     }
     read.settings.key = textArgument(key);
     read.settings.value = textArgument(value);
@@ -300,6 +375,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     app.footer(examplesAndExitStatus());
     parts_->addEncode();
     parts_->addDecode();
+    parts_->addChecksum();
     parts_->addTools();
     parts_->addSettings();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "checksums/ChecksumTab.h"
+
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QString>
@@ -23,32 +25,48 @@ struct Meaning {
 };
 inline constexpr std::array meanings{
     Meaning{succeeded, QT_TRANSLATE_NOOP("ExitStatus", "everything succeeded")},
-    Meaning{failed, QT_TRANSLATE_NOOP("ExitStatus", "a task failed or was cancelled, or a file "
-                                                    "could not be reached or converted")},
+    Meaning{failed,
+            QT_TRANSLATE_NOOP("ExitStatus", "a task failed or was cancelled, or a file "
+                                            "could not be reached or converted, is damaged, "
+                                            "missing, or not what its checksum says")},
     Meaning{refused,
             QT_TRANSLATE_NOOP("ExitStatus", "wrong usage, nothing to do, or something in the way")},
     Meaning{declined, QT_TRANSLATE_NOOP("ExitStatus", "a question was answered with no")},
 };
 } // namespace exitstatus
 
-/// The options of `encode` and `decode`. What is not set keeps what the settings say.
-struct ConversionOptions {
+/// What every command that works on files takes. What is not set keeps what the settings say.
+struct RunOptions {
     QByteArrayList files; ///< as the user gave them, in whatever encoding
-    QString format;       ///< the target's word in capitals
+    std::optional<int> jobs;
+    std::optional<bool> answer; ///< to every question
+    bool json = false;
+    bool quiet = false;
+};
+
+/// The options of `encode` and `decode` beyond these.
+struct ConversionOptions {
+    QString format; ///< the target's word in capitals
     std::optional<QByteArray> outputFolder;
     bool beside = false;
     bool deleteOriginals = false;
-    std::optional<int> jobs;
-    std::optional<bool> answer; ///< to every question
     bool dryRun = false;
-    bool json = false;
-    bool quiet = false;
 
     std::optional<bool> keepForeignMetadata;
-    std::optional<int> level; ///< encode only, like the next two
+    std::optional<int> level; ///< encode only, like the next three
     std::optional<bool> verify;
     bool lax = false;
+    std::optional<bool> fingerprints;
     bool throughErrors = false; ///< decode only
+};
+
+/// The options of `checksum create`, `verify` and `test`.
+struct ChecksumOptions {
+    ChecksumTab::Command command = ChecksumTab::Command::Test;
+    ChecksumKind kind = ChecksumKind::Md5; ///< create only, like the next two
+    std::optional<QByteArray> save;
+    bool beside = false;
+    bool tolerant = false; ///< verify only
 };
 
 struct SettingsOptions {
@@ -61,9 +79,11 @@ struct SettingsOptions {
 
 /// The whole command line, read.
 struct Options {
-    enum class Command { Encode, Decode, Tools, Settings, Manual };
+    enum class Command { Encode, Decode, Checksum, Tools, Settings, Manual };
     Command command = Command::Tools;
+    RunOptions run;
     ConversionOptions conversion;
+    ChecksumOptions checksum;
     SettingsOptions settings;
     bool toolsAsJson = false;
 };

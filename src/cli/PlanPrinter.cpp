@@ -53,6 +53,10 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
     for (const PlannedConversion& conversion : plan.conversions) {
         printConversion(conversion);
     }
+    for (const QString& file : plan.checksumFiles) {
+        note(QStringLiteral("checksums"), QStringLiteral("output"), file,
+             tr("would then write the checksum file %1"));
+    }
     for (const QString& obstacle : obstacles) {
         note(QStringLiteral("obstacle"), QStringLiteral("text"), obstacle, tr("in the way: %1"));
         terminal_.say(obstacle);

@@ -30,6 +30,19 @@ QString words(const QString& said, const QString& title) {
     return text::printable(said.startsWith(prefix) ? said.mid(prefix.size()) : said);
 }
 
+void addTo(QJsonObject& event, const QString& key, const QString& value) {
+    if (!value.isEmpty()) {
+        event.insert(key, value);
+    }
+}
+
+QJsonObject asJson(const VerdictCounts& counts) {
+    return {{word(Verdict::Kind::Ok), counts.ok},
+            {word(Verdict::Kind::Failed), counts.failed},
+            {word(Verdict::Kind::Missing), counts.missing},
+            {word(Verdict::Kind::Unreadable), counts.unreadable}};
+}
+
 QString line(const TaskEnd& end) {
     const QString name = text::printable(end.title);
     switch (end.status) {
@@ -58,6 +71,10 @@ void TextEvents::finished(const TaskEnd& end) {
     }
 }
 
+void TextEvents::found(const Verdicts& /*verdicts*/) {
+    // The report says it.
+}
+
 void TextEvents::report(const QString& /*title*/, const QString& text) {
     terminal_.print(text);
 }
@@ -65,6 +82,9 @@ void TextEvents::report(const QString& /*title*/, const QString& text) {
 void TextEvents::summary(const RunSummary& summary) {
     if (detail_ == Detail::Nothing) {
         return;
+    }
+    if (const VerdictCounts& counts = summary.counts; counts.ok > 0 || !counts.allOk()) {
+        terminal_.say(counts.text());
     }
     const auto time = std::chrono::ceil<std::chrono::seconds>(summary.time);
     terminal_.say(QCoreApplication::translate(
@@ -81,16 +101,24 @@ void JsonEvents::finished(const TaskEnd& end) {
                       {QStringLiteral("title"), end.title},
                       {QStringLiteral("status"), word(end.status)},
                       {QStringLiteral("warnings"), QJsonArray::fromStringList(end.warnings)}};
-    const auto add = [&](const QString& key, const QString& value) {
-        if (!value.isEmpty()) {
-            event.insert(key, value);
-        }
-    };
-    add(QStringLiteral("source"), end.source);
-    add(QStringLiteral("output"), end.output);
-    add(QStringLiteral("error"), end.error);
+    addTo(event, QStringLiteral("source"), end.source);
+    addTo(event, QStringLiteral("output"), end.output);
+    addTo(event, QStringLiteral("error"), end.error);
     terminal_.print(jsonLine(event));
     TextEvents::finished(end);
+}
+
+void JsonEvents::found(const Verdicts& verdicts) {
+    for (const Verdict& verdict : verdicts) {
+        QJsonObject event{{QStringLiteral("event"), QStringLiteral("verdict")},
+                          {QStringLiteral("file"), verdict.file},
+                          {QStringLiteral("verdict"), word(verdict.kind)}};
+        addTo(event, QStringLiteral("list"), verdict.list);
+        addTo(event, QStringLiteral("expected"), verdict.expected);
+        addTo(event, QStringLiteral("found"), verdict.found);
+        addTo(event, QStringLiteral("note"), verdict.note);
+        terminal_.print(jsonLine(event));
+    }
 }
 
 void JsonEvents::report(const QString& title, const QString& text) {
@@ -107,6 +135,7 @@ void JsonEvents::summary(const RunSummary& summary) {
                   {QStringLiteral("failed"), summary.failed},
                   {QStringLiteral("cancelled"), summary.cancelled},
                   {QStringLiteral("warnings"), summary.warnings},
+                  {QStringLiteral("files"), asJson(summary.counts)},
                   {QStringLiteral("seconds"),
                    static_cast<double>(summary.time.count()) / millisecondsPerSecond}}));
     TextEvents::summary(summary);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/TaskEnd.h"
+#include "engine/Verdict.h"
 
 #include <QString>
 
@@ -16,6 +17,7 @@ struct RunSummary {
     int failed = 0;
     int cancelled = 0;
     int warnings = 0;
+    VerdictCounts counts{{}}; ///< of files that were checked
     std::chrono::milliseconds time{0};
 };
 
@@ -28,6 +30,7 @@ public:
     RunEvents& operator=(const RunEvents&) = delete;
 
     virtual void finished(const TaskEnd& end) = 0;
+    virtual void found(const Verdicts& verdicts) = 0;
     virtual void report(const QString& title, const QString& text) = 0;
     virtual void summary(const RunSummary& summary) = 0;
 };
@@ -41,6 +44,7 @@ public:
     TextEvents(Terminal& terminal, Detail detail);
 
     void finished(const TaskEnd& end) override;
+    void found(const Verdicts& verdicts) override;
     void report(const QString& title, const QString& text) override;
     void summary(const RunSummary& summary) override;
 
@@ -57,6 +61,7 @@ public:
     using TextEvents::TextEvents;
 
     void finished(const TaskEnd& end) override;
+    void found(const Verdicts& verdicts) override;
     void report(const QString& title, const QString& text) override;
     void summary(const RunSummary& summary) override;
 };

@@ -1,8 +1,11 @@
 #include "cli/TaskEnd.h"
 
+#include "checksums/VerifyListTask.h"
+#include "checksums/VerifyToolTask.h"
 #include "codecs/ConversionTask.h"
 #include "engine/QUAVTask.h"
 #include "engine/QUAVTaskResults.h"
+#include "platform/PathNames.h"
 
 #include <algorithm>
 
@@ -27,7 +30,16 @@ TaskEnd endOf(const QUAVTask& task) {
         end.status = TaskEnd::Status::Cancelled;
     } else if (task.error()) {
         end.status = TaskEnd::Status::Failed;
-        end.error = reasonIn(task.results()->resultsOf(task));
+        const Verdicts verdicts = task.results()->verdictsOf(task);
+        const bool isNoted = !verdicts.empty() && !verdicts.front().note.isEmpty();
+        end.error = isNoted ? verdicts.front().note : reasonIn(task.results()->resultsOf(task));
+    }
+    if (const auto* test = dynamic_cast<const VerifyToolTask*>(&task)) {
+        end.title = lastPathComponent(test->path());
+        end.source = test->path();
+    }
+    if (const auto* list = dynamic_cast<const VerifyListTask*>(&task)) {
+        end.source = list->fileName();
     }
     if (const auto* conversion = dynamic_cast<const ConversionTask*>(&task)) {
         end.source = conversion->fileName();

@@ -2,6 +2,7 @@
 
 #include "cli/Terminal.h"
 #include "engine/QUAVTaskQueue.h"
+#include "engine/QUAVTaskResults.h"
 #include "platform/ClockText.h"
 
 #include <cmath>
@@ -23,7 +24,9 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
     : queue_(queue), terminal_(terminal), events_(events) {
     elapsed_.start();
     connect(&queue, &QUAVTaskQueue::taskFinished, this,
-            [this](const std::shared_ptr<QUAVTask>& task) { taskFinished(*task); });
+            [this](const std::shared_ptr<QUAVTask>& task) {
+                finished(endOf(*task), task->results()->verdictsOf(*task));
+            });
     connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
             [this](const QString& text, const QString& title) { events_.report(title, text); });
     redrawTimer_.setSingleShot(true);
@@ -35,8 +38,7 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
     }
 }
 
-void TerminalFace::taskFinished(const QUAVTask& task) {
-    const TaskEnd end = endOf(task);
+void TerminalFace::finished(const TaskEnd& end, const Verdicts& verdicts) {
     switch (end.status) {
     case TaskEnd::Status::Done:
         ++summary_.done;
@@ -49,7 +51,9 @@ void TerminalFace::taskFinished(const QUAVTask& task) {
         break;
     }
     summary_.warnings += static_cast<int>(end.warnings.size());
+    summary_.counts.add(verdicts);
     events_.finished(end);
+    events_.found(verdicts);
 }
 
 void TerminalFace::redrawSoon() {

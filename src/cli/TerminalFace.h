@@ -25,13 +25,15 @@ public:
 
     TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events, Progress progress);
 
+    /// Something has ended, in the queue or without it.
+    void finished(const TaskEnd& end, const Verdicts& verdicts);
+
     /// To be called when everything has come to its end.
     void finish();
 
     const RunSummary& summary() const { return summary_; }
 
 private:
-    void taskFinished(const QUAVTask& task);
     void redrawSoon();
     void redraw();
     QStringList runningLines(int most) const;

@@ -1,6 +1,7 @@
 #include "cli/TerminalPrompts.h"
 
 #include "cli/Terminal.h"
+#include "platform/PathNames.h"
 
 namespace quav {
 
@@ -84,8 +85,14 @@ std::optional<QString> TerminalPrompts::chooseFolder(const QString& title) {
 }
 
 std::optional<QString> TerminalPrompts::chooseSavePath(const QString& title,
-                                                       const QString& /*directory*/) {
-    return askForLine(title);
+                                                       const QString& /*directory*/,
+                                                       const QString& /*name*/) {
+    if (savePath_) {
+        return savePath_;
+    }
+    const auto line = askForLine(title);
+    wantsSavePath_ = !line && !terminal_.canAsk();
+    return line ? std::optional(fullPath(*line)) : std::nullopt;
 }
 
 std::optional<QString> TerminalPrompts::askForLine(const QString& title, const QString& message,

@@ -24,6 +24,12 @@ public:
     /// The folder that was chosen, by option or at the terminal.
     std::optional<OutputFolder>& outputFolder() { return outputFolder_; }
 
+    /// The path that is chosen whenever a file is to be saved.
+    void setSavePath(const QString& path) { savePath_ = path; }
+
+    /// Whether a path was to be chosen and there was none, and nobody to ask.
+    bool wantsSavePath() const { return wantsSavePath_; }
+
     /// Whether any question was answered with no.
     bool declined() const { return declined_; }
 
@@ -35,7 +41,8 @@ public:
     bool confirm(const Question& question) override;
     QStringList chooseFiles(const QString& title, const QString& confirmButton) override;
     std::optional<QString> chooseFolder(const QString& title) override;
-    std::optional<QString> chooseSavePath(const QString& title, const QString& directory) override;
+    std::optional<QString> chooseSavePath(const QString& title, const QString& directory,
+                                          const QString& name) override;
     std::optional<QString> askForLine(const QString& title, const QString& message,
                                       const QString& initial) override;
 
@@ -47,6 +54,8 @@ private:
     Terminal& terminal_;
     std::optional<bool> answer_;
     std::optional<OutputFolder> outputFolder_;
+    std::optional<QString> savePath_;
+    bool wantsSavePath_ = false;
     bool declined_ = false;
     bool alerted_ = false;
 };

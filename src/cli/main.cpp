@@ -1,3 +1,4 @@
+#include "cli/ChecksumRun.h"
 #include "cli/CommandLine.h"
 #include "cli/ConversionRun.h"
 #include "cli/ManPage.h"
@@ -14,9 +15,11 @@ using namespace quav;
 
 namespace {
 
-int convert(const Options& options, Settings& settings, Terminal& terminal) {
+int runTab(const Options& options, Settings& settings, Terminal& terminal) {
     settings.keepChangesInMemory();
-    return ConversionRun(options.command, options.conversion, settings, terminal).run();
+    return options.command == Options::Command::Checksum
+               ? ChecksumRun(options, settings, terminal).run()
+               : ConversionRun(options, settings, terminal).run();
 }
 
 int run(const Options& options, const CommandLine& commandLine, Terminal& terminal) {
@@ -28,6 +31,7 @@ int run(const Options& options, const CommandLine& commandLine, Terminal& termin
         return listTools(options.toolsAsJson, terminal);
     case Options::Command::Encode:
     case Options::Command::Decode:
+    case Options::Command::Checksum:
     case Options::Command::Settings:
         break;
     }
@@ -37,7 +41,7 @@ int run(const Options& options, const CommandLine& commandLine, Terminal& termin
     }
     return options.command == Options::Command::Settings
                ? runSettings(options.settings, settings, terminal)
-               : convert(options, settings, terminal);
+               : runTab(options, settings, terminal);
 }
 
 void sayNothing(QtMsgType /*type*/, const QMessageLogContext& /*context*/,

@@ -27,6 +27,7 @@ struct ConversionPlan {
     QStringList unsupported;           ///< sources of a kind that this tab cannot convert
     QStringList overwritten;           ///< outputs that exist and would be overwritten
     QStringList alreadyThere;          ///< outputs that exist, so that the tool will refuse
+    QStringList checksumFiles;         ///< written over the outputs when all is done
 };
 
 /// Those of the outputs that stand in their folders already.

@@ -1,6 +1,7 @@
 #include "codecs/ConversionTab.h"
 
 #include "app/UserPrompts.h"
+#include "checksums/ChecksumFiles.h"
 #include "codecs/ConversionTask.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
@@ -10,6 +11,7 @@
 
 #include <QSet>
 
+#include <algorithm>
 #include <vector>
 
 namespace quav {
@@ -59,10 +61,19 @@ QStringList ConversionTab::obstacles(const ConversionPlan& plan) const {
 }
 
 bool ConversionTab::confirmOverwriting(const ConversionPlan& plan) {
-    return plan.overwritten.isEmpty() ||
-           services().prompts.confirm({tr("One of the output files already exists and will be "
-                                          "overwritten.  Are you sure you want to continue?"),
-                                       plan.overwritten.first(), tr("No"), tr("Yes"), false});
+    const bool outputs =
+        plan.overwritten.isEmpty() ||
+        services().prompts.confirm({tr("One of the output files already exists and will be "
+                                       "overwritten.  Are you sure you want to continue?"),
+                                    plan.overwritten.first(), tr("No"), tr("Yes"), false});
+    return outputs && std::all_of(plan.checksumFiles.begin(), plan.checksumFiles.end(),
+                                  [this](const QString& path) {
+                                      return checksumfiles::mayReplace(path, services().prompts);
+                                  });
+}
+
+std::shared_ptr<QUAVTask> ConversionTab::makeFollowUp(const ConversionPlan& /*plan*/) const {
+    return nullptr;
 }
 
 void ConversionTab::tellWhatIsLeftOut(const ConversionPlan& plan) {
@@ -131,6 +142,7 @@ CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
         task->setDeleteOriginal(deleteOriginals_);
         tasks.push_back(task);
     }
+    batch->setTaskAfterSetDone(makeFollowUp(plan));
     services().queue.addTasks(tasks);
     return tasks.empty() ? CommandOutcome::NothingToDo : CommandOutcome::Queued;
 }

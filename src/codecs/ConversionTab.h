@@ -10,6 +10,7 @@
 namespace quav {
 
 class ConversionTask;
+class QUAVTask;
 class QUAVTaskResults;
 
 /// What the decode and the encode tab share: the plan, the checks, and handing the tasks to the
@@ -46,6 +47,9 @@ protected:
 
     /// The folder that the output of a source goes to.
     QString outputFolder(const QString& source, const QString& chosenFolder) const;
+
+    /// What is to run when all tasks of a plan are done; nothing unless a tab has something.
+    virtual std::shared_ptr<QUAVTask> makeFollowUp(const ConversionPlan& plan) const;
 
 private:
     bool confirmOverwriting(const ConversionPlan& plan);

@@ -1,13 +1,17 @@
 #include "codecs/EncodeTab.h"
 
 #include "app/FileKinds.h"
+#include "checksums/ChecksumFiles.h"
+#include "checksums/CreateFFPTask.h"
 #include "codecs/EncodeFlacTask.h"
 #include "codecs/FlacCommand.h"
+#include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
+#include <QMap>
 #include <QSet>
 
 namespace quav {
@@ -22,13 +26,21 @@ bool needsAnotherDecoder(const QString& word) {
     return foreign.contains(word);
 }
 
+QMap<QString, QStringList> outputsByFolder(const ConversionPlan& plan) {
+    QMap<QString, QStringList> outputs;
+    for (const PlannedConversion& conversion : plan.conversions) {
+        outputs[folderOf(conversion.output)] << conversion.output;
+    }
+    return outputs;
+}
+
 } // namespace
 
 EncodeTab::EncodeTab(const Services& services)
     : ConversionTab(tabs::encode, keys::encodeToSourceDirectory, services),
       flacVerify_(services.settings.integer(keys::flacVerifyButton) != 0),
-      flacKeepForeignMetadata_(services.settings.integer(keys::flacKeepForeignMetadataButton) !=
-                               0) {}
+      flacKeepForeignMetadata_(services.settings.integer(keys::flacKeepForeignMetadataButton) != 0),
+      generateFFP_(services.settings.integer(keys::flacGenerateFFPButton) != 0) {}
 
 int EncodeTab::flacLevel() const {
     return services().settings.integer(keys::encodeFlacLevel);
@@ -54,9 +66,15 @@ void EncodeTab::setFlacKeepForeignMetadata(bool on) {
     displayRelevantOptions();
 }
 
+void EncodeTab::setGenerateFFP(bool on) {
+    generateFFP_ = on;
+    displayRelevantOptions();
+}
+
 void EncodeTab::displayRelevantOptions() {
     services().settings.set(keys::flacVerifyButton, flacVerify_ ? 1 : 0);
     services().settings.set(keys::flacKeepForeignMetadataButton, flacKeepForeignMetadata_ ? 1 : 0);
+    services().settings.set(keys::flacGenerateFFPButton, generateFFP_ ? 1 : 0);
     Q_EMIT optionsChanged();
 }
 
@@ -83,7 +101,22 @@ ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
                                     flacEncodeArguments(options, sources[i], outputs[i]),
                                     existing});
     }
+    const auto folders = outputsByFolder(plan);
+    for (auto folder = folders.cbegin(); generateFFP_ && folder != folders.cend(); ++folder) {
+        plan.checksumFiles << checksumfiles::pathIn(folder.key(), ChecksumKind::Ffp,
+                                                    services().settings);
+    }
     return plan;
+}
+
+std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const ConversionPlan& plan) const {
+    if (plan.checksumFiles.isEmpty()) {
+        return nullptr;
+    }
+    const Settings& settings = services().settings;
+    return std::make_shared<CreateFFPTask>(services().queue, outputsByFolder(plan),
+                                           checksumfiles::fixedName(ChecksumKind::Ffp, settings),
+                                           settings);
 }
 
 std::shared_ptr<ConversionTask>

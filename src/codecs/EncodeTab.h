@@ -22,6 +22,9 @@ public:
     void setFlacLax(bool on);
     bool flacKeepForeignMetadata() const { return flacKeepForeignMetadata_; }
     void setFlacKeepForeignMetadata(bool on);
+    /// Whether a fingerprint file is written into each output folder afterwards.
+    bool generateFFP() const { return generateFFP_; }
+    void setGenerateFFP(bool on);
 
     /// Stores the options that the settings keep.
     void displayRelevantOptions() override;
@@ -32,11 +35,13 @@ protected:
     std::shared_ptr<ConversionTask>
     makeTask(const PlannedConversion& conversion,
              const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    std::shared_ptr<QUAVTask> makeFollowUp(const ConversionPlan& plan) const override;
 
 private:
     bool flacVerify_;
     bool flacLax_ = false;
     bool flacKeepForeignMetadata_;
+    bool generateFFP_;
 };
 
 } // namespace quav

@@ -16,6 +16,9 @@ public:
     void startTask() override;
 
 protected:
+    /// The file that receives the output.
+    const QString& fileName() const { return fileName_; }
+
     void cleanup() override;
     void finalCleanup() override;
 

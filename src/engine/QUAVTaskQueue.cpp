@@ -188,12 +188,13 @@ void QUAVTaskQueue::tidyRows() {
 void QUAVTaskQueue::showResults(const QUAVTask& task) {
     const auto& results = task.results();
     if (results && results->taskSetDone() && results->hasResults()) {
-        showOutputWindow(results->results(), task.title());
+        showOutputWindow(results->results(), task.title(), results->verdicts());
     }
 }
 
-void QUAVTaskQueue::showOutputWindow(const QString& text, const QString& title) {
-    Q_EMIT outputWindowRequested(text, title.isEmpty() ? tr("Output") : title);
+void QUAVTaskQueue::showOutputWindow(const QString& text, const QString& title,
+                                     const Verdicts& verdicts) {
+    Q_EMIT outputWindowRequested(text, title.isEmpty() ? tr("Output") : title, verdicts);
 }
 
 void QUAVTaskQueue::removeAllErrors() {
@@ -204,6 +205,12 @@ void QUAVTaskQueue::removeAllErrors() {
         Q_EMIT panelClosed();
     }
     setTaskNumberInDock();
+}
+
+int QUAVTaskQueue::toolsAtOnce() const {
+    const std::lock_guard lock(lock_);
+    const int others = std::max(0, static_cast<int>(taskArray_.size()) - 1);
+    return std::max(1, maxThreads_ - others);
 }
 
 int QUAVTaskQueue::taskCount() const {

@@ -4,6 +4,7 @@
 #include "engine/QUAVTask.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRowsModel.h"
+#include "engine/Verdict.h"
 
 #include <QObject>
 #include <QString>
@@ -77,14 +78,16 @@ public:
     void rowChanged(const QUAVTask& task) override;
     MainThread& mainThread() override { return mainThread_; }
     const ToolsFolder& toolsFolder() const override { return tools_; }
+    int toolsAtOnce() const override;
 
 Q_SIGNALS:
     /// The status panel is to be brought to the front.
     void panelShown();
     void panelClosed();
     void scrolledToRow(int row);
-    /// A report is to be shown in a window of its own.
-    void outputWindowRequested(const QString& text, const QString& title);
+    /// A report is to be shown in a window of its own, with what it says of files as data.
+    void outputWindowRequested(const QString& text, const QString& title,
+                               const quav::Verdicts& verdicts);
     /// A task was added, started or completed.
     void countsChanged();
     void taskFinished(const std::shared_ptr<quav::QUAVTask>& task);
@@ -100,7 +103,7 @@ private:
     void removeCompleted(const std::shared_ptr<QUAVTask>& task);
     void tidyRows();
     void showResults(const QUAVTask& task);
-    void showOutputWindow(const QString& text, const QString& title);
+    void showOutputWindow(const QString& text, const QString& title, const Verdicts& verdicts);
     void setTaskNumberInDock();
     void noteEnd(const QUAVTask& task);
     double runningWeight() const;

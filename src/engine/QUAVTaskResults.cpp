@@ -1,19 +1,24 @@
 #include "engine/QUAVTaskResults.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace quav {
 
-QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) {
+const QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) const {
     const auto found = std::find_if(members_.begin(), members_.end(),
                                     [&](const Member& member) { return member.task == &task; });
     return found == members_.end() ? nullptr : &*found;
 }
 
+QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) {
+    return const_cast<Member*>(std::as_const(*this).find(task));
+}
+
 void QUAVTaskResults::addTaskInSet(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
-    members_.push_back({&task, {}, false});
+    members_.push_back({&task, {}, {}, false});
 }
 
 bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
@@ -92,9 +97,30 @@ QString QUAVTaskResults::results() const {
 
 QString QUAVTaskResults::resultsOf(const QUAVTask& task) const {
     const std::lock_guard lock(resultsLock_);
-    const auto found = std::find_if(members_.begin(), members_.end(),
-                                    [&](const Member& member) { return member.task == &task; });
-    return found == members_.end() ? QString() : found->text;
+    const Member* member = find(task);
+    return member ? member->text : QString();
+}
+
+void QUAVTaskResults::appendVerdicts(Verdicts verdicts, const QUAVTask& task) {
+    const std::lock_guard lock(resultsLock_);
+    if (Member* member = find(task)) {
+        std::move(verdicts.begin(), verdicts.end(), std::back_inserter(member->verdicts));
+    }
+}
+
+Verdicts QUAVTaskResults::verdicts() const {
+    const std::lock_guard lock(resultsLock_);
+    Verdicts all;
+    for (const Member& member : members_) {
+        all.insert(all.end(), member.verdicts.begin(), member.verdicts.end());
+    }
+    return all;
+}
+
+Verdicts QUAVTaskResults::verdictsOf(const QUAVTask& task) const {
+    const std::lock_guard lock(resultsLock_);
+    const Member* member = find(task);
+    return member ? member->verdicts : Verdicts();
 }
 
 } // namespace quav

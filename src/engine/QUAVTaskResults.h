@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/Verdict.h"
+
 #include <QString>
 
 #include <memory>
@@ -49,14 +51,23 @@ public:
     /// The text of one member alone.
     QString resultsOf(const QUAVTask& task) const;
 
+    /// What one member has found out about files, beside its text.
+    void appendVerdicts(Verdicts verdicts, const QUAVTask& task);
+
+    /// The verdicts of all members, in the order of registration.
+    Verdicts verdicts() const;
+    Verdicts verdictsOf(const QUAVTask& task) const;
+
 private:
     struct Member {
         const QUAVTask* task;
         QString text;
+        Verdicts verdicts;
         bool stopped = false;
     };
 
     Member* find(const QUAVTask& task);
+    const Member* find(const QUAVTask& task) const;
 
     mutable std::mutex resultsLock_;
     std::vector<Member> members_;

@@ -28,6 +28,10 @@ public:
 
     virtual MainThread& mainThread() = 0;
     virtual const ToolsFolder& toolsFolder() const = 0;
+
+    /// How many tools a running task may have side by side: as many as nobody else needs, and one
+    /// at least. Any thread.
+    virtual int toolsAtOnce() const = 0;
 };
 
 } // namespace quav

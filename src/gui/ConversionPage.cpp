@@ -10,14 +10,6 @@ namespace quav {
 ConversionPage::ConversionPage(ConversionTab& tab, QWidget* parent)
     : TabPage(tab, parent), tab_(tab) {}
 
-QCheckBox* ConversionPage::addCheckBox(QVBoxLayout* group, const QString& text,
-                                       const QString& toolTip) {
-    auto* box = new QCheckBox(text, this);
-    box->setToolTip(toolTip);
-    group->addWidget(box);
-    return box;
-}
-
 void ConversionPage::addOutputGroup() {
     QVBoxLayout* output = addOptionGroup(tr("Output"));
     beside_ = addCheckBox(output, tr("&Beside the source files"),

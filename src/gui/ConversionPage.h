@@ -21,9 +21,6 @@ protected:
     QString destinationText() const override;
     void showOptions() override;
 
-    /// A check box of an option group.
-    QCheckBox* addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip);
-
     /// "…" after the text of a button that is going to ask something first.
     QString ellipsis() const;
 

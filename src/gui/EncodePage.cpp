@@ -61,6 +61,11 @@ void EncodePage::addFlacGroup() {
         addCheckBox(flac, tr("&Keep foreign metadata"),
                     tr("Store the chunks of the WAV or AIFF file that are no audio "
                        "(flac --keep-foreign-metadata)"));
+    generateFFP_ =
+        addCheckBox(flac, tr("&Write fingerprint file"),
+                    tr("Afterwards write a file with the fingerprints of all outputs into each "
+                       "output folder (metaflac --show-md5)"));
+    connect(generateFFP_, &QCheckBox::clicked, &tab_, &EncodeTab::setGenerateFFP);
     connect(verify_, &QCheckBox::clicked, &tab_, &EncodeTab::setFlacVerify);
     connect(lax_, &QCheckBox::clicked, &tab_, &EncodeTab::setFlacLax);
     connect(keepForeignMetadata_, &QCheckBox::clicked, &tab_,
@@ -82,6 +87,7 @@ void EncodePage::showOptions() {
     levelNumber_->setEnabled(!tab_.flacLax());
     verify_->setChecked(tab_.flacVerify());
     lax_->setChecked(tab_.flacLax());
+    generateFFP_->setChecked(tab_.generateFFP());
     keepForeignMetadata_->setChecked(tab_.flacKeepForeignMetadata());
 }
 

@@ -32,6 +32,7 @@ private:
     QCheckBox* verify_ = nullptr;
     QCheckBox* lax_ = nullptr;
     QCheckBox* keepForeignMetadata_ = nullptr;
+    QCheckBox* generateFFP_ = nullptr;
 };
 
 } // namespace quav

@@ -89,9 +89,11 @@ std::optional<QString> GuiPrompts::chooseFolder(const QString& title) {
     return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());
 }
 
-std::optional<QString> GuiPrompts::chooseSavePath(const QString& title, const QString& directory) {
+std::optional<QString> GuiPrompts::chooseSavePath(const QString& title, const QString& directory,
+                                                  const QString& name) {
     QFileDialog dialog(dialogParent(), title, directory);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(name);
     const QStringList chosen = run(dialog);
     return chosen.isEmpty() ? std::nullopt : std::optional(chosen.first());
 }

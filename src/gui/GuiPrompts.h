@@ -23,7 +23,8 @@ public:
     bool confirm(const Question& question) override;
     QStringList chooseFiles(const QString& title, const QString& confirmButton) override;
     std::optional<QString> chooseFolder(const QString& title) override;
-    std::optional<QString> chooseSavePath(const QString& title, const QString& directory) override;
+    std::optional<QString> chooseSavePath(const QString& title, const QString& directory,
+                                          const QString& name) override;
     std::optional<QString> askForLine(const QString& title, const QString& message,
                                       const QString& initial) override;
 

@@ -2,6 +2,7 @@
 
 #include "app/FileKinds.h"
 #include "gui/AboutPage.h"
+#include "gui/ChecksumPage.h"
 #include "gui/DecodePage.h"
 #include "gui/DroppedFiles.h"
 #include "gui/EncodePage.h"
@@ -72,6 +73,13 @@ QWidget* MainWindow::makePage(const QString& label) {
     }
     if (label == tabs::encode) {
         return new EncodePage(workbench_.encodeTab());
+    }
+    if (label == tabs::checksum) {
+        ChecksumTab& tab = workbench_.checksumTab();
+        connect(&tab, &ChecksumTab::fingerprintsWritten, this, [this](const QString& path) {
+            statusBar()->showMessage(tr("Saved %1").arg(path));
+        });
+        return new ChecksumPage(tab);
     }
     if (label == tabs::about) {
         return new AboutPage;

@@ -5,6 +5,8 @@
 #include <QCloseEvent>
 #include <QDialogButtonBox>
 #include <QFont>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSaveFile>
@@ -33,7 +35,8 @@ QString withoutLineEnds(QString title) {
 } // namespace
 
 OutputWindow::OutputWindow(UserPrompts& prompts, QWidget* parent)
-    : QWidget(parent, Qt::Window), prompts_(prompts), view_(new QPlainTextEdit(this)) {
+    : QWidget(parent, Qt::Window), prompts_(prompts), view_(new QPlainTextEdit(this)),
+      counts_(new QLabel(this)), onlyFailures_(new QPushButton(tr("Only the &failures"), this)) {
     view_->setReadOnly(true);
     view_->setLineWrapMode(QPlainTextEdit::NoWrap);
     view_->setFont(fixedPitchFont());
@@ -42,9 +45,18 @@ OutputWindow::OutputWindow(UserPrompts& prompts, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Close, this);
     buttons->button(QDialogButtonBox::Save)->setToolTip(tr("Save this text as a file (Ctrl+S)"));
     buttons->button(QDialogButtonBox::Close)->setToolTip(tr("Close this window (Ctrl+W)"));
+    counts_->hide();
+    onlyFailures_->hide();
+    onlyFailures_->setCheckable(true);
+    onlyFailures_->setToolTip(tr("Show only the files that are not in order, and why"));
+    auto* row = new QHBoxLayout;
+    row->addWidget(counts_);
+    row->addWidget(onlyFailures_);
+    row->addWidget(buttons);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(view_);
-    layout->addWidget(buttons);
+    layout->addLayout(row);
+    connect(onlyFailures_, &QPushButton::toggled, this, &OutputWindow::showFailures);
 
     connect(buttons, &QDialogButtonBox::accepted, this, &OutputWindow::save);
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
@@ -57,8 +69,26 @@ OutputWindow::OutputWindow(UserPrompts& prompts, QWidget* parent)
 }
 
 void OutputWindow::setTextValue(const QString& text, const QString& title) {
+    text_ = text;
     view_->setPlainText(text);
     setWindowTitle(withoutLineEnds(title));
+}
+
+void OutputWindow::setVerdicts(const Verdicts& verdicts) {
+    const VerdictCounts counts(verdicts);
+    counts_->setText(counts.text());
+    counts_->setVisible(!verdicts.empty());
+    onlyFailures_->setVisible(!counts.allOk());
+    failures_.clear();
+    for (const Verdict& verdict : verdicts) {
+        if (verdict.kind != Verdict::Kind::Ok) {
+            failures_ += sentence(verdict) + u'\n';
+        }
+    }
+}
+
+void OutputWindow::showFailures(bool only) {
+    view_->setPlainText(only ? failures_ : text_);
 }
 
 QString OutputWindow::text() const {
@@ -71,7 +101,7 @@ void OutputWindow::closeEvent(QCloseEvent* event) {
 }
 
 void OutputWindow::save() {
-    const auto path = prompts_.chooseSavePath(tr("Save the text"), {});
+    const auto path = prompts_.chooseSavePath(tr("Save the text"), {}, {});
     if (!path) {
         return;
     }

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "engine/Verdict.h"
+
 #include <QString>
 #include <QWidget>
 
+class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace quav {
 
@@ -19,6 +23,10 @@ public:
     void setTextValue(const QString& text, const QString& title);
     QString text() const;
 
+    /// What the text says of files, as data: counted in a line below it, with a button that shows
+    /// only the failures.
+    void setVerdicts(const Verdicts& verdicts);
+
 Q_SIGNALS:
     void closed();
 
@@ -27,9 +35,14 @@ protected:
 
 private:
     void save();
+    void showFailures(bool only);
 
     UserPrompts& prompts_;
     QPlainTextEdit* view_;
+    QLabel* counts_;
+    QPushButton* onlyFailures_;
+    QString text_;
+    QString failures_;
 };
 
 } // namespace quav

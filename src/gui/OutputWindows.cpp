@@ -29,12 +29,13 @@ QPoint OutputWindows::nextTopLeft(const OutputWindow& window) const {
     return screen.contains(QRect(next, window.size())) ? next : first;
 }
 
-void OutputWindows::show(const QString& text, const QString& title) {
+void OutputWindows::show(const QString& text, const QString& title, const Verdicts& verdicts) {
     if (ending_) {
         return;
     }
     auto window = std::make_unique<OutputWindow>(prompts_);
     window->setTextValue(text, title);
+    window->setVerdicts(verdicts);
     outputWindowTopLeft_ = nextTopLeft(*window);
     window->move(*outputWindowTopLeft_);
     connect(window.get(), &OutputWindow::closed, this,

@@ -21,7 +21,8 @@ class OutputWindows : public QObject {
 public:
     explicit OutputWindows(UserPrompts& prompts, QObject* parent = nullptr);
 
-    void show(const QString& text, const QString& title);
+    /// The verdicts are what the text says of files, if it does.
+    void show(const QString& text, const QString& title, const Verdicts& verdicts = {});
 
     /// From now on texts are let go: the program is about to end.
     void showNoMore() { ending_ = true; }

@@ -4,10 +4,12 @@
 #include "gui/FileListView.h"
 #include "platform/ClockText.h"
 
+#include <QCheckBox>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -100,6 +102,21 @@ QVBoxLayout* TabPage::addOptionGroup(const QString& title) {
 
 void TabPage::addOptionGroup(QGroupBox* group) {
     options_->insertWidget(options_->count() - 1, group);
+}
+
+QCheckBox* TabPage::addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip) {
+    auto* box = new QCheckBox(text, this);
+    box->setToolTip(toolTip);
+    group->addWidget(box);
+    return box;
+}
+
+QRadioButton* TabPage::addRadioButton(QVBoxLayout* group, const QString& text,
+                                      const QString& toolTip) {
+    auto* button = new QRadioButton(text, this);
+    button->setToolTip(toolTip);
+    group->addWidget(button);
+    return button;
 }
 
 void TabPage::showOptions() {}

@@ -5,9 +5,11 @@
 #include <QString>
 #include <QWidget>
 
+class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QPushButton;
+class QRadioButton;
 class QVBoxLayout;
 
 namespace quav {
@@ -26,6 +28,10 @@ protected:
     /// A group of options below those already there.
     QVBoxLayout* addOptionGroup(const QString& title);
     void addOptionGroup(QGroupBox* group);
+
+    /// A check box of an option group.
+    QCheckBox* addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip);
+    QRadioButton* addRadioButton(QVBoxLayout* group, const QString& text, const QString& toolTip);
 
     /// What the action button reads for so many files.
     virtual QString actionText(int files) const = 0;

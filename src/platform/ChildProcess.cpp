@@ -145,6 +145,13 @@ QByteArray readFrom(const FileDescriptor& descriptor, qsizetype most) {
     return bytes;
 }
 
+/// Returns when the child has ended; its status is still there to be taken.
+void waitForEnd(pid_t pid) {
+    siginfo_t info;
+    while (waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+    }
+}
+
 /// Takes the exit status of a child that has ended, or waits for its end.
 int reap(pid_t pid) {
     int status = 0;
@@ -228,18 +235,46 @@ void ChildProcess::terminate() {
     }
 }
 
-tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command) {
+void RunningChildren::signal(int number) {
+    const std::lock_guard lock(mutex_);
+    for (const pid_t child : children_) {
+        kill(child, number);
+    }
+}
+
+void RunningChildren::entered(pid_t child) {
+    const std::lock_guard lock(mutex_);
+    children_.push_back(child);
+}
+
+void RunningChildren::left(pid_t child) {
+    const std::lock_guard lock(mutex_);
+    std::erase(children_, child);
+}
+
+tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren& running,
+                                    const std::function<void(const QByteArray&)>& outputArrived) {
     const auto started = spawn(command);
     if (!started) {
         return tl::make_unexpected(started.error());
     }
-    QByteArray all;
+    running.entered(started->pid);
     for (QByteArray bytes = readFrom(started->output, readBytes); !bytes.isEmpty();
          bytes = readFrom(started->output, readBytes)) {
-        all += bytes;
+        outputArrived(bytes);
     }
-    reap(started->pid);
-    return all;
+    // Before it is reaped, since its number may then be somebody else's.
+    waitForEnd(started->pid);
+    running.left(started->pid);
+    return reap(started->pid);
+}
+
+tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command) {
+    RunningChildren running;
+    QByteArray all;
+    const auto status =
+        runToEnd(command, running, [&all](const QByteArray& bytes) { all += bytes; });
+    return status ? tl::expected<QByteArray, QString>(all) : tl::make_unexpected(status.error());
 }
 
 } // namespace quav

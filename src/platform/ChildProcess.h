@@ -11,7 +11,10 @@
 #include <sys/types.h>
 #include <tl/expected.hpp>
 
+#include <functional>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 class QSocketNotifier;
 
@@ -77,8 +80,27 @@ private:
     std::unique_ptr<QSocketNotifier> exitNotifier_;
 };
 
-/// Runs a command to its end on the calling thread, which may be any thread, and returns all that
-/// it printed on either stream; the error says why it could not be started.
+/// The children that `runToEnd` runs for one owner, so that another thread can end them.
+class RunningChildren {
+public:
+    /// Sends the signal to every child that runs now.
+    void signal(int number);
+
+    void entered(pid_t child);
+    void left(pid_t child);
+
+private:
+    std::mutex mutex_;
+    std::vector<pid_t> children_;
+};
+
+/// Runs a command to its end on the calling thread, which may be any thread, and hands over what it
+/// prints on either stream as it comes. Gives the exit status, as `ChildProcess::ended` does; the
+/// error says why it could not be started.
+tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren& running,
+                                    const std::function<void(const QByteArray&)>& outputArrived);
+
+/// The same for whoever wants all of the output at once and nothing else.
 tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command);
 
 } // namespace quav

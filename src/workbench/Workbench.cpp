@@ -14,12 +14,14 @@ Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& 
       queue_(settings, desktop, tools_, mainThread_, notifications_), services_{settings, prompts,
                                                                                 desktop, tools_,
                                                                                 queue_},
-      decodeTab_(services_), encodeTab_(services_), controller_(services_) {
+      decodeTab_(services_), encodeTab_(services_), checksumTab_(services_),
+      controller_(services_) {
     expectChildren();
     silenceAudioLibrary();
     TagLibTagsHelper::initialise();
     controller_.addTab(decodeTab_);
     controller_.addTab(encodeTab_);
+    controller_.addTab(checksumTab_);
 }
 
 } // namespace quav

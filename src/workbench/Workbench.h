@@ -2,6 +2,7 @@
 
 #include "app/QUAVController.h"
 #include "app/Services.h"
+#include "checksums/ChecksumTab.h"
 #include "codecs/DecodeTab.h"
 #include "codecs/EncodeTab.h"
 #include "engine/Notifications.h"
@@ -23,6 +24,7 @@ public:
     const ToolsFolder& tools() const { return tools_; }
     DecodeTab& decodeTab() { return decodeTab_; }
     EncodeTab& encodeTab() { return encodeTab_; }
+    ChecksumTab& checksumTab() { return checksumTab_; }
 
 private:
     ToolsFolder tools_;
@@ -32,6 +34,7 @@ private:
     Services services_;
     DecodeTab decodeTab_;
     EncodeTab encodeTab_;
+    ChecksumTab checksumTab_;
     QUAVController controller_;
 };
 

@@ -23,7 +23,8 @@ public:
 
     std::function<void()> beforeAnswer; ///< what happens while a question is open
 
-    QStringList alerts; ///< titles
+    QStringList saveDialogs; ///< title, folder and name of each
+    QStringList alerts;      ///< titles
     QStringList alertMessages;
     QStringList delayedAlerts;
     std::chrono::milliseconds lastDelay{0};
@@ -55,8 +56,9 @@ public:
         return next(folders).value_or(std::nullopt);
     }
 
-    std::optional<QString> chooseSavePath(const QString& /*title*/,
-                                          const QString& /*directory*/) override {
+    std::optional<QString> chooseSavePath(const QString& title, const QString& directory,
+                                          const QString& name) override {
+        saveDialogs << QStringLiteral("%1 | %2 | %3").arg(title, directory, name);
         return savePath;
     }
 

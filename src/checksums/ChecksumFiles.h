@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+
+namespace quav {
+
+class Settings;
+class UserPrompts;
+struct Verdict;
+
+/// The three kinds of checksum files.
+enum class ChecksumKind {
+    Md5, ///< MD5 of whole files, one line each: digest, " *", name
+    St5, ///< MD5 of the audio alone, as shntool prints it: digest, "  [shntool]  ", name
+    Ffp, ///< FLAC fingerprints, the audio's MD5 as STREAMINFO has it: name, ":", digest
+};
+
+/// What all three have in common when they are written: UTF-8 text that begins with a comment.
+namespace checksumfiles {
+
+/// The comment that a file begins with, and the empty line below it; the date is given with the
+/// zone's distance from UTC, "2013-05-04 17:21:09 +0000". ST5 entries bring a line break each, so
+/// there the empty line is not yet complete.
+QString header(ChecksumKind kind, const QDateTime& date);
+
+/// The title of the kind as users know it: "MD5", "ST5", "FFP".
+QString title(ChecksumKind kind);
+
+/// "md5sum.md5", "checksum.st5", "fingerprint.ffp.txt", the last by the setting `ffpExtension`.
+QString fixedName(ChecksumKind kind, const Settings& settings);
+
+/// The path of a checksum file in a folder: under the fixed name, or under the folder's own name
+/// where the setting `checksumFileUsesOutputDirName` says so.
+QString pathIn(const QString& folder, ChecksumKind kind, const Settings& settings);
+
+/// Replaces the file as a whole. Throws std::runtime_error, with a sentence that names it.
+void write(const QString& path, const QString& text);
+
+/// True when there is a file that this program has not written, so that replacing it would lose
+/// what somebody else has made.
+bool isForeign(const QString& path);
+
+/// Asks before a foreign file is replaced; true when it may be, or when there is none.
+bool mayReplace(const QString& path, UserPrompts& prompts);
+
+/// YES when every path's folder is that of the first one.
+bool areAllSameDirectory(const QStringList& paths);
+
+/// True when none of a list's readers could find a file of this name again: a line break ends the
+/// entry, and blanks at its ends are taken off.
+bool isUnfitName(const QString& name);
+
+/// The verdict on a file that could not be read, with the system's reason.
+Verdict unreadable(const QString& list, const QString& file, int errorNumber);
+
+} // namespace checksumfiles
+
+} // namespace quav

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "app/BaseTab.h"
+#include "checksums/ChecksumList.h"
+#include "engine/Verdict.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quav {
+
+class CreateMD5Task;
+class CreateST5Task;
+class QUAVTask;
+class QUAVTaskQueue;
+class QUAVTaskResults;
+class VerifyListTask;
+
+/// Tests compressed files, writes checksum files and verifies them.
+class ChecksumTab : public BaseTab {
+    Q_OBJECT
+
+public:
+    /// The rows of the choice of commands.
+    enum class Command { Test, Create, Verify };
+
+    explicit ChecksumTab(const Services& services);
+
+    Command commandOptions() const { return command_; }
+    void setCommandOptions(Command command);
+
+    /// The kind of checksum file to create.
+    ChecksumKind createChecksumOptions() const { return kind_; }
+    void setCreateChecksumOptions(ChecksumKind kind);
+
+    /// Whether checksum files are saved beside the files, without asking for a path.
+    bool sourceSaveButton() const { return sourceSave_; }
+    void setSourceSaveButton(bool on);
+
+    /// Whether lists are read that are spelled or named in other ways than our own.
+    bool acceptOtherSpellings() const { return acceptOtherSpellings_; }
+    void setAcceptOtherSpellings(bool on);
+
+    /// The options for creating are there only while that is chosen, those for reading only with
+    /// verifying.
+    void displayRelevantOptions() override;
+    bool createOptionsShown() const { return command_ == Command::Create; }
+    bool readingOptionsShown() const { return command_ == Command::Verify; }
+
+    CommandOutcome executeCommand() override;
+
+    /// Whether the chosen command does anything with a file. May read its beginning.
+    bool hasUseFor(const QString& path) const;
+
+    /// The task for an MD5 file over the files; none when the user cancelled.
+    std::shared_ptr<CreateMD5Task> createMD5(const QStringList& files, QUAVTaskQueue& queue,
+                                             bool sourceSave);
+    /// The same for an ST5 file.
+    std::shared_ptr<CreateST5Task> createST5(const QStringList& files, QUAVTaskQueue& queue,
+                                             bool sourceSave);
+
+    /// One entry of a fingerprint file.
+    QString fingerprint(const QString& path) const;
+
+    static bool areAllSameDirectory(const QStringList& paths);
+
+    std::shared_ptr<QUAVTask> verifyFlac(const QString& path,
+                                         const std::shared_ptr<QUAVTaskResults>& results,
+                                         QUAVTaskQueue& queue) const;
+    std::shared_ptr<QUAVTask> verifyAPE(const QString& path,
+                                        const std::shared_ptr<QUAVTaskResults>& results,
+                                        QUAVTaskQueue& queue) const;
+    std::shared_ptr<QUAVTask> verifyWavepack(const QString& path,
+                                             const std::shared_ptr<QUAVTaskResults>& results,
+                                             QUAVTaskQueue& queue) const;
+    std::shared_ptr<QUAVTask> verifyTTA(const QString& path,
+                                        const std::shared_ptr<QUAVTaskResults>& results,
+                                        QUAVTaskQueue& queue) const;
+
+Q_SIGNALS:
+    /// A fingerprint file was written. The verdicts are only of files that gave no fingerprint.
+    void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts);
+
+private:
+    checksumlist::Reading reading() const;
+
+    using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
+
+    CommandOutcome test();
+    CommandOutcome create();
+    CommandOutcome createFFP(const QStringList& files);
+    CommandOutcome verify();
+    CommandOutcome queueOne(const std::shared_ptr<QUAVTask>& task);
+    CommandOutcome queueSet(const Tasks& tasks, const std::shared_ptr<QUAVTaskResults>& results);
+    std::shared_ptr<QUAVTask> testOf(const QString& path,
+                                     const std::shared_ptr<QUAVTaskResults>& results) const;
+    std::shared_ptr<VerifyListTask>
+    verificationOf(const QString& path, ChecksumKind kind,
+                   const std::shared_ptr<QUAVTaskResults>& results) const;
+    std::optional<QString> choosePath(const QStringList& files, ChecksumKind kind, bool beside);
+    bool hasTools(const QStringList& names);
+    void writeFingerprints(const QStringList& files, const QString& path);
+
+    Command command_ = Command::Test;
+    ChecksumKind kind_ = ChecksumKind::Md5;
+    bool sourceSave_ = false;
+    bool acceptOtherSpellings_ = false;
+};
+
+} // namespace quav

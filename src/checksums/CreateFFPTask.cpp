@@ -1,0 +1,119 @@
+#include "checksums/CreateFFPTask.h"
+
+#include "checksums/ChecksumFiles.h"
+#include "checksums/Fingerprint.h"
+#include "engine/QUAVTaskResults.h"
+#include "engine/ToolsFolder.h"
+#include "platform/OrderedWork.h"
+#include "platform/PathNames.h"
+#include "platform/Settings.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <stdexcept>
+
+namespace quav {
+
+namespace {
+
+void take(FingerprintText& result, const QString& ffpFile, const QString& file,
+          const QString& entry) {
+    result.text += entry;
+    if (fingerprint::isComplaint(entry)) {
+        const bool isThere = QFileInfo::exists(file);
+        result.verdicts.push_back({ffpFile,
+                                   file,
+                                   isThere ? Verdict::Kind::Unreadable : Verdict::Kind::Missing,
+                                   {},
+                                   {},
+                                   entry.section(u'\n', 0, 0)});
+        result.warnings
+            << CreateFFPTask::tr("“%1” has no entry but what metaflac said of it").arg(file);
+    } else if (fingerprint::isUnset(entry)) {
+        result.warnings << CreateFFPTask::tr(
+                               "“%1” has no fingerprint: its encoder left it at zeros, so nothing "
+                               "can be checked against it. Encode it anew to get one.")
+                               .arg(file);
+    } else if (checksumfiles::isUnfitName(lastPathComponent(file)) ||
+               lastPathComponent(file).contains(u':')) {
+        result.warnings
+            << CreateFFPTask::tr("“%1” cannot be found again by its name in the list").arg(file);
+    }
+}
+
+} // namespace
+
+CreateFFPTask::CreateFFPTask(TaskHost& queue, const QMap<QString, QStringList>& files,
+                             const QString& ffpName, const Settings& settings)
+    : BackgroundTask(queue), dictByOutputDir_(files), ffpName_(ffpName), settings_(settings) {
+    setTitle(tr("Create FFP checksum file"));
+}
+
+QString CreateFFPTask::fingerprint(const ToolsFolder& tools, const QString& path) {
+    return fingerprint::entry(tools, path);
+}
+
+FingerprintText CreateFFPTask::textOver(const QStringList& files, const QString& ffpFile,
+                                        const ToolsFolder& tools, int maxThreads,
+                                        const std::function<bool(qsizetype)>& taken) {
+    const QString metaflac = QStringLiteral("metaflac");
+    if (!tools.has(metaflac)) {
+        throw std::runtime_error(tools.whatIsMissing(metaflac).toStdString());
+    }
+    FingerprintText result;
+    result.text = checksumfiles::header(ChecksumKind::Ffp, QDateTime::currentDateTime());
+    OrderedWork<QString>::run(
+        static_cast<size_t>(files.size()), maxThreads,
+        [&](size_t index) { return fingerprint(tools, files[static_cast<qsizetype>(index)]); },
+        [&](size_t at, const QString& entry) {
+            const auto index = static_cast<qsizetype>(at);
+            take(result, ffpFile, files[index], entry);
+            return taken(index);
+        });
+    return result;
+}
+
+void CreateFFPTask::doStartTask() {
+    showProgress(tr("Creating FFP checksum file"), 0);
+    for (auto folder = dictByOutputDir_.cbegin();
+         folder != dictByOutputDir_.cend() && !stopRequested(); ++folder) {
+        doCreateFFP(folder.value(), folder.key());
+    }
+}
+
+void CreateFFPTask::doCreateFFP(const QStringList& files, const QString& outputDir) {
+    // After a batch that came to nothing, an earlier list must not give way to one of complaints.
+    const bool anyThere = std::any_of(files.begin(), files.end(),
+                                      [](const QString& file) { return QFileInfo::exists(file); });
+    if (!anyThere) {
+        return;
+    }
+    const bool named = settings_.boolean(keys::checksumFileUsesOutputDirName);
+    const QString path = named ? checksumfiles::pathIn(outputDir, ChecksumKind::Ffp, settings_)
+                               : joinPath(outputDir, ffpName_);
+    FingerprintText made =
+        textOver(files, path, queue().toolsFolder(), queue().toolsAtOnce(), [&](qsizetype index) {
+            constexpr double whole = 100;
+            setTextFieldString(lastPathComponent(files[index]));
+            push(MainLine);
+            showProgress(tr("Creating FFP checksum file"), static_cast<double>(index + 1) * whole /
+                                                               static_cast<double>(files.size()));
+            return !stopRequested();
+        });
+    if (stopRequested()) {
+        return;
+    }
+    for (const QString& warning : made.warnings) {
+        addWarning(warning);
+    }
+    results()->appendVerdicts(std::move(made.verdicts), *this);
+    checksumfiles::write(path, made.text);
+}
+
+void CreateFFPTask::beforeEnd() {
+    results()->setHasResults(error());
+}
+
+} // namespace quav

@@ -1,0 +1,74 @@
+#include "checksums/CreateMD5Task.h"
+
+#include "checksums/ChecksumFiles.h"
+#include "checksums/FileHash.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/PathNames.h"
+
+namespace quav {
+
+CreateMD5Task::CreateMD5Task(TaskHost& queue, const QStringList& files, const QString& outputPath)
+    : BackgroundTask(queue), fileNames_(files), outputPath_(outputPath) {
+    setTitle(tr("Create MD5 checksum file"));
+}
+
+bool CreateMD5Task::areAllSameDirectory(const QStringList& paths) {
+    return checksumfiles::areAllSameDirectory(paths);
+}
+
+QString CreateMD5Task::nameFromFolder(const QString& file, const QString& folder) {
+    const QString inside = joinPath(folder, {});
+    const bool isDeeper = file.startsWith(inside) && folderOf(file) != folder;
+    return isDeeper ? u'/' + file.mid(inside.size()) : lastPathComponent(file);
+}
+
+void CreateMD5Task::doStartTask() {
+    showProgress(tr("Creating MD5 checksum file"), 0);
+    doCreateMd5();
+}
+
+void CreateMD5Task::doCreateMd5() {
+    QString text = checksumfiles::header(ChecksumKind::Md5, QDateTime::currentDateTime());
+    const bool inOneFolder = areAllSameDirectory(fileNames_);
+    const QString folder = folderOf(outputPath_);
+    Verdicts verdicts;
+    FileHash::md5HashesOfFilesAtPaths(
+        fileNames_,
+        [&](qsizetype index, const FileHash::Digest& digest) {
+            const QString& file = fileNames_[index];
+            const QString fileName = lastPathComponent(file);
+            const QString name = inOneFolder ? fileName : nameFromFolder(file, folder);
+            setTextFieldString(fileName);
+            push(MainLine);
+            constexpr double whole = 100;
+            showProgress(tr("Creating MD5 Hash"), static_cast<double>(index + 1) * whole /
+                                                      static_cast<double>(fileNames_.size()));
+            text += QStringLiteral("%1 *%2\n").arg(digest.value_or(QStringLiteral("(null)")), name);
+            if (!digest) {
+                verdicts.push_back(
+                    checksumfiles::unreadable(outputPath_, file, digest.error().code));
+                addWarning(tr("“%1” could not be read: %2")
+                               .arg(file, qt_error_string(digest.error().code)));
+            } else if (checksumfiles::isUnfitName(name)) {
+                addWarning(tr("“%1” cannot be found again by its name in the list").arg(file));
+            }
+        },
+        [this] { return stopRequested(); });
+    if (stopRequested()) {
+        return;
+    }
+    if (fileNames_.contains(outputPath_)) {
+        addWarning(tr("“%1” is itself in the list, as it was before").arg(outputPath_));
+    }
+    setTopTextFieldString({});
+    push(StatusLine);
+    results()->appendVerdicts(std::move(verdicts), *this);
+    checksumfiles::write(outputPath_, text);
+}
+
+void CreateMD5Task::beforeEnd() {
+    // The list is the result; there is nothing more to read, unless something went wrong.
+    results()->setHasResults(error());
+}
+
+} // namespace quav

@@ -1,0 +1,124 @@
+#include "checksums/FileHash.h"
+
+#include "checksums/FileMd5Lanes.h"
+#include "platform/RegularFile.h"
+
+#include <QByteArray>
+
+#include <array>
+#include <md5.h>
+#include <memory>
+#include <sha1.h>
+#include <sha2.h>
+#include <vector>
+
+namespace quav {
+
+namespace {
+
+// Large enough that the calls cost nothing, small enough to stay in the processor's cache.
+constexpr std::size_t readBytes = std::size_t(256) * 1024;
+
+constexpr std::size_t longestDigest = SHA512_DIGEST_LENGTH;
+
+QString hexadecimal(std::span<const std::uint8_t> digest) {
+    return QString::fromLatin1(QByteArray::fromRawData(reinterpret_cast<const char*>(digest.data()),
+                                                       static_cast<qsizetype>(digest.size()))
+                                   .toHex());
+}
+
+FileHash::ComputationContext md5() {
+    const auto state = std::make_shared<MD5_CTX>();
+    return {[state] { MD5Init(state.get()); },
+            [state](const std::uint8_t* bytes, std::size_t count) {
+                MD5Update(state.get(), bytes, count);
+            },
+            [state](std::uint8_t* digest) { MD5Final(digest, state.get()); }, MD5_DIGEST_LENGTH};
+}
+
+FileHash::ComputationContext sha1() {
+    const auto state = std::make_shared<SHA1_CTX>();
+    return {[state] { SHA1Init(state.get()); },
+            [state](const std::uint8_t* bytes, std::size_t count) {
+                SHA1Update(state.get(), bytes, count);
+            },
+            [state](std::uint8_t* digest) { SHA1Final(digest, state.get()); }, SHA1_DIGEST_LENGTH};
+}
+
+FileHash::ComputationContext sha512() {
+    const auto state = std::make_shared<SHA2_CTX>();
+    return {[state] { SHA512Init(state.get()); },
+            [state](const std::uint8_t* bytes, std::size_t count) {
+                SHA512Update(state.get(), bytes, count);
+            },
+            [state](std::uint8_t* digest) { SHA512Final(digest, state.get()); },
+            SHA512_DIGEST_LENGTH};
+}
+
+/// None when it was cancelled.
+std::optional<FileHash::Digest> digestOf(const QString& path,
+                                         const FileHash::ComputationContext& context,
+                                         const FileHash::Cancelled& cancelled) {
+    auto file = RegularFile::open(path);
+    if (!file) {
+        return tl::make_unexpected(FileHash::Error{file.error()});
+    }
+    std::vector<std::uint8_t> buffer(readBytes);
+    context.init();
+    while (!cancelled()) {
+        const auto count = file->read(buffer);
+        if (!count) {
+            return tl::make_unexpected(FileHash::Error{count.error()});
+        }
+        if (*count == 0) {
+            std::array<std::uint8_t, longestDigest> digest{};
+            context.final(digest.data());
+            return hexadecimal(std::span(digest).first(context.digestLength));
+        }
+        context.update(buffer.data(), *count);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QString> FileHash::hashOfFileAtPath(const QString& path,
+                                                  const ComputationContext& context) {
+    const auto digest = digestOf(path, context, [] { return false; });
+    return *digest ? std::optional(**digest) : std::nullopt;
+}
+
+std::optional<QString> FileHash::md5HashOfFileAtPath(const QString& path) {
+    return hashOfFileAtPath(path, md5());
+}
+
+std::optional<QString> FileHash::sha1HashOfFileAtPath(const QString& path) {
+    return hashOfFileAtPath(path, sha1());
+}
+
+std::optional<QString> FileHash::sha512HashOfFileAtPath(const QString& path) {
+    return hashOfFileAtPath(path, sha512());
+}
+
+void FileHash::md5HashesOfFilesAtPaths(const QStringList& paths, const Done& done,
+                                       const Cancelled& cancelled, md5lanes::Kernel kernel) {
+    if (paths.size() == 1) {
+        if (const auto digest = digestOf(paths.first(), md5(), cancelled)) {
+            done(0, *digest);
+        }
+        return;
+    }
+    FileMd5Lanes lanes(paths, kernel);
+    qsizetype next = 0;
+    while (next < paths.size() && !cancelled()) {
+        lanes.advance();
+        for (auto result = lanes.takeNext(); result && !cancelled(); result = lanes.takeNext()) {
+            const int code = result->errorNumber;
+            done(next, code == 0 ? Digest(hexadecimal(result->digest))
+                                 : Digest(tl::make_unexpected(Error{code})));
+            ++next;
+        }
+    }
+}
+
+} // namespace quav

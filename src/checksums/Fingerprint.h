@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// The fingerprint of a FLAC file: the MD5 of its audio, which the encoder has put into STREAMINFO.
+namespace quav {
+
+class ToolsFolder;
+
+namespace fingerprint {
+
+/// The entry of a fingerprint file as `metaflac --show-md5` gives it, on the calling thread: name,
+/// ":", 32 digits and a line break; or the tool's words when it could not read the file.
+QString entry(const ToolsFolder& tools, const QString& path);
+
+/// Whether an entry is the tool's complaint.
+bool isComplaint(const QString& entry);
+
+/// Whether an entry ends in 32 zeros: the encoder never had all of the audio, and nothing can be
+/// checked against it.
+bool isUnset(const QString& entry);
+
+/// The digits right from the file, without a tool: STREAMINFO stands at its beginning (RFC 9639,
+/// section 8.2), perhaps behind an ID3v2 tag. None when it is not there.
+std::optional<QString> inFile(const QString& path);
+
+} // namespace fingerprint
+
+} // namespace quav

@@ -1,0 +1,108 @@
+#include "checksums/ToolWords.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace quav::toolwords {
+
+namespace {
+
+const QString linesOfProgress = QStringLiteral("% complete");
+
+} // namespace
+
+QString withoutBackspaces(const QString& piece) {
+    const auto isBackspace = [](QChar character) { return character == u'\b'; };
+    const auto first = std::find_if_not(piece.begin(), piece.end(), isBackspace);
+    const auto last =
+        std::find_if_not(piece.rbegin(), std::make_reverse_iterator(first), isBackspace);
+    return QString(first, last.base() - first);
+}
+
+QString stripped(const QString& piece) {
+    return withoutBackspaces(piece).trimmed();
+}
+
+QString flacWords(const QString& piece, const QString& fileName) {
+    const QString words = stripped(piece);
+    const QString prefix = fileName + u':';
+    return words.startsWith(prefix) ? words.mid(prefix.size()).trimmed() : words;
+}
+
+QString fromLastProgress(const QString& log) {
+    const QStringList lines = log.split(u'\n');
+    qsizetype first = lines.size() - 1;
+    while (first > 0 && !lines[first].contains(linesOfProgress)) {
+        --first;
+    }
+    return lines.mid(first).join(u'\n');
+}
+
+QString fromLastApeProgress(const QString& log, const QString& title) {
+    static const QRegularExpression lineEnd(QStringLiteral("\r\n|\r|\n"));
+    const QStringList lines = log.split(lineEnd);
+    QString kept;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        kept.prepend(*line + u'\n');
+        if (line->contains(u"Progress: ")) {
+            kept.prepend(title + u'\n');
+            break;
+        }
+    }
+    return kept;
+}
+
+std::optional<double> numberBefore(const QString& text, const QString& word) {
+    const qsizetype end = text.indexOf(word);
+    if (end < 0) {
+        return std::nullopt;
+    }
+    static const QRegularExpression lastNumber(QStringLiteral("([0-9]+(?:\\.[0-9]+)?)[ ]*$"));
+    const auto match = lastNumber.match(text.left(end));
+    return match.hasMatch() ? std::optional(match.captured(1).toDouble()) : std::nullopt;
+}
+
+double leadingNumber(const QString& text) {
+    static const QRegularExpression number(QStringLiteral("^\\s*([0-9]+(?:\\.[0-9]+)?)"));
+    const auto match = number.match(text);
+    return match.hasMatch() ? match.captured(1).toDouble() : 0;
+}
+
+QString sixDecimals(double number) {
+    return QString::number(number, 'f', 6);
+}
+
+HashPiece hashPiece(const QString& piece) {
+    // A percentage counts at the end of a line, a name in front of its length: both may also stand
+    // in a file's name.
+    static const QRegularExpression percentage(
+        QStringLiteral("([0-9]{1,3})%[ ]*(?:OK|ERROR)?\\s*$"));
+    static const QRegularExpression name(
+        QStringLiteral("Hashing \\[(.*)\\] \\([0-9]+:[0-9]{2}\\.[0-9]+\\)"));
+    HashPiece read;
+    if (const auto match = percentage.match(piece); match.hasMatch()) {
+        read.percent = match.captured(1).toDouble();
+    }
+    if (const auto match = name.match(piece); match.hasMatch()) {
+        read.fileName = match.captured(1);
+    }
+    return read;
+}
+
+QString hashResult(const QString& output) {
+    const QString warning = QStringLiteral(" warning: ");
+    QString result;
+    for (const QString& line : output.split(u'\n')) {
+        if (const qsizetype at = line.indexOf(warning); at >= 0) {
+            result = line.mid(at);
+        }
+        if (const qsizetype at = line.indexOf(hashMarker); at >= 0) {
+            result = line.left(at) + hashMarker;
+        }
+    }
+    return result;
+}
+
+} // namespace quav::toolwords

@@ -1,0 +1,147 @@
+#include "checksums/VerifyFFPTask.h"
+
+#include "checksums/Fingerprint.h"
+#include "checksums/ToolWords.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/OrderedWork.h"
+#include "platform/PathNames.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace quav {
+
+VerifyFFPTask::VerifyFFPTask(TaskHost& queue, const QString& fileName,
+                             const std::shared_ptr<QUAVTaskResults>& results)
+    : VerifyListTask(queue, fileName, results, ChecksumKind::Ffp) {}
+
+void VerifyFFPTask::listIsEmpty() {
+    setError(true);
+}
+
+void VerifyFFPTask::check(const checksumlist::List& list) {
+    const QStringList matching = doVerifyFPP(list);
+    deliver();
+    if (matching.isEmpty() || stopRequested()) {
+        return;
+    }
+    results()->appendResults(
+        QStringLiteral("\nVerify Flac Files in %1\n").arg(lastPathComponent(fileName())), *this);
+    verifyFlacFilesSync(matching);
+    deliver();
+}
+
+QStringList VerifyFFPTask::doVerifyFPP(const checksumlist::List& list) {
+    QStringList matching;
+    size_t number = 0;
+    for (const Line& line : list.lines) {
+        if (stopRequested()) {
+            return {};
+        }
+        ++number;
+        if (!line.entry) {
+            concludeInvalid(line);
+            continue;
+        }
+        showEntry(line.entry->name, number, list.allLines);
+        const QString path = pathOf(line);
+        if (take(line, path)) {
+            matching << path;
+        }
+    }
+    std::sort(matching.begin(), matching.end());
+    return matching;
+}
+
+/// The entry of a file as it should stand in the list. What the tool would print is read from the
+/// file itself; the tool is asked only when it has something to complain of.
+QString VerifyFFPTask::fingerprint(const QString& path) const {
+    const auto digest = fingerprint::inFile(path);
+    return digest ? lastPathComponent(path) + u':' + *digest
+                  : fingerprint::entry(queue().toolsFolder(), path).trimmed();
+}
+
+bool VerifyFFPTask::take(const Line& line, const QString& path) {
+    const QString name = lastPathComponent(line.entry->name);
+    const QString actual = fingerprint(path);
+    Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
+    if (fingerprint::isComplaint(actual)) {
+        verdict.kind = QFileInfo::exists(path) ? Verdict::Kind::Unreadable : Verdict::Kind::Missing;
+        verdict.note = actual.section(u'\n', 0, 0);
+        const QString strictWords = line.strict ? name : invalidFormat();
+        conclude(actual, name, strictWords, verdict); // the tool's words come first
+        return false;
+    }
+    const QString noMatch = QStringLiteral("did not match fingerprint file");
+    const auto words = [&](bool matches) { return matches ? QStringLiteral("OK") : noMatch; };
+    verdict.found = actual.section(u':', -1);
+    const bool strictlyMatches = line.strict && strictPath(line) == path &&
+                                 line.strict->name + u':' + line.strict->digest == actual;
+    const bool matches = isTolerant() ? verdict.found == line.entry->digest : strictlyMatches;
+    verdict.kind = matches ? Verdict::Kind::Ok : Verdict::Kind::Failed;
+    if (matches && fingerprint::isUnset(actual)) {
+        verdict.note = tr("it has no fingerprint, only zeros");
+        addWarning(
+            tr("“%1” has no fingerprint: zeros match zeros whatever its audio is").arg(path));
+    }
+    conclude(name, words(matches), line.strict ? words(strictlyMatches) : invalidFormat(), verdict);
+    return matches;
+}
+
+void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
+    showProgress(tr("Verifying FLAC File"), 0);
+    OrderedWork<Tested>::run(
+        static_cast<size_t>(paths.size()), queue().toolsAtOnce(),
+        [&](size_t index) {
+            return stopRequested() ? Tested{} : test(paths[static_cast<qsizetype>(index)]);
+        },
+        [&](size_t index, const Tested& tested) {
+            if (!stopRequested()) {
+                results()->appendResults(tested.log, *this);
+                noteDamage(paths[static_cast<qsizetype>(index)], tested);
+            }
+            return !stopRequested();
+        });
+}
+
+VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
+    const QString file = lastPathComponent(path);
+    Tested tested;
+    tested.exitStatus = runTool(
+        QStringLiteral("flac"), {QStringLiteral("-t"), path}, {}, [&](const QString& piece) {
+            const QString said = processFlacFileOutput(piece, file);
+            if (said == u"ok") {
+                tested.log += QStringLiteral("%1: testing, 100% complete\n").arg(file);
+            }
+            if (!said.isEmpty()) {
+                tested.log += QStringLiteral("%1: %2\n").arg(file, said);
+            }
+        });
+    tested.log = toolwords::fromLastProgress(tested.log);
+    return tested;
+}
+
+QString VerifyFFPTask::processFlacFileOutput(const QString& piece, const QString& file) {
+    const QString said = toolwords::flacWords(piece, file);
+    if (said.contains(u'%')) {
+        const double percent =
+            said.section(QStringLiteral(", "), 1, 1).section(u'%', 0, 0).toDouble();
+        showProgress(tr("Verifying %1: %2%").arg(file, toolwords::sixDecimals(percent)), percent);
+    }
+    return said;
+}
+
+void VerifyFFPTask::noteDamage(const QString& path, const Tested& tested) {
+    if (tested.exitStatus == 0) {
+        return;
+    }
+    for (Verdict& verdict : verdicts()) {
+        if (verdict.file == path && verdict.kind == Verdict::Kind::Ok) {
+            verdict.kind = Verdict::Kind::Failed;
+            verdict.note = tr("flac found it damaged");
+        }
+    }
+}
+
+} // namespace quav

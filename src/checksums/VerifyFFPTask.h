@@ -1,0 +1,38 @@
+#pragma once
+
+#include "checksums/VerifyListTask.h"
+
+#include <QStringList>
+
+namespace quav {
+
+/// Checks the FLAC files that a fingerprint file names: first their fingerprints, then, for those
+/// that match, the audio with `flac -t`.
+class VerifyFFPTask : public VerifyListTask {
+    Q_DECLARE_TR_FUNCTIONS(VerifyFFPTask)
+
+public:
+    VerifyFFPTask(TaskHost& queue, const QString& fileName,
+                  const std::shared_ptr<QUAVTaskResults>& results);
+
+protected:
+    void check(const checksumlist::List& list) override;
+    void listIsEmpty() override;
+
+private:
+    /// What `flac -t` came to for one file.
+    struct Tested {
+        QString log; ///< what the report has of it
+        int exitStatus = 0;
+    };
+
+    QStringList doVerifyFPP(const checksumlist::List& list);
+    QString fingerprint(const QString& path) const;
+    bool take(const Line& line, const QString& path);
+    void verifyFlacFilesSync(const QStringList& paths);
+    Tested test(const QString& path);
+    QString processFlacFileOutput(const QString& piece, const QString& file);
+    void noteDamage(const QString& path, const Tested& tested);
+};
+
+} // namespace quav

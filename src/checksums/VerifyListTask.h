@@ -1,0 +1,84 @@
+#pragma once
+
+#include "checksums/ChecksumList.h"
+#include "engine/BackgroundTask.h"
+#include "engine/Verdict.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <memory>
+
+namespace quav {
+
+class QUAVTaskResults;
+
+/// Checks the files that a checksum file names, and reports one line an entry. What all three kinds
+/// share: the list and where its files lie, the report in one piece at the end, the verdicts beside
+/// it, and an early end between two entries when the user cancels.
+class VerifyListTask : public BackgroundTask {
+    Q_DECLARE_TR_FUNCTIONS(VerifyListTask)
+
+public:
+    /// `fileName` is the checksum file. The caller enters the task into the results.
+    VerifyListTask(TaskHost& queue, const QString& fileName,
+                   const std::shared_ptr<QUAVTaskResults>& results, ChecksumKind kind);
+
+    /// The checksum file.
+    const QString& fileName() const { return fileName_; }
+
+    /// How the list is read; strictly unless said.
+    void setReading(checksumlist::Reading reading) { reading_ = reading; }
+
+protected:
+    using Line = checksumlist::Line;
+
+    void doStartTask() override;
+
+    /// Checks the files of the list, which names one at least.
+    virtual void check(const checksumlist::List& list) = 0;
+
+    /// What is to be done about a list that cannot be read or is empty, beyond telling the user.
+    virtual void listIsEmpty();
+
+    /// The path that the strict reading finds for an entry; empty for a line that is none to it.
+    QString strictPath(const Line& line) const;
+
+    /// Where the file of an entry lies: its name joined to the list's folder, whatever it begins
+    /// with. A name that exists just as it is written comes before other readings of it.
+    QString pathOf(const Line& line) const;
+
+    /// Adds a line to the report.
+    void say(const QString& text);
+
+    /// Adds "NAME : WORDS" to the report, and the verdict. `strictWords` is what the strict reading
+    /// comes to; when it is something else, the report says so, too.
+    void conclude(const QString& name, const QString& words, const QString& strictWords,
+                  const Verdict& verdict);
+
+    /// The same for a line that is no entry.
+    void concludeInvalid(const Line& line);
+
+    void showEntry(const QString& name, size_t number, qsizetype count);
+
+    /// Puts what was said so far into the task's results; only "Canceled" when the user cancelled.
+    void deliver();
+
+    static QString invalidFormat() { return QStringLiteral("Invalid checksum format"); }
+
+    bool isTolerant() const { return reading_ == checksumlist::Reading::Tolerant; }
+    Verdicts& verdicts() { return verdicts_; }
+
+private:
+    QString status() const;
+    checksumlist::List readList();
+    void warnOfStrangeNames(const checksumlist::List& list);
+
+    QString fileName_;
+    ChecksumKind kind_;
+    checksumlist::Reading reading_ = checksumlist::Reading::Strict;
+    QString report_;
+    Verdicts verdicts_;
+};
+
+} // namespace quav

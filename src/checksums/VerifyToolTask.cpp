@@ -1,0 +1,171 @@
+#include "checksums/VerifyToolTask.h"
+
+#include "checksums/ToolWords.h"
+#include "engine/QUAVTaskResults.h"
+#include "platform/PathNames.h"
+
+#include <QFileInfo>
+
+namespace quav {
+
+namespace {
+
+constexpr double whole = 100;
+
+} // namespace
+
+VerifyToolTask::VerifyToolTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                               const QString& launchPath, const QStringList& arguments,
+                               const QString& path)
+    : QUAVAsyncNSTask(queue, launchPath, arguments), path_(path),
+      fileName_(lastPathComponent(path)) {
+    setResults(results);
+    setTitle(fileName_);
+    setTextFieldString(fileName_);
+    setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(path).size())));
+}
+
+void VerifyToolTask::startTask() {
+    setTextFieldString(title());
+    push(MainLine);
+    QUAVAsyncNSTask::startTask();
+}
+
+void VerifyToolTask::showProgress(std::optional<double> percent) {
+    if (percent) {
+        setTopTextFieldString(tr("Verifying: %1%").arg(toolwords::sixDecimals(*percent)));
+        setProgressIndicatorValue(*percent);
+        push(StatusLine | Bar);
+    }
+}
+
+void VerifyToolTask::noteWords(const QString& words) {
+    const QString line = words.trimmed();
+    if (!line.isEmpty() && !lastWords_.contains(u"ERROR")) {
+        lastWords_ = line;
+    }
+}
+
+void VerifyToolTask::cleanup() {
+    if (cancelled()) {
+        return;
+    }
+    Verdict verdict{{}, path_, Verdict::Kind::Ok, {}, {}, {}};
+    if (exitStatus() != 0) {
+        verdict.kind = QFileInfo::exists(path_) ? Verdict::Kind::Failed : Verdict::Kind::Missing;
+        verdict.note = lastWords_;
+    }
+    results()->appendVerdicts({verdict}, *this);
+}
+
+VerifyFlacTask::VerifyFlacTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                               const QString& launchPath, const QStringList& arguments)
+    : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)) {}
+
+void VerifyFlacTask::startTask() {
+    setTopTextFieldString(tr("Verifying"));
+    push(StatusLine);
+    VerifyToolTask::startTask();
+}
+
+void VerifyFlacTask::stopTask() {
+    if (cancelled() && !wasLaunched()) {
+        results()->appendResults(canceledLine(), *this);
+    }
+    VerifyToolTask::stopTask();
+}
+
+QString VerifyFlacTask::canceledLine() const {
+    return fileName() + QStringLiteral(" canceled\n");
+}
+
+void VerifyFlacTask::processTaskOutput(const QString& text) {
+    const QString words = toolwords::flacWords(text, fileName());
+    setTextFieldString(fileName());
+    push(MainLine);
+    if (words.isEmpty()) {
+        return;
+    }
+    if (words.contains(u'%')) {
+        takeProgress(words);
+    } else {
+        takeWords(words);
+    }
+}
+
+void VerifyFlacTask::takeWords(const QString& words) {
+    if (words.endsWith(u"ok")) {
+        singleResult_ += QStringLiteral("%1: testing, 100% complete\n%1: ok\n").arg(fileName());
+    } else {
+        singleResult_ += QStringLiteral("%1: %2\n").arg(fileName(), words);
+        noteWords(words);
+    }
+}
+
+void VerifyFlacTask::takeProgress(const QString& words) {
+    const QStringList parts = words.split(QStringLiteral("testing, "));
+    double percent = -1;
+    if (parts.size() % 2 != 0) {
+        takeWords(words);
+    } else {
+        for (const QString& part : parts) {
+            if (part.endsWith(u"ok")) {
+                takeWords(part);
+                percent = whole;
+                break;
+            }
+            percent = toolwords::leadingNumber(part);
+            singleResult_ += QStringLiteral("%1: testing, %2% complete\n")
+                                 .arg(fileName(), toolwords::sixDecimals(percent));
+        }
+    }
+    showProgress(percent);
+}
+
+void VerifyFlacTask::cleanup() {
+    if (cancelled()) {
+        singleResult_ += canceledLine();
+    }
+    results()->appendResults(toolwords::fromLastProgress(singleResult_), *this);
+    VerifyToolTask::cleanup();
+}
+
+VerifyApeTask::VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                             const QString& launchPath, const QStringList& arguments)
+    : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(0)) {}
+
+void VerifyApeTask::processTaskOutput(const QString& text) {
+    const QString progress = QStringLiteral("Progress: ");
+    if (text.contains(u'%') && text.contains(progress)) {
+        showProgress(toolwords::leadingNumber(text.section(progress, 1, 1)));
+    } else {
+        noteWords(text);
+    }
+    setTextFieldString(title());
+    push(MainLine);
+    singleResult_ += text;
+}
+
+void VerifyApeTask::cleanup() {
+    results()->appendResults(toolwords::fromLastApeProgress(singleResult_, title()));
+    VerifyToolTask::cleanup();
+}
+
+VerifyWavepackTask::VerifyWavepackTask(const std::shared_ptr<QUAVTaskResults>& results,
+                                       TaskHost& queue, const QString& launchPath,
+                                       const QStringList& arguments)
+    : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)) {}
+
+void VerifyWavepackTask::processTaskOutput(const QString& text) {
+    const QString piece = toolwords::withoutBackspaces(text);
+    const auto percent = toolwords::numberBefore(piece, QStringLiteral("% done"));
+    showProgress(percent);
+    if (!percent) {
+        noteWords(piece);
+    }
+    setTextFieldString(title());
+    push(MainLine);
+    results()->appendResults(piece, *this);
+}
+
+} // namespace quav

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "engine/QUAVAsyncNSTask.h"
+
+#include <QCoreApplication>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace quav {
+
+/// Tests one compressed file with its own codec's decoder, which writes no output. What the four
+/// codecs share: the file's name as title and status line, a place in a common report, and the
+/// verdict that the tool's exit status gives.
+class VerifyToolTask : public QUAVAsyncNSTask {
+    Q_DECLARE_TR_FUNCTIONS(VerifyToolTask)
+
+public:
+    /// The tested file.
+    const QString& path() const { return path_; }
+
+    void startTask() override;
+
+protected:
+    /// `path` is the argument that names the file. The caller enters the task into the results.
+    VerifyToolTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                   const QString& launchPath, const QStringList& arguments, const QString& path);
+
+    void cleanup() override;
+
+    /// The last component of the tested file.
+    const QString& fileName() const { return fileName_; }
+
+    /// Shows how far the tool is, unless the piece did not say.
+    void showProgress(std::optional<double> percent);
+
+    /// The tool's last words, for the verdict.
+    void noteWords(const QString& words);
+
+private:
+    QString path_;
+    QString fileName_;
+    QString lastWords_;
+};
+
+/// `flac -t`.
+class VerifyFlacTask : public VerifyToolTask {
+    Q_DECLARE_TR_FUNCTIONS(VerifyFlacTask)
+
+public:
+    VerifyFlacTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                   const QString& launchPath, const QStringList& arguments);
+
+    void startTask() override;
+    void stopTask() override;
+
+protected:
+    void processTaskOutput(const QString& text) override;
+    void cleanup() override;
+
+private:
+    QString canceledLine() const;
+    void takeWords(const QString& words);
+    void takeProgress(const QString& words);
+
+    QString singleResult_;
+};
+
+/// `mac -v`.
+class VerifyApeTask : public VerifyToolTask {
+public:
+    VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                  const QString& launchPath, const QStringList& arguments);
+
+protected:
+    void processTaskOutput(const QString& text) override;
+    void cleanup() override;
+
+private:
+    QString singleResult_;
+};
+
+/// `wvunpack -v`.
+class VerifyWavepackTask : public VerifyToolTask {
+public:
+    VerifyWavepackTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
+                       const QString& launchPath, const QStringList& arguments);
+
+protected:
+    void processTaskOutput(const QString& text) override;
+};
+
+/// `ttaenc -t`, which tells of its progress in the same words.
+class VerifyTTATask : public VerifyWavepackTask {
+public:
+    using VerifyWavepackTask::VerifyWavepackTask;
+};
+
+} // namespace quav

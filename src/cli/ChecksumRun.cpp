@@ -1,0 +1,82 @@
+#include "cli/ChecksumRun.h"
+
+#include "cli/Terminal.h"
+#include "platform/PathNames.h"
+
+#include <QFileInfo>
+
+namespace quav {
+
+ChecksumRun::ChecksumRun(const Options& options, Settings& settings, Terminal& terminal)
+    : TabRun(options.run, settings, terminal), options_(options.checksum) {}
+
+ChecksumTab& ChecksumRun::tab() {
+    return workbench().checksumTab();
+}
+
+void ChecksumRun::setOptions() {
+    tab().setCommandOptions(options_.command);
+    tab().setCreateChecksumOptions(options_.kind);
+    tab().setSourceSaveButton(options_.beside);
+    tab().setAcceptOtherSpellings(options_.tolerant);
+}
+
+void ChecksumRun::connectTab(TerminalFace& face) {
+    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &face,
+                     [&face](const QString& path, const Verdicts& verdicts) {
+                         TaskEnd end;
+                         end.title = lastPathComponent(path);
+                         end.output = path;
+                         face.finished(end, verdicts);
+                     });
+}
+
+int ChecksumRun::run() {
+    setOptions();
+    if (!choosePath() || !addFiles()) {
+        return exitstatus::refused;
+    }
+    tellWhatIsLeftOut();
+    CommandOutcome outcome = CommandOutcome::NothingToDo;
+    const auto summary = press(outcome);
+    if (prompts().wantsSavePath()) {
+        return refuse(tr("The files lie in several folders. Say --save PATH."));
+    }
+    return summary ? statusOf(*summary) : statusOf(outcome);
+}
+
+bool ChecksumRun::choosePath() {
+    if (options_.command != ChecksumTab::Command::Create || options_.beside) {
+        return true;
+    }
+    if (!options_.save) {
+        if (!terminal().canAsk()) {
+            terminal().say(tr("Where is the checksum file to go? Say --save PATH or --beside."));
+        }
+        return terminal().canAsk();
+    }
+    const auto path = textOf(*options_.save);
+    if (!path) {
+        return false;
+    }
+    const QString full = fullPath(*path);
+    if (isFolder(full) || !isFolder(folderOf(full))) {
+        terminal().say(isFolder(full) ? tr("“%1” is a folder.").arg(*path)
+                                      : tr("There is no folder for “%1”.").arg(*path));
+        return false;
+    }
+    prompts().setSavePath(full);
+    return checksumfiles::mayReplace(full, prompts());
+}
+
+/// Files that were named and that the command has no use for; those in folders nobody named.
+void ChecksumRun::tellWhatIsLeftOut() {
+    for (const QString& path : namedFiles()) {
+        if (!isFolder(path) && !tab().hasUseFor(path)) {
+            noteUnusable();
+            terminal().say(tr("“%1” is of no kind for this command. It was left out.").arg(path));
+        }
+    }
+}
+
+} // namespace quav

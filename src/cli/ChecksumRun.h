@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cli/TabRun.h"
+
+namespace quav {
+
+/// `checksum create`, `verify` and `test`.
+class ChecksumRun : private TabRun {
+    Q_DECLARE_TR_FUNCTIONS(ChecksumRun)
+
+public:
+    ChecksumRun(const Options& options, Settings& settings, Terminal& terminal);
+
+    /// The exit status.
+    int run();
+
+private:
+    ChecksumTab& tab() override;
+    void connectTab(TerminalFace& face) override;
+    void setOptions();
+    bool choosePath();
+    void tellWhatIsLeftOut();
+
+    ChecksumOptions options_;
+};
+
+} // namespace quav

@@ -1,0 +1,154 @@
+#include "cli/TabRun.h"
+
+#include "cli/RunEvents.h"
+#include "cli/Terminal.h"
+#include "platform/PathNames.h"
+#include "platform/StopSignals.h"
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QUtf8StringView>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace quav {
+
+namespace {
+
+std::unique_ptr<TextEvents> makeEvents(const RunOptions& options, Terminal& terminal) {
+    using Detail = TextEvents::Detail;
+    Detail detail = terminal.canRedraw() ? Detail::Summary : Detail::EveryTask;
+    if (options.quiet) {
+        detail = Detail::Nothing;
+    }
+    return options.json ? std::make_unique<JsonEvents>(terminal, detail)
+                        : std::make_unique<TextEvents>(terminal, detail);
+}
+
+} // namespace
+
+TabRun::TabRun(RunOptions options, Settings& settings, Terminal& terminal)
+    : options_(std::move(options)), terminal_(terminal), prompts_(terminal, options_.answer),
+      workbench_(settings, prompts_, desktop_, ToolsFolder(ToolsFolder::standardFolder())) {
+    if (options_.jobs) {
+        workbench_.queue().maxThreadsChanged(*options_.jobs);
+    }
+}
+
+TabRun::~TabRun() = default;
+
+void TabRun::connectTab(TerminalFace& /*face*/) {}
+
+int TabRun::refuse(const QString& reason) {
+    terminal_.say(reason);
+    return exitstatus::refused;
+}
+
+bool TabRun::isUtf8(const QByteArray& bytes) {
+    return QUtf8StringView(bytes).isValidUtf8();
+}
+
+std::optional<QString> TabRun::textOf(const QByteArray& path) {
+    if (!isUtf8(path)) {
+        terminal_.say(undecodableMessage(QString::fromUtf8(path)));
+        return std::nullopt;
+    }
+    return QString::fromUtf8(path);
+}
+
+bool TabRun::addFiles() {
+    bool complete = true;
+    for (const QByteArray& file : options_.files) {
+        const auto path = textOf(file);
+        if (!path) {
+            somethingUnusable_ = true;
+        } else if (QFileInfo::exists(*path)) {
+            namedFiles_ << fullPath(*path);
+        } else {
+            complete = false;
+            terminal_.say(tr("“%1” does not exist.").arg(*path));
+        }
+    }
+    if (complete && !takes(namedFiles_)) {
+        somethingUnusable_ = true;
+    }
+    return complete;
+}
+
+/// Whether the tab has everything that was named. What it skips in folders nobody named.
+bool TabRun::takes(const QStringList& paths) {
+    const bool reached = tab().addFiles(paths);
+    return reached && std::all_of(paths.begin(), paths.end(), [this](const QString& path) {
+               return isFolder(path) || tab().files().contains(path);
+           });
+}
+
+std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
+    StopSignals signals;
+    const auto events = makeEvents(options_, terminal_);
+    const bool live = terminal_.canRedraw() && !options_.quiet;
+    TerminalFace face(workbench_.queue(), terminal_, *events,
+                      live ? TerminalFace::Progress::Shown : TerminalFace::Progress::Hidden);
+    connectTab(face);
+    outcome = tab().executeCommand();
+    if (outcome == CommandOutcome::Queued) {
+        waitForTheEnd(signals);
+    } else if (outcome != CommandOutcome::Done) {
+        return std::nullopt;
+    }
+    face.finish();
+    return face.summary();
+}
+
+void TabRun::waitForTheEnd(StopSignals& signals) {
+    QEventLoop loop;
+    QUAVTaskQueue& queue = workbench_.queue();
+    QObject::connect(
+        &queue, &QUAVTaskQueue::becameIdle, &loop,
+        [&] {
+            // A task that follows on a finished set may have come in the meantime.
+            if (queue.taskCount() == 0) {
+                loop.quit();
+            }
+        },
+        Qt::QueuedConnection);
+    QObject::connect(&signals, &StopSignals::stopRequested, &loop,
+                     [&](int howManyTimes) { stop(howManyTimes); });
+    loop.exec();
+}
+
+void TabRun::stop(int howManyTimes) {
+    if (howManyTimes == 1) {
+        terminal_.say(tr("Cancelled. Tools that run finish their file; once more stops them."));
+        workbench_.queue().cancelAllTasks();
+    } else {
+        terminal_.say(tr("Stopping the tools that run."));
+        workbench_.queue().terminateTools();
+    }
+}
+
+int TabRun::statusOf(CommandOutcome outcome) {
+    switch (outcome) {
+    case CommandOutcome::Declined:
+        return StopSignals::received() > 0 ? exitstatus::failed : exitstatus::declined;
+    case CommandOutcome::NothingToDo:
+        return refuse(tr("There is nothing to do."));
+    case CommandOutcome::Refused:
+    case CommandOutcome::Queued:
+    case CommandOutcome::Done:
+        break;
+    }
+    return exitstatus::refused;
+}
+
+int TabRun::statusOf(const RunSummary& summary) const {
+    const bool troubled = summary.failed + summary.cancelled > 0 || !summary.counts.allOk();
+    if (troubled || somethingUnusable_ || prompts_.alerted()) {
+        return exitstatus::failed;
+    }
+    return prompts_.declined() ? exitstatus::declined : exitstatus::succeeded;
+}
+
+} // namespace quav

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "app/BaseTab.h"
+#include "cli/Options.h"
+#include "cli/TerminalFace.h"
+#include "cli/TerminalPrompts.h"
+#include "platform/DesktopServices.h"
+#include "workbench/Workbench.h"
+
+#include <QCoreApplication>
+
+#include <optional>
+
+namespace quav {
+
+class Settings;
+class StopSignals;
+class Terminal;
+
+/// A command that presses the button of a tab: what all such commands share. It fills the tab's
+/// list with the files that were given, waits until the queue is empty and says how it went.
+class TabRun {
+    Q_DECLARE_TR_FUNCTIONS(TabRun)
+
+public:
+    TabRun(const TabRun&) = delete;
+    TabRun& operator=(const TabRun&) = delete;
+
+protected:
+    /// The settings must keep their changes in memory: the options of one run change them.
+    TabRun(RunOptions options, Settings& settings, Terminal& terminal);
+    virtual ~TabRun();
+
+    virtual BaseTab& tab() = 0;
+
+    /// Fills the list. False when something that was named does not exist.
+    bool addFiles();
+
+    /// The files that were named, as far as they could be reached.
+    const QStringList& namedFiles() const { return namedFiles_; }
+
+    /// Presses the button and waits for the end of the work; none when nothing was queued or done,
+    /// and `outcome` says why.
+    std::optional<RunSummary> press(CommandOutcome& outcome);
+
+    /// What an outcome other than finished work makes of the exit status.
+    int statusOf(CommandOutcome outcome);
+    int statusOf(const RunSummary& summary) const;
+
+    /// Called while the button is pressed, for what a tab tells by itself.
+    virtual void connectTab(TerminalFace& face);
+
+    int refuse(const QString& reason);
+    void noteUnusable() { somethingUnusable_ = true; }
+    bool somethingUnusable() const { return somethingUnusable_; }
+
+    static bool isUtf8(const QByteArray& bytes);
+    /// The path in full; none, after a message, for bytes that are no UTF-8.
+    std::optional<QString> textOf(const QByteArray& path);
+
+    Terminal& terminal() { return terminal_; }
+    TerminalPrompts& prompts() { return prompts_; }
+    Workbench& workbench() { return workbench_; }
+    const RunOptions& runOptions() const { return options_; }
+
+private:
+    bool takes(const QStringList& paths);
+    void waitForTheEnd(StopSignals& signals);
+    void stop(int howManyTimes);
+
+    RunOptions options_;
+    Terminal& terminal_;
+    TerminalPrompts prompts_;
+    NoDesktop desktop_;
+    Workbench workbench_;
+    QStringList namedFiles_;
+    bool somethingUnusable_ = false;
+};
+
+} // namespace quav

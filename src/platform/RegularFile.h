@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/FileDescriptor.h"
+
+#include <QString>
+
+#include <tl/expected.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace quav {
+
+/// A file that is read from its beginning to its end, and nothing but a file: opening a pipe or a
+/// device under a file's name may wait for ever or never end. Errors are numbers of the system's
+/// list (errno).
+class RegularFile {
+public:
+    /// EISDIR for a folder, EINVAL for what is neither folder nor file.
+    static tl::expected<RegularFile, int> open(const QString& path);
+
+    /// Fills the buffer as far as the file goes; less than that is the end of the file.
+    tl::expected<std::size_t, int> read(std::span<std::uint8_t> buffer);
+
+    /// The size that the file had when it was opened, in bytes.
+    std::uint64_t size() const { return size_; }
+
+private:
+    RegularFile(FileDescriptor descriptor, std::uint64_t size);
+
+    FileDescriptor descriptor_;
+    std::uint64_t size_;
+};
+
+} // namespace quav
