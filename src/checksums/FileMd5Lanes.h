@@ -1,6 +1,6 @@
 #pragma once
 
-#include "checksums/Md5Lanes.h"
+#include "checksums/Md5Streams.h"
 #include "platform/RegularFile.h"
 
 #include <QStringList>

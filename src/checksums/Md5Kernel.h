@@ -4,12 +4,17 @@
 // instruction set; so all of it is internal to that file, and nothing of the standard library is
 // used that could leave a function behind which the linker shares with code for older machines.
 
-#include "checksums/Md5Lanes.h"
+#include "checksums/Md5Streams.h"
 
 #include <stddef.h>
 #include <stdint.h>
 
 namespace quav::md5lanes {
+
+// Those that are compiled apart; there are none of them for other machines.
+void compressAvx2(States& states, Streams& streams, size_t active);
+void compressAvx512(States& states, Streams& streams, size_t active);
+
 namespace {
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "words are read as they lie in memory");

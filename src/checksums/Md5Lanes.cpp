@@ -2,15 +2,9 @@
 
 #include "checksums/Md5Kernel.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
 #include <vector>
 
 namespace quav::md5lanes {
-
-void compressAvx2(States& states, Streams& streams, std::size_t active);
-void compressAvx512(States& states, Streams& streams, std::size_t active);
 
 namespace {
 
@@ -69,40 +63,11 @@ std::vector<NamedKernel> usableKernels() {
     return usable;
 }
 
-constexpr std::array<std::uint32_t, 4> initialState{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
-
 } // namespace
 
 std::span<const NamedKernel> kernels() {
     static const std::vector<NamedKernel> usable = usableKernels();
     return usable;
-}
-
-std::size_t Streams::common(std::size_t active) const {
-    return *std::min_element(blocks, blocks + active);
-}
-
-void Streams::pass(std::size_t lane, std::size_t count) {
-    data[lane] += count * blockSize;
-    blocks[lane] -= count;
-}
-
-void States::begin(std::size_t lane) {
-    for (std::size_t word = 0; word < initialState.size(); ++word) {
-        words[word][lane] = initialState[word];
-    }
-}
-
-void States::copy(std::size_t from, std::size_t to) {
-    for (auto& word : words) {
-        word[to] = word[from];
-    }
-}
-
-void States::store(std::size_t lane, std::span<std::uint8_t, 16> digest) const {
-    for (std::size_t word = 0; word < initialState.size(); ++word) {
-        std::memcpy(&digest[word * sizeof words[0][0]], &words[word][lane], sizeof words[0][0]);
-    }
 }
 
 } // namespace quav::md5lanes

@@ -50,8 +50,6 @@ struct EightLanes : PlainOperations<Eight> {
 
 } // namespace
 
-void compressAvx2(States& states, Streams& streams, size_t active);
-
 void compressAvx2(States& states, Streams& streams, size_t active) {
     takeCommon(streams, active, [&](const uint8_t* const* data, size_t blocks) {
         if (active == 1) {

@@ -74,8 +74,6 @@ struct SixteenLanes : PlainOperations<Sixteen> {
 
 } // namespace
 
-void compressAvx512(States& states, Streams& streams, size_t active);
-
 void compressAvx512(States& states, Streams& streams, size_t active) {
     takeCommon(streams, active, [&](const uint8_t* const* data, size_t blocks) {
         if (active == 1) {

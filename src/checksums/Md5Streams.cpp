@@ -1,0 +1,42 @@
+#include "checksums/Md5Streams.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace quav::md5lanes {
+
+namespace {
+
+constexpr std::array<std::uint32_t, 4> initialState{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+
+} // namespace
+
+std::size_t Streams::common(std::size_t active) const {
+    return *std::min_element(blocks, blocks + active);
+}
+
+void Streams::pass(std::size_t lane, std::size_t count) {
+    data[lane] += count * blockSize;
+    blocks[lane] -= count;
+}
+
+void States::begin(std::size_t lane) {
+    for (std::size_t word = 0; word < initialState.size(); ++word) {
+        words[word][lane] = initialState[word];
+    }
+}
+
+void States::copy(std::size_t from, std::size_t to) {
+    for (auto& word : words) {
+        word[to] = word[from];
+    }
+}
+
+void States::store(std::size_t lane, std::span<std::uint8_t, 16> digest) const {
+    for (std::size_t word = 0; word < initialState.size(); ++word) {
+        std::memcpy(&digest[word * sizeof words[0][0]], &words[word][lane], sizeof words[0][0]);
+    }
+}
+
+} // namespace quav::md5lanes
