@@ -115,6 +115,15 @@ bool areAllSameDirectory(const QStringList& paths) {
     });
 }
 
+QString commonFolder(const QStringList& paths) {
+    QString folder = folderOf(paths.first());
+    const auto holds = [&](const QString& path) { return path.startsWith(joinPath(folder, {})); };
+    while (!std::all_of(paths.begin(), paths.end(), holds)) {
+        folder = folderOf(folder);
+    }
+    return folder;
+}
+
 bool isUnfitName(const QString& name) {
     return name != name.trimmed() || name.contains(u'\n') || name.contains(u'\r');
 }

@@ -48,6 +48,9 @@ bool mayReplace(const QString& path, UserPrompts& prompts);
 /// YES when every path's folder is that of the first one.
 bool areAllSameDirectory(const QStringList& paths);
 
+/// The deepest folder that all paths lie in or below.
+QString commonFolder(const QStringList& paths);
+
 /// True when none of a list's readers could find a file of this name again: a line break ends the
 /// entry, and blanks at its ends are taken off.
 bool isUnfitName(const QString& name);

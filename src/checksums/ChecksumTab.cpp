@@ -283,12 +283,11 @@ CommandOutcome ChecksumTab::create() {
 /// The path of a checksum file that is about to be written; none when the user cancelled.
 std::optional<QString> ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind,
                                                bool beside) {
-    const QString folder = folderOf(files.first());
     if (!beside) {
-        return openSavePanel(folder, saveTitle(kind),
+        return openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
                              checksumfiles::fixedName(kind, services().settings));
     }
-    QString path = checksumfiles::pathIn(folder, kind, services().settings);
+    QString path = checksumfiles::pathIn(folderOf(files.first()), kind, services().settings);
     return checksumfiles::mayReplace(path, services().prompts) ? std::optional(path) : std::nullopt;
 }
 

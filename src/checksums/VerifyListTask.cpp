@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace quav {
@@ -86,8 +87,14 @@ void VerifyListTask::warnOfStrangeNames(const checksumlist::List& list) {
     }
 }
 
+QString VerifyListTask::joined(const QString& name) const {
+    const auto first =
+        std::find_if(name.begin(), name.end(), [](QChar character) { return character != u'/'; });
+    return joinPath(folderOf(fileName_), name.mid(first - name.begin()));
+}
+
 QString VerifyListTask::strictPath(const Line& line) const {
-    return line.strict ? joinPath(folderOf(fileName_), line.strict->name) : QString();
+    return line.strict ? joined(line.strict->name) : QString();
 }
 
 QString VerifyListTask::pathOf(const Line& line) const {
@@ -95,7 +102,7 @@ QString VerifyListTask::pathOf(const Line& line) const {
     if (!isTolerant() || (!asWritten.isEmpty() && QFileInfo(asWritten).isFile())) {
         return asWritten;
     }
-    return joinPath(folderOf(fileName_), line.entry->name);
+    return joined(line.entry->name);
 }
 
 void VerifyListTask::say(const QString& text) {

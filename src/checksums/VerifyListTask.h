@@ -41,6 +41,9 @@ protected:
     /// What is to be done about a list that cannot be read or is empty, beyond telling the user.
     virtual void listIsEmpty();
 
+    /// The path of a name of the list: below the list's folder, also if it begins with a slash.
+    QString joined(const QString& name) const;
+
     /// The path that the strict reading finds for an entry; empty for a line that is none to it.
     QString strictPath(const Line& line) const;
 

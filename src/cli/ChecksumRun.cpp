@@ -33,7 +33,10 @@ void ChecksumRun::connectTab(TerminalFace& face) {
 
 int ChecksumRun::run() {
     setOptions();
-    if (!choosePath() || !addFiles()) {
+    if (const auto status = choosePath()) {
+        return *status;
+    }
+    if (!addFiles()) {
         return exitstatus::refused;
     }
     tellWhatIsLeftOut();
@@ -45,28 +48,32 @@ int ChecksumRun::run() {
     return summary ? statusOf(*summary) : statusOf(outcome);
 }
 
-bool ChecksumRun::choosePath() {
+std::optional<int> ChecksumRun::choosePath() {
     if (options_.command != ChecksumTab::Command::Create || options_.beside) {
-        return true;
+        return std::nullopt;
     }
     if (!options_.save) {
-        if (!terminal().canAsk()) {
-            terminal().say(tr("Where is the checksum file to go? Say --save PATH or --beside."));
-        }
-        return terminal().canAsk();
+        return terminal().canAsk()
+                   ? std::nullopt
+                   : std::optional(refuse(tr("Where is the checksum file to go? Say "
+                                             "--save PATH or --beside.")));
     }
     const auto path = textOf(*options_.save);
     if (!path) {
-        return false;
+        return exitstatus::refused;
     }
     const QString full = fullPath(*path);
-    if (isFolder(full) || !isFolder(folderOf(full))) {
-        terminal().say(isFolder(full) ? tr("“%1” is a folder.").arg(*path)
-                                      : tr("There is no folder for “%1”.").arg(*path));
-        return false;
+    if (isFolder(full)) {
+        return refuse(tr("“%1” is a folder.").arg(*path));
+    }
+    if (!isFolder(folderOf(full))) {
+        return refuse(tr("There is no folder for “%1”.").arg(*path));
+    }
+    if (!checksumfiles::mayReplace(full, prompts())) {
+        return exitstatus::declined;
     }
     prompts().setSavePath(full);
-    return checksumfiles::mayReplace(full, prompts());
+    return std::nullopt;
 }
 
 /// Files that were named and that the command has no use for; those in folders nobody named.

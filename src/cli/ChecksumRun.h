@@ -18,7 +18,8 @@ private:
     ChecksumTab& tab() override;
     void connectTab(TerminalFace& face) override;
     void setOptions();
-    bool choosePath();
+    /// Chooses where the checksum file goes; an exit status when it can go nowhere.
+    std::optional<int> choosePath();
     void tellWhatIsLeftOut();
 
     ChecksumOptions options_;

@@ -43,6 +43,8 @@ public:
         QDir(folder_.path()).mkdir(u"in"_s);
         QDir(folder_.path()).mkdir(u"out"_s);
         QFile::link(QStandardPaths::findExecutable(u"flac"_s), tool());
+        QFile::link(QStandardPaths::findExecutable(u"metaflac"_s), tools_.filePath(u"metaflac"_s));
+        QFile::link(QStringLiteral(QUAV_TOOLS "/shntool"), tools_.filePath(u"shntool"_s));
         QDir::setCurrent(folder_.path());
         qputenv("QUAV", QUAV_CLI);
         qputenv("QUAV_TOOLS_DIR", QFile::encodeName(tools_.path()));

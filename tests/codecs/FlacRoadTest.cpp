@@ -1,101 +1,19 @@
 #include "codecs/ConversionTask.h"
-#include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
-#include "platform/Settings.h"
-#include "support/AudioFixtures.h"
-#include "support/FakeDesktop.h"
-#include "support/ScriptedPrompts.h"
+#include "support/Bench.h"
 #include "support/Table.h"
-#include "workbench/Workbench.h"
 
-#include <QDir>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 using namespace quav;
 using namespace Qt::StringLiterals;
 using quav::test::audioMd5;
+using quav::test::Bench;
 using quav::test::contents;
+using quav::test::damage;
 using quav::test::row;
 using quav::test::writeWav;
-
-namespace {
-
-/// The whole program without a face, in a folder of its own.
-struct Bench {
-    QTemporaryDir folder;
-    QTemporaryDir toolsDir;
-    Settings settings{folder.filePath(u"settings.ini"_s)};
-    test::ScriptedPrompts prompts;
-    test::FakeDesktop desktop;
-    Workbench workbench{settings, prompts, desktop, toolsWithFlac(toolsDir)};
-    EncodeTab& encode = workbench.encodeTab();
-    DecodeTab& decode = workbench.decodeTab();
-    QStringList failed;
-
-    Bench() {
-        QDir(folder.path()).mkdir(u"out"_s);
-        QObject::connect(&workbench.queue(), &QUAVTaskQueue::taskFinished, &workbench.queue(),
-                         [this](const std::shared_ptr<QUAVTask>& task) {
-                             if (task->error()) {
-                                 failed << task->title();
-                             }
-                         });
-    }
-
-    static ToolsFolder toolsWithFlac(const QTemporaryDir& dir) {
-        QFile::link(QStandardPaths::findExecutable(u"flac"_s), dir.filePath(u"flac"_s));
-        return ToolsFolder(dir.path());
-    }
-
-    QString path(const QString& name) const { return folder.filePath(name); }
-    QString out(const QString& name) const { return path(u"out/"_s + name); }
-
-    CommandOutcome press(ConversionTab& tab) {
-        prompts.folders.push_back(path(u"out"_s));
-        return tab.executeCommand();
-    }
-
-    void run(ConversionTab& tab) {
-        QSignalSpy idle(&workbench.queue(), &QUAVTaskQueue::becameIdle);
-        QCOMPARE(press(tab), CommandOutcome::Queued);
-        QTRY_COMPARE_WITH_TIMEOUT(idle.count(), 1, 60000);
-    }
-
-    QStringList outputs() const {
-        return QDir(path(u"out"_s))
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-
-    /// A FLAC file made by the tool itself.
-    QString flac(const QString& name) const {
-        const QString wav = path(u"source of fixture.wav"_s);
-        writeWav(wav);
-        test::run(u"flac"_s,
-                  {u"-s"_s, u"-f"_s, u"-T"_s, u"TITLE=Größe"_s, wav, u"-o"_s, path(name)});
-        QFile::remove(wav);
-        return path(name);
-    }
-};
-
-void damage(const QString& path, bool truncate) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    const qint64 middle = file.size() / 2;
-    if (truncate) {
-        QVERIFY(file.resize(middle));
-    } else {
-        file.seek(middle);
-        const char byte = static_cast<char>(~file.peek(1)[0]);
-        QCOMPARE(file.write(&byte, 1), 1);
-    }
-}
-
-} // namespace
 
 class FlacRoadTest : public QObject {
     Q_OBJECT

@@ -1,0 +1,143 @@
+#include "cli/Cli.h"
+#include "support/Table.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace quav::test;
+
+namespace {
+
+const QString strange = u"It's \"late\" Größe [x] %s.flac"_s;
+
+Ran checksum(const QStringList& arguments) {
+    return run(Cli::program(), QStringList{u"checksum"_s} + arguments);
+}
+
+/// The verdicts of an output in JSON: "file=verdict", in order.
+QStringList verdictsIn(const QByteArray& output) {
+    QStringList verdicts;
+    for (const QJsonObject& object : jsonLines(output)) {
+        if (object.value(u"event"_s) == u"verdict"_s) {
+            verdicts << QFileInfo(object.value(u"file"_s).toString()).fileName() + u'=' +
+                            object.value(u"verdict"_s).toString();
+        }
+    }
+    return verdicts;
+}
+
+} // namespace
+
+class ChecksumCliTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsGoThereAndBackAgain_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("name");
+        row("md5", u"md5"_s, u"md5sum.md5"_s);
+        row("st5", u"ST5"_s, u"checksum.st5"_s);
+        row("ffp", u"ffp"_s, u"fingerprint.ffp.txt"_s);
+    }
+    void listsGoThereAndBackAgain() {
+        QFETCH(QString, kind);
+        QFETCH(QString, name);
+        const Cli cli;
+        cli.flac(strange);
+        cli.flac(u"-b.flac"_s);
+        QCOMPARE(checksum({u"create"_s, u"--kind"_s, kind, u"--beside"_s, cli.in({})}).status, 0);
+        const Ran verified = checksum({u"verify"_s, cli.in({})});
+        QVERIFY2(verified.status == 0, (verified.output + verified.errors).constData());
+        QVERIFY(verified.output.contains((strange + u" : OK\n"_s).toUtf8()));
+        QVERIFY(verified.errors.contains("2 ok, 0 failed, 0 missing, 0 could not be read"));
+        if (kind == u"md5") {
+            QVERIFY(cli.shell(u"cd in && md5sum -c --strict md5sum.md5"_s).status == 0);
+        }
+        const QString elsewhere = cli.path(u"else where"_s);
+        QCOMPARE(
+            checksum({u"create"_s, u"--kind"_s, kind, u"--save"_s, elsewhere, cli.in({})}).status,
+            0);
+        // The list beside the files is one of the files now, for the kind that takes any.
+        const QByteArray first = contents(cli.in(name));
+        const QByteArray second = contents(elsewhere);
+        QCOMPARE(second.count('\n') - first.count('\n'), kind == u"md5" ? 1 : 0);
+    }
+
+    void theExitStatusAndTheVerdictsSayWhatIsWrong() {
+        const Cli cli;
+        const QString good = cli.flac(u"good.flac"_s);
+        const QString bad = cli.flac(u"bad.flac"_s);
+        QFile file(bad);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
+        file.write("xxxxxxxxxxxx");
+        file.close();
+        const Ran tested = checksum({u"test"_s, u"--json"_s, good, bad});
+        QCOMPARE(tested.status, 1);
+        QStringList verdicts = verdictsIn(tested.output);
+        verdicts.sort();
+        QCOMPARE(verdicts, (QStringList{u"bad.flac=failed"_s, u"good.flac=ok"_s}));
+        QCOMPARE(checksum({u"test"_s, good}).status, 0);
+
+        const QByteArray zeros(32, '0');
+        writeFile(cli.in(u"l.md5"_s), zeros + " *good.flac\n" + zeros + " *no.flac\nx\n");
+        const Ran verified = checksum({u"verify"_s, u"--json"_s, cli.in(u"l.md5"_s)});
+        QCOMPARE(verified.status, 1);
+        QCOMPARE(verdictsIn(verified.output),
+                 (QStringList{u"good.flac=failed"_s, u"no.flac=missing"_s, u"x=unreadable"_s}));
+        const QJsonObject summary = jsonLines(verified.output).back();
+        QCOMPARE(
+            summary.value(u"files"_s).toObject(),
+            (QJsonObject{{u"ok"_s, 0}, {u"failed"_s, 1}, {u"missing"_s, 1}, {u"unreadable"_s, 1}}));
+
+        const QString list = cli.in(u"md5sum.txt"_s);
+        writeFile(list, cli.shell(u"cd in && md5sum good.flac"_s).output);
+        QCOMPARE(checksum({u"verify"_s, list}).status, 2);
+        const Ran tolerant = checksum({u"verify"_s, u"--tolerant"_s, list});
+        QCOMPARE(tolerant.status, 0);
+        QVERIFY(tolerant.output.contains("good.flac : OK (read strictly: Invalid"));
+    }
+
+    void whatCannotBeDoneIsSaid_data() {
+        columns<QString, int, QString>("arguments", "status", "says");
+        row("where to", "create --kind md5 in", 2, "--save PATH or --beside");
+        row("several folders", "create --kind md5 --beside in in/sub/x.wav", 2, "Say --save PATH");
+        row("no folder", "create --kind md5 --save no/x.md5 in", 2, "no folder for");
+        row("a folder", "create --kind md5 --save in in", 2, "is a folder");
+        row("foreign", "create --kind md5 --save in/x.txt in/sub", 3, "The answer was no");
+        row("no such kind", "create --kind sha1 --beside in", 2, "--kind");
+        row("both places", "create --kind md5 --beside --save a in", 2, "excludes");
+        row("other files", "test in/x.txt", 2, "of no kind for this command");
+        row("other files, too", "test in/x.txt in/sub/a.flac", 1, "of no kind for this command");
+        row("nothing", "verify in/sub/x.wav", 2, "nothing to do");
+        row("missing", "verify nope.md5", 2, "does not exist");
+        row("no action", "in", 2, "subcommand");
+    }
+    void whatCannotBeDoneIsSaid() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, says);
+        const Cli cli;
+        cli.wav(u"sub/x.wav"_s);
+        cli.wav(u"y.wav"_s);
+        QVERIFY(QFile::rename(cli.flac(u"a.flac"_s), cli.in(u"sub/a.flac"_s)));
+        writeFile(cli.in(u"x.txt"_s), "a text\n");
+        const Ran ran = checksum(words(arguments));
+        QTEST(ran.status, "status");
+        QVERIFY2(ran.errors.contains(says.toUtf8()), ran.errors.constData());
+        QCOMPARE(contents(cli.in(u"x.txt"_s)), "a text\n");
+        QVERIFY(!QFile::exists(cli.in(u"md5sum.md5"_s)));
+    }
+
+    void encodesBringTheirFingerprints() {
+        const Cli cli;
+        cli.wav(u"a.wav"_s);
+        const Ran plan = cli.encode(u"--ffp --dry-run --output out in"_s);
+        QVERIFY2(plan.output.contains("would then write the checksum file"),
+                 plan.output.constData());
+        QCOMPARE(cli.encode(u"--ffp --output out in"_s).status, 0);
+        QCOMPARE(cli.namesIn(u"out"_s), words(u"a.flac fingerprint.ffp.txt"_s));
+        QCOMPARE(checksum({u"verify"_s, cli.out({})}).status, 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(ChecksumCliTest)
+#include "ChecksumCliTest.moc"
