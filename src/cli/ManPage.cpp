@@ -182,6 +182,8 @@ void ManPageWriter::examples() {
             QStringLiteral("quav-cli encode --to flac --dry-run --output archive concert"));
     example(tr("Turn FLAC files back into WAV beside them, four at a time:"),
             QStringLiteral("quav-cli decode --to wav --beside --jobs 4 concert/*.flac"));
+    example(tr("Check everything that the checksum files below a folder name:"),
+            QStringLiteral("quav-cli checksum verify concert"));
     example(tr("A file whose name begins with a dash:"),
             QStringLiteral("quav-cli encode --to flac --beside -- -intro.wav"));
 }
@@ -196,7 +198,8 @@ QString ManPageWriter::write(const CommandHelp& program) {
                  "default button. Ctrl-C drops the files that wait and lets the tools finish the "
                  "files that they are at; a second one stops the tools. The report of a set of "
                  "files goes to the standard output when the set is done and something in it went "
-                 "wrong; everything else goes to the standard error stream."));
+                 "wrong, or when the report is what was asked for; everything else goes to the "
+                 "standard error stream."));
     section(tr("OPTIONS"));
     options(program);
     section(tr("COMMANDS"));

@@ -53,7 +53,8 @@ QString inWords(Verdict::Kind kind) {
 
 QString sentence(const Verdict& verdict) {
     QString line = QStringLiteral("%1: %2").arg(verdict.file, inWords(verdict.kind));
-    if (!verdict.note.isEmpty() && verdict.note != verdict.file) {
+    const bool saysMore = verdict.kind != Verdict::Kind::Missing && verdict.note != verdict.file;
+    if (saysMore && !verdict.note.isEmpty()) {
         line += QStringLiteral(" (%1)").arg(verdict.note);
     }
     if (verdict.kind == Verdict::Kind::Failed && !verdict.found.isEmpty() &&

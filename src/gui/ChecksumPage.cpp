@@ -9,17 +9,6 @@
 
 namespace quav {
 
-namespace {
-
-/// Keeps the place of a group that is hidden, so that nothing jumps.
-void keepPlace(QWidget& widget) {
-    QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    widget.setSizePolicy(policy);
-}
-
-} // namespace
-
 ChecksumPage::ChecksumPage(ChecksumTab& tab, QWidget* parent) : TabPage(tab, parent), tab_(tab) {
     addCommandGroup();
     addCreateGroup();
@@ -55,7 +44,7 @@ void ChecksumPage::addCreateGroup() {
     st5_ = addRadioButton(layout, tr("&ST5"),
                           tr("A digest of the audio of each file, the same for every lossless "
                              "format (shntool hash -m)"));
-    ffp_ = addRadioButton(layout, tr("F&FP"),
+    ffp_ = addRadioButton(layout, tr("FF&P"),
                           tr("The fingerprint that each FLAC file carries of its audio "
                              "(metaflac --show-md5)"));
     beside_ = addCheckBox(layout, tr("Save &beside the source files"),
@@ -65,7 +54,6 @@ void ChecksumPage::addCreateGroup() {
     connect(st5_, &QRadioButton::clicked, &tab_, choose(ChecksumKind::St5));
     connect(ffp_, &QRadioButton::clicked, &tab_, choose(ChecksumKind::Ffp));
     connect(beside_, &QCheckBox::clicked, &tab_, &ChecksumTab::setSourceSaveButton);
-    keepPlace(*createGroup_);
     addOptionGroup(createGroup_);
 }
 

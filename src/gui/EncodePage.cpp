@@ -62,7 +62,7 @@ void EncodePage::addFlacGroup() {
                     tr("Store the chunks of the WAV or AIFF file that are no audio "
                        "(flac --keep-foreign-metadata)"));
     generateFFP_ =
-        addCheckBox(flac, tr("&Write fingerprint file"),
+        addCheckBox(flac, tr("Wr&ite fingerprint file"),
                     tr("Afterwards write a file with the fingerprints of all outputs into each "
                        "output folder (metaflac --show-md5)"));
     connect(generateFFP_, &QCheckBox::clicked, &tab_, &EncodeTab::setGenerateFFP);

@@ -116,6 +116,7 @@ public:
     QUAVTaskQueue& queue = workbench.queue();
     EncodeTab& encode = workbench.encodeTab();
     DecodeTab& decode = workbench.decodeTab();
+    ChecksumTab& checksum = workbench.checksumTab();
     OutputWindows outputWindows{prompts};
     StatusPanel panel{queue, outputWindows};
     MainWindow window{workbench, panel, outputWindows};
