@@ -39,9 +39,12 @@ private:
     };
 
     void beginFiles();
-    bool fill(std::size_t lane);
+    void bringLongestToFront();
+    std::uint64_t bytesLeft(std::size_t at) const;
+    void exchange(std::size_t one, std::size_t other);
+    bool fill(std::size_t at);
     std::size_t pad(Lane& lane, std::size_t filled);
-    void finish(std::size_t lane, const Result& result);
+    void finish(std::size_t at, const Result& result);
     std::uint8_t* bufferOf(const Lane& lane);
 
     const QStringList& paths_;

@@ -6,8 +6,8 @@
 
 #include "checksums/Md5Streams.h"
 
-#include <stddef.h>
-#include <stdint.h>
+#include <cstddef>
+#include <cstdint>
 
 namespace quav::md5lanes {
 
@@ -19,7 +19,9 @@ namespace {
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "words are read as they lie in memory");
 
-constexpr uint32_t sineTable[64] = {
+constexpr size_t bytesPerWord = 4;
+
+inline constexpr uint32_t sineTable[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
     0x698098d8, 0x8b44f7af, 0xffff5bb1, 0x895cd7be, 0x6b901122, 0xfd987193, 0xa679438e, 0x49b40821,
     0xf61e2562, 0xc040b340, 0x265e5a51, 0xe9b6c7aa, 0xd62f105d, 0x02441453, 0xd8a1e681, 0xe7d3fbc8,
@@ -29,7 +31,8 @@ constexpr uint32_t sineTable[64] = {
     0xf4292244, 0x432aff97, 0xab9423a7, 0xfc93a039, 0x655b59c3, 0x8f0ccc92, 0xffeff47d, 0x85845dd1,
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
-constexpr int rotations[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
+inline constexpr int rotations[4][4] = {
+    {7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
 
 constexpr int wordOf(int step) {
     constexpr int stride[4] = {1, 5, 3, 7};
@@ -55,7 +58,7 @@ struct WideTable {
 template <typename V>
 struct PlainOperations {
     using Vector = V;
-    static constexpr size_t width = sizeof(V) / sizeof(uint32_t);
+    static constexpr size_t width = sizeof(V) / bytesPerWord;
 
     static V load(const void* from) {
         V vector;
@@ -84,6 +87,7 @@ struct Engine {
     using V = typename Operations::Vector;
 
     V state[4][groups];
+    V before[4][groups];
     V message[16][groups];
 
     static constexpr WideTable<Operations::width> table{};
@@ -133,37 +137,51 @@ struct Engine {
         }
     }
 
-    void compress(States& states, const uint8_t* const* data, size_t blocks, size_t first) {
+    [[gnu::always_inline]] inline void load(const States& states, size_t first) {
         for (size_t word = 0; word < 4; ++word) {
             for (size_t k = 0; k < groups; ++k) {
                 state[word][k] =
                     Operations::load(&states.words[word][first + k * Operations::width]);
             }
         }
-        for (size_t block = 0; block < blocks; ++block) {
-            for (size_t k = 0; k < groups; ++k) {
-                V words[16];
-                Operations::transpose(data + first + k * Operations::width, block * blockSize,
-                                      words);
-                for (size_t word = 0; word < 16; ++word) {
-                    message[word][k] = words[word];
-                }
-            }
-            V before[4][groups];
-            __builtin_memcpy(before, state, sizeof state);
-            takeFrom<0>();
-            for (size_t word = 0; word < 4; ++word) {
-                for (size_t k = 0; k < groups; ++k) {
-                    state[word][k] += before[word][k];
-                }
-            }
-        }
+    }
+
+    [[gnu::always_inline]] inline void store(States& states, size_t first) const {
         for (size_t word = 0; word < 4; ++word) {
             for (size_t k = 0; k < groups; ++k) {
                 Operations::store(&states.words[word][first + k * Operations::width],
                                   state[word][k]);
             }
         }
+    }
+
+    [[gnu::always_inline]] inline void beginBlock(const uint8_t* const* data, size_t at) {
+        for (size_t k = 0; k < groups; ++k) {
+            V words[16];
+            Operations::transpose(data + k * Operations::width, at, words);
+            for (size_t word = 0; word < 16; ++word) {
+                message[word][k] = words[word];
+            }
+        }
+        __builtin_memcpy(before, state, sizeof state);
+    }
+
+    [[gnu::always_inline]] inline void endBlock() {
+        for (size_t word = 0; word < 4; ++word) {
+            for (size_t k = 0; k < groups; ++k) {
+                state[word][k] += before[word][k];
+            }
+        }
+    }
+
+    void compress(States& states, const uint8_t* const* data, size_t blocks, size_t first) {
+        load(states, first);
+        for (size_t block = 0; block < blocks; ++block) {
+            beginBlock(data + first, block * blockSize);
+            takeFrom<0>();
+            endBlock();
+        }
+        store(states, first);
     }
 };
 
@@ -190,7 +208,7 @@ struct Pointers {
             all[lane] = streams.data[lane < active ? lane : 0];
         }
     }
-    const uint8_t* all[lanes];
+    const uint8_t* all[lanes]{};
 };
 
 /// Takes what all lanes have with one call of `work` over it, and passes it.

@@ -8,7 +8,7 @@ namespace quav::md5lanes {
 
 namespace {
 
-typedef std::uint32_t Four __attribute__((vector_size(16)));
+using Four [[gnu::vector_size(16)]] = std::uint32_t;
 
 struct FourLanes : PlainOperations<Four> {
     static void transpose(const std::uint8_t* const* data, std::size_t at, Four (&words)[16]) {

@@ -7,7 +7,7 @@ namespace quav::md5lanes {
 
 namespace {
 
-typedef uint32_t Eight __attribute__((vector_size(32)));
+using Eight [[gnu::vector_size(32)]] = uint32_t;
 
 struct EightLanes : PlainOperations<Eight> {
     static Eight interleavedLow(Eight a, Eight b) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace quav::md5lanes {
 
@@ -27,9 +28,9 @@ void States::begin(std::size_t lane) {
     }
 }
 
-void States::copy(std::size_t from, std::size_t to) {
+void States::exchange(std::size_t one, std::size_t other) {
     for (auto& word : words) {
-        word[to] = word[from];
+        std::swap(word[one], word[other]);
     }
 }
 

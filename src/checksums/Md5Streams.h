@@ -17,7 +17,7 @@ struct States {
 
     /// Gives a lane the state that every digest begins with.
     void begin(std::size_t lane);
-    void copy(std::size_t from, std::size_t to);
+    void exchange(std::size_t one, std::size_t other);
     /// The digest that the state comes to, when all blocks and the padding went in.
     void store(std::size_t lane, std::span<std::uint8_t, 16> digest) const;
 };

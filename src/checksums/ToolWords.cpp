@@ -4,12 +4,21 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quav::toolwords {
 
 namespace {
 
-const QString linesOfProgress = QStringLiteral("% complete");
+const QString progressInFlac = QStringLiteral("% complete");
+const QString progressInApe = QStringLiteral("Progress: ");
+
+/// The last of the lines that contains a text; -1 when none does.
+qsizetype lastWith(const QStringList& lines, const QString& text) {
+    const auto found = std::find_if(lines.rbegin(), lines.rend(),
+                                    [&](const QString& line) { return line.contains(text); });
+    return std::distance(found, lines.rend()) - 1;
+}
 
 } // namespace
 
@@ -33,25 +42,15 @@ QString flacWords(const QString& piece, const QString& fileName) {
 
 QString fromLastProgress(const QString& log) {
     const QStringList lines = log.split(u'\n');
-    qsizetype first = lines.size() - 1;
-    while (first > 0 && !lines[first].contains(linesOfProgress)) {
-        --first;
-    }
-    return lines.mid(first).join(u'\n');
+    return lines.mid(std::max<qsizetype>(0, lastWith(lines, progressInFlac))).join(u'\n');
 }
 
 QString fromLastApeProgress(const QString& log, const QString& title) {
     static const QRegularExpression lineEnd(QStringLiteral("\r\n|\r|\n"));
     const QStringList lines = log.split(lineEnd);
-    QString kept;
-    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-        kept.prepend(*line + u'\n');
-        if (line->contains(u"Progress: ")) {
-            kept.prepend(title + u'\n');
-            break;
-        }
-    }
-    return kept;
+    const qsizetype last = lastWith(lines, progressInApe);
+    return (last < 0 ? QString() : title + u'\n') +
+           lines.mid(std::max<qsizetype>(0, last)).join(u'\n') + u'\n';
 }
 
 std::optional<double> numberBefore(const QString& text, const QString& word) {

@@ -123,7 +123,7 @@ VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
 }
 
 QString VerifyFFPTask::processFlacFileOutput(const QString& piece, const QString& file) {
-    const QString said = toolwords::flacWords(piece, file);
+    QString said = toolwords::flacWords(piece, file);
     if (said.contains(u'%')) {
         const double percent =
             said.section(QStringLiteral(", "), 1, 1).section(u'%', 0, 0).toDouble();

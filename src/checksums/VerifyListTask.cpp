@@ -98,7 +98,7 @@ QString VerifyListTask::strictPath(const Line& line) const {
 }
 
 QString VerifyListTask::pathOf(const Line& line) const {
-    const QString asWritten = strictPath(line);
+    QString asWritten = strictPath(line);
     if (!isTolerant() || (!asWritten.isEmpty() && QFileInfo(asWritten).isFile())) {
         return asWritten;
     }

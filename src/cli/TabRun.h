@@ -25,11 +25,11 @@ class TabRun {
 public:
     TabRun(const TabRun&) = delete;
     TabRun& operator=(const TabRun&) = delete;
+    virtual ~TabRun();
 
 protected:
     /// The settings must keep their changes in memory: the options of one run change them.
     TabRun(RunOptions options, Settings& settings, Terminal& terminal);
-    virtual ~TabRun();
 
     virtual BaseTab& tab() = 0;
 

@@ -115,7 +115,7 @@ private Q_SLOTS:
                 digests[owner[lane]] =
                     QByteArray(reinterpret_cast<const char*>(digest.data()), digest.size());
                 --left;
-                states.copy(left, lane);
+                states.exchange(lane, left);
                 streams.data[lane] = streams.data[left];
                 streams.blocks[lane] = streams.blocks[left];
                 owner[lane] = owner[left];
