@@ -67,7 +67,12 @@ struct PlainOperations {
     }
     static void store(void* to, V vector) { __builtin_memcpy(to, &vector, sizeof vector); }
 
-    static void settle(V& v) { asm("" : "+x"(v)); }
+    /// From here on the compiler takes the value as it is, and not as the sum that made it.
+    static void settle([[maybe_unused]] V& v) {
+#if defined(__x86_64__)
+        asm("" : "+x"(v));
+#endif
+    }
 
     template <int count>
     static V rotated(V v) {
@@ -75,10 +80,18 @@ struct PlainOperations {
     }
 
     // Each waits as little as possible for b, which the step before has only just made.
-    static V f(V b, V c, V d) { return d ^ (b & (c ^ d)); }
-    static V g(V b, V c, V d) { return (b & d) + (c & ~d); }
-    static V h(V b, V c, V d) { return b ^ (c ^ d); }
-    static V i(V b, V c, V d) { return c ^ (b | ~d); }
+    static V f(V b, V c, V d) {
+        return d ^ (b & (c ^ d));
+    }
+    static V g(V b, V c, V d) {
+        return (b & d) + (c & ~d);
+    }
+    static V h(V b, V c, V d) {
+        return b ^ (c ^ d);
+    }
+    static V i(V b, V c, V d) {
+        return c ^ (b | ~d);
+    }
 };
 
 /// So many vectors go through the steps together: while one waits, another is at work.
