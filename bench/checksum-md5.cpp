@@ -111,7 +111,7 @@ bool listOfFiles(const QTemporaryDir& folder) {
         const auto milliseconds = inTurns(
             [&] {
                 FileHash::md5HashesOfFilesAtPaths(
-                    list, [](qsizetype, const FileHash::Digest&) {}, [] { return false; },
+                    list, [](qsizetype, const FileHash::Digest&) {}, [](double) { return true; },
                     kernel.kernel);
             },
             [&] { ran(QStringLiteral("md5sum"), list); });

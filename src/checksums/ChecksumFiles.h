@@ -51,9 +51,8 @@ bool areAllSameDirectory(const QStringList& paths);
 /// The deepest folder that all paths lie in or below.
 QString commonFolder(const QStringList& paths);
 
-/// True when none of a list's readers could find a file of this name again: a line break ends the
-/// entry, and blanks at its ends are taken off.
-bool isUnfitName(const QString& name);
+/// Why a file could not be read, from a number of the system's list.
+QString reasonOf(int errorNumber);
 
 /// The verdict on a file that could not be read, with the system's reason.
 Verdict unreadable(const QString& list, const QString& file, int errorNumber);

@@ -20,6 +20,7 @@ namespace {
 // Room for the digests of several hundred thousand files. What is larger is something else by
 // mistake, and must not fill the memory.
 constexpr qint64 largestList = qint64(64) * 1024 * 1024;
+constexpr qint64 mostLines = 500000;
 
 const QString md5Separator = QStringLiteral(" *");
 const QString st5Separator = QStringLiteral("  [shntool]  ");
@@ -167,6 +168,11 @@ tl::expected<QByteArray, QString> contentsOf(const QString& path) {
     if (file.error() != QFileDevice::NoError) {
         return refuse(file.errorString());
     }
+    if (std::count_if(bytes.begin(), bytes.end(),
+                      [](char byte) { return byte >= '\n' && byte <= '\r'; }) > mostLines) {
+        return refuse(QCoreApplication::translate(
+            "ChecksumList", "it has more lines than any list of checksums, 500,000"));
+    }
     return bytes;
 }
 
@@ -207,6 +213,25 @@ List read(ChecksumKind kind, const QString& text, Reading reading) {
         list.lines.push_back(std::move(kept));
     });
     return list;
+}
+
+bool isReadBack(ChecksumKind kind, const QString& name) {
+    const QString digest(32, u'0');
+    QString text;
+    switch (kind) {
+    case ChecksumKind::Md5:
+        text = digest + md5Separator + name;
+        break;
+    case ChecksumKind::St5:
+        text = digest + st5Separator + name;
+        break;
+    case ChecksumKind::Ffp:
+        text = name + u':' + digest;
+        break;
+    }
+    const List list = read(kind, text, Reading::Strict);
+    return list.lines.size() == 1 && list.lines.front().strict &&
+           list.lines.front().strict->name == name;
 }
 
 std::optional<ChecksumKind> kindByName(const QString& path) {

@@ -48,6 +48,10 @@ QString decoded(const QByteArray& bytes, Reading reading);
 
 List read(ChecksumKind kind, const QString& text, Reading reading);
 
+/// Whether an entry of this name is read back as it was written: one that a line break ends, or
+/// that begins as a comment does, is not, and no list can name such a file.
+bool isReadBack(ChecksumKind kind, const QString& name);
+
 /// The kind that a list has by its file name: the extensions MD5, ST5, FFP and FFP.TXT in whatever
 /// capitals; none for others.
 std::optional<ChecksumKind> kindByName(const QString& path);

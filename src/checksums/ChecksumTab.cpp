@@ -20,7 +20,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <chrono>
 #include <exception>
 #include <iterator>
 
@@ -315,6 +314,11 @@ std::shared_ptr<CreateST5Task> ChecksumTab::createST5(const QStringList& files,
                                                 CreateST5Task::argumentsFor(files));
     task->setDirectory(folderOf(files.last()));
     task->setTitle(tr("Create ST5"));
+    for (const QString& file : files) {
+        if (!checksumlist::isReadBack(ChecksumKind::St5, lastPathComponent(file))) {
+            task->addWarning(tr("“%1” cannot be found again by its name in the list").arg(file));
+        }
+    }
     return task;
 }
 
@@ -331,43 +335,59 @@ CommandOutcome ChecksumTab::createFFP(const QStringList& files) {
     if (!path) {
         return CommandOutcome::Declined;
     }
+    const QStringList listed = fileNames();
+    clearFiles(); // now, since other files may come while the tools run
+    auto outcome = CommandOutcome::Done;
     try {
-        writeFingerprints(files, *path);
+        outcome = writeFingerprints(files, *path) ? outcome : CommandOutcome::Declined;
     } catch (const std::exception& exception) {
         services().prompts.alert(QString::fromUtf8(exception.what()), {});
-        return CommandOutcome::Refused;
+        outcome = CommandOutcome::Refused;
     }
-    clearFiles();
-    return CommandOutcome::Done;
+    if (outcome != CommandOutcome::Done) {
+        addFoundFiles(listed);
+    }
+    return outcome;
 }
 
-void ChecksumTab::writeFingerprints(const QStringList& files, const QString& path) {
+/// False when it was stopped.
+bool ChecksumTab::writeFingerprints(const QStringList& files, const QString& path) {
     FingerprintText made;
     std::exception_ptr failure;
     MainThread mainThread;
     BackgroundWork work(mainThread);
     QEventLoop loop;
     const int atOnce = services().queue.toolsAtOnce();
+    bool isDone = false;
+    stopWriting_ = false;
     work.run(
         [&] {
             try {
                 made = CreateFFPTask::textOver(files, path, services().tools, atOnce,
-                                               [](qsizetype /*index*/) { return true; });
+                                               [this](qsizetype) { return !stopWriting_; });
             } catch (...) {
                 failure = std::current_exception();
             }
         },
-        [&loop] { loop.quit(); });
+        [&] {
+            isDone = true;
+            loop.quit();
+        });
     // The window goes on painting, and takes nothing from the user until the list is there.
     loop.exec(QEventLoop::ExcludeUserInputEvents);
+    if (!isDone) {
+        stopWriting(); // the program ends
+    }
+    work.wait();
     if (failure) {
         std::rethrow_exception(failure);
     }
-    checksumfiles::write(path, made.text);
-    Q_EMIT fingerprintsWritten(path, made.verdicts);
-    if (!made.warnings.isEmpty()) {
-        services().prompts.alertAfter(std::chrono::milliseconds(0), made.warnings.join(u'\n'));
+    if (stopWriting_) {
+        return false;
     }
+    checksumfiles::write(path, made.text);
+    Q_EMIT fingerprintsWritten(path, made.verdicts, made.warnings);
+    return true;
 }
 
 CommandOutcome ChecksumTab::verify() {

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -81,9 +82,14 @@ public:
                                         const std::shared_ptr<QUAVTaskResults>& results,
                                         QUAVTaskQueue& queue) const;
 
+    /// Ends the writing of a fingerprint file, if one is being written; no file comes of it.
+    void stopWriting() { stopWriting_ = true; }
+
 Q_SIGNALS:
-    /// A fingerprint file was written. The verdicts are only of files that gave no fingerprint.
-    void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts);
+    /// A fingerprint file was written. The verdicts are only of files that gave no fingerprint; the
+    /// warnings are sentences.
+    void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts,
+                             const QStringList& warnings);
 
 private:
     checksumlist::Reading reading() const;
@@ -103,12 +109,13 @@ private:
                    const std::shared_ptr<QUAVTaskResults>& results) const;
     std::optional<QString> choosePath(const QStringList& files, ChecksumKind kind, bool beside);
     bool hasTools(const QStringList& names);
-    void writeFingerprints(const QStringList& files, const QString& path);
+    bool writeFingerprints(const QStringList& files, const QString& path);
 
     Command command_ = Command::Test;
     ChecksumKind kind_ = ChecksumKind::Md5;
     bool sourceSave_ = false;
     bool acceptOtherSpellings_ = false;
+    std::atomic<bool> stopWriting_ = false;
 };
 
 } // namespace quav

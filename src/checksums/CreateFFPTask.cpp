@@ -1,6 +1,6 @@
 #include "checksums/CreateFFPTask.h"
 
-#include "checksums/ChecksumFiles.h"
+#include "checksums/ChecksumList.h"
 #include "checksums/Fingerprint.h"
 #include "engine/QUAVTaskResults.h"
 #include "engine/ToolsFolder.h"
@@ -11,7 +11,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cerrno>
 #include <stdexcept>
 
 namespace quav {
@@ -36,8 +35,7 @@ void take(FingerprintText& result, const QString& ffpFile, const QString& file,
                                "“%1” has no fingerprint: its encoder left it at zeros, so nothing "
                                "can be checked against it. Encode it anew to get one.")
                                .arg(file);
-    } else if (checksumfiles::isUnfitName(lastPathComponent(file)) ||
-               lastPathComponent(file).contains(u':')) {
+    } else if (!checksumlist::isReadBack(ChecksumKind::Ffp, lastPathComponent(file))) {
         result.warnings
             << CreateFFPTask::tr("“%1” cannot be found again by its name in the list").arg(file);
     }
@@ -83,11 +81,18 @@ void CreateFFPTask::doStartTask() {
     }
 }
 
-void CreateFFPTask::doCreateFFP(const QStringList& files, const QString& outputDir) {
-    // After a batch that came to nothing, an earlier list must not give way to one of complaints.
-    const bool anyThere = std::any_of(files.begin(), files.end(),
-                                      [](const QString& file) { return QFileInfo::exists(file); });
-    if (!anyThere) {
+void CreateFFPTask::doCreateFFP(const QStringList& outputs, const QString& outputDir) {
+    // A batch that failed or was cancelled has not made all of them, and a list of complaints is of
+    // no use; when it has made none, an earlier list stays.
+    QStringList files;
+    for (const QString& output : outputs) {
+        if (QFileInfo::exists(output)) {
+            files << output;
+        } else {
+            addWarning(tr("“%1” is not there and has no entry").arg(output));
+        }
+    }
+    if (files.isEmpty()) {
         return;
     }
     const bool named = settings_.boolean(keys::checksumFileUsesOutputDirName);
@@ -108,8 +113,8 @@ void CreateFFPTask::doCreateFFP(const QStringList& files, const QString& outputD
     for (const QString& warning : made.warnings) {
         addWarning(warning);
     }
-    results()->appendVerdicts(std::move(made.verdicts), *this);
     checksumfiles::write(path, made.text);
+    results()->appendVerdicts(std::move(made.verdicts), *this);
 }
 
 void CreateFFPTask::beforeEnd() {

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace quav {
 
 class Settings;
@@ -43,7 +45,7 @@ protected:
     void beforeEnd() override;
 
 private:
-    void doCreateFFP(const QStringList& files, const QString& outputDir);
+    void doCreateFFP(const QStringList& outputs, const QString& outputDir);
 
     QMap<QString, QStringList> dictByOutputDir_;
     QString ffpName_;

@@ -1,9 +1,12 @@
 #include "checksums/CreateMD5Task.h"
 
 #include "checksums/ChecksumFiles.h"
+#include "checksums/ChecksumList.h"
 #include "checksums/FileHash.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
+
+#include <algorithm>
 
 namespace quav {
 
@@ -41,19 +44,25 @@ void CreateMD5Task::doCreateMd5() {
             setTextFieldString(fileName);
             push(MainLine);
             constexpr double whole = 100;
-            showProgress(tr("Creating MD5 Hash"), static_cast<double>(index + 1) * whole /
-                                                      static_cast<double>(fileNames_.size()));
+            const double count =
+                static_cast<double>(index + 1) * whole / static_cast<double>(fileNames_.size());
+            // Several files are read at once: the bar has seen more of them than are complete.
+            showProgress(tr("Creating MD5 Hash"), std::max(count, progressIndicatorValue()));
             text += QStringLiteral("%1 *%2\n").arg(digest.value_or(QStringLiteral("(null)")), name);
             if (!digest) {
                 verdicts.push_back(
                     checksumfiles::unreadable(outputPath_, file, digest.error().code));
                 addWarning(tr("“%1” could not be read: %2")
-                               .arg(file, qt_error_string(digest.error().code)));
-            } else if (checksumfiles::isUnfitName(name)) {
+                               .arg(file, checksumfiles::reasonOf(digest.error().code)));
+            } else if (!checksumlist::isReadBack(ChecksumKind::Md5, name)) {
                 addWarning(tr("“%1” cannot be found again by its name in the list").arg(file));
             }
         },
-        [this] { return stopRequested(); });
+        [this](double share) {
+            constexpr double whole = 100;
+            raiseProgress(share * whole);
+            return !stopRequested();
+        });
     if (stopRequested()) {
         return;
     }
@@ -62,8 +71,8 @@ void CreateMD5Task::doCreateMd5() {
     }
     setTopTextFieldString({});
     push(StatusLine);
-    results()->appendVerdicts(std::move(verdicts), *this);
     checksumfiles::write(outputPath_, text);
+    results()->appendVerdicts(std::move(verdicts), *this);
 }
 
 void CreateMD5Task::beforeEnd() {

@@ -21,6 +21,7 @@ QStringList CreateST5Task::argumentsFor(const QStringList& files) {
     const bool looksLikeOption = std::any_of(
         names.begin(), names.end(), [](const QString& name) { return name.startsWith(u'-'); });
     if (looksLikeOption) {
+        // From here on names that begin with a dash are names.
         arguments << QStringLiteral("--");
     }
     return arguments << names;
@@ -57,21 +58,32 @@ void CreateST5Task::takeLine(const QString& line) {
 }
 
 void CreateST5Task::cleanup() {
-    checksumfiles::write(fileName(), results()->resultsOf(*this));
-    if (!error()) {
-        return;
+    const QString text = results()->resultsOf(*this);
+    // The digests go into the file; what may be left to tell is why some are missing.
+    results()->setResults(complaints_.isEmpty() ? QString() : complaints_.join(u'\n') + u'\n',
+                          *this);
+    if (cancelled() || !text.contains(toolwords::hashMarker)) {
+        return; // an earlier file is better than one with less than everything
     }
-    // The digests are in the file; what is left to tell is why some are not.
-    results()->setResults(complaints_.join(u'\n') + u'\n', *this);
+    checksumfiles::write(fileName(), text);
     Verdicts verdicts;
     for (const QString& complaint : complaints_) {
-        verdicts.push_back({fileName(), complaint, Verdict::Kind::Unreadable, {}, {}, complaint});
+        verdicts.push_back(
+            {fileName(), fileIn(complaint), Verdict::Kind::Unreadable, {}, {}, complaint});
     }
     results()->appendVerdicts(std::move(verdicts), *this);
 }
 
+/// The file that a complaint names at its end, in brackets; the list itself when it names none.
+QString CreateST5Task::fileIn(const QString& complaint) const {
+    const qsizetype first = complaint.indexOf(u": [");
+    return complaint.endsWith(u']') && first >= 0
+               ? complaint.mid(first + 3, complaint.size() - first - 4)
+               : fileName();
+}
+
 void CreateST5Task::finalCleanup() {
-    results()->setHasResults(false);
+    results()->setHasResults(error());
 }
 
 } // namespace quav

@@ -28,6 +28,7 @@ protected:
 
 private:
     void takeLine(const QString& line);
+    QString fileIn(const QString& complaint) const;
 
     QStringList complaints_;
 };

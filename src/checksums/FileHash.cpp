@@ -4,10 +4,13 @@
 #include "platform/RegularFile.h"
 
 #include <QByteArray>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <array>
 #include <md5.h>
 #include <memory>
+#include <numeric>
 #include <sha1.h>
 #include <sha2.h>
 #include <vector>
@@ -55,17 +58,19 @@ FileHash::ComputationContext sha512() {
             SHA512_DIGEST_LENGTH};
 }
 
-/// None when it was cancelled.
+/// None when it was not to go on.
 std::optional<FileHash::Digest> digestOf(const QString& path,
                                          const FileHash::ComputationContext& context,
-                                         const FileHash::Cancelled& cancelled) {
+                                         const FileHash::GoOn& goOn) {
     auto file = RegularFile::open(path);
     if (!file) {
         return tl::make_unexpected(FileHash::Error{file.error()});
     }
     std::vector<std::uint8_t> buffer(readBytes);
     context.init();
-    while (!cancelled()) {
+    const auto size = static_cast<double>(std::max<std::uint64_t>(1, file->size()));
+    std::uint64_t done = 0;
+    while (goOn(std::min(1.0, static_cast<double>(done) / size))) {
         const auto count = file->read(buffer);
         if (!count) {
             return tl::make_unexpected(FileHash::Error{count.error()});
@@ -76,15 +81,22 @@ std::optional<FileHash::Digest> digestOf(const QString& path,
             return hexadecimal(std::span(digest).first(context.digestLength));
         }
         context.update(buffer.data(), *count);
+        done += *count;
     }
     return std::nullopt;
+}
+
+double bytesIn(const QStringList& paths) {
+    return std::accumulate(paths.begin(), paths.end(), 0.0, [](double sum, const QString& path) {
+        return sum + static_cast<double>(QFileInfo(path).size());
+    });
 }
 
 } // namespace
 
 std::optional<QString> FileHash::hashOfFileAtPath(const QString& path,
                                                   const ComputationContext& context) {
-    const auto digest = digestOf(path, context, [] { return false; });
+    const auto digest = digestOf(path, context, [](double /*share*/) { return true; });
     return *digest ? std::optional(**digest) : std::nullopt;
 }
 
@@ -100,19 +112,23 @@ std::optional<QString> FileHash::sha512HashOfFileAtPath(const QString& path) {
     return hashOfFileAtPath(path, sha512());
 }
 
-void FileHash::md5HashesOfFilesAtPaths(const QStringList& paths, const Done& done,
-                                       const Cancelled& cancelled, md5lanes::Kernel kernel) {
+void FileHash::md5HashesOfFilesAtPaths(const QStringList& paths, const Done& done, const GoOn& goOn,
+                                       md5lanes::Kernel kernel) {
     if (paths.size() == 1) {
-        if (const auto digest = digestOf(paths.first(), md5(), cancelled)) {
+        if (const auto digest = digestOf(paths.first(), md5(), goOn)) {
             done(0, *digest);
         }
         return;
     }
     FileMd5Lanes lanes(paths, kernel);
+    const double bytes = std::max(1.0, bytesIn(paths));
+    const auto wanted = [&] {
+        return goOn(std::min(1.0, static_cast<double>(lanes.bytesRead()) / bytes));
+    };
     qsizetype next = 0;
-    while (next < paths.size() && !cancelled()) {
+    while (next < paths.size() && wanted()) {
         lanes.advance();
-        for (auto result = lanes.takeNext(); result && !cancelled(); result = lanes.takeNext()) {
+        for (auto result = lanes.takeNext(); result && wanted(); result = lanes.takeNext()) {
             const int code = result->errorNumber;
             done(next, code == 0 ? Digest(hexadecimal(result->digest))
                                  : Digest(tl::make_unexpected(Error{code})));

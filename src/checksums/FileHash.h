@@ -40,14 +40,15 @@ public:
                                                    const ComputationContext& context);
 
     using Done = std::function<void(qsizetype index, const Digest& digest)>;
-    using Cancelled = std::function<bool()>;
+    /// Told from time to time how much of all bytes has been read, 0 to 1; false: that is enough.
+    using GoOn = std::function<bool(double share)>;
 
     /// The MD5 of many files, several of them at a time. Calls `done` once a file, in their order,
     /// on the calling thread, as early as that order allows. Returns soon, and calls nothing more,
-    /// when `cancelled` says so. Only regular files have a digest. The kernel is the fastest one
-    /// unless another is asked for.
+    /// when `goOn` says no. Only regular files have a digest. The kernel is the fastest one unless
+    /// another is asked for.
     static void
-    md5HashesOfFilesAtPaths(const QStringList& paths, const Done& done, const Cancelled& cancelled,
+    md5HashesOfFilesAtPaths(const QStringList& paths, const Done& done, const GoOn& goOn,
                             md5lanes::Kernel kernel = md5lanes::kernels().front().kernel);
 };
 

@@ -55,7 +55,7 @@ void FileMd5Lanes::beginFiles() {
             continue;
         }
         Lane& lane = lanes_[active_];
-        lane = {std::move(*file), lane.slot, index, 0, false};
+        lane = {std::move(*file), lane.slot, index, 0, 0, false};
         states_.begin(active_);
         streams_.blocks[active_] = 0;
         ++active_;
@@ -92,6 +92,17 @@ void FileMd5Lanes::exchange(std::size_t one, std::size_t other) {
     states_.exchange(one, other);
 }
 
+/// A disk that has to move its head between so many files would do little else: it is to bring
+/// large pieces of each.
+void FileMd5Lanes::readAhead(Lane& lane) {
+    constexpr std::uint64_t piece = std::uint64_t(8) * 1024 * 1024;
+    const std::uint64_t size = lane.file->size();
+    if (size > readSize && lane.announced < size && lane.length + piece / 2 >= lane.announced) {
+        lane.file->announce(lane.announced, piece);
+        lane.announced += piece;
+    }
+}
+
 /// Brings the lane its next blocks. False when it has come to its end.
 bool FileMd5Lanes::fill(std::size_t at) {
     Lane& lane = lanes_[at];
@@ -101,6 +112,7 @@ bool FileMd5Lanes::fill(std::size_t at) {
         finish(at, result);
         return false;
     }
+    readAhead(lane);
     const std::size_t wanted = at < front ? bufferSize : readSize;
     const auto count = lane.file->read({bufferOf(lane), wanted});
     if (!count) {
@@ -108,6 +120,7 @@ bool FileMd5Lanes::fill(std::size_t at) {
         return false;
     }
     lane.length += *count;
+    bytesRead_ += *count;
     const std::size_t filled = *count < wanted ? pad(lane, *count) : *count;
     streams_.data[at] = bufferOf(lane);
     streams_.blocks[at] = filled / blockSize;

@@ -29,12 +29,16 @@ public:
     /// The result of the next file in order, once it is there.
     std::optional<Result> takeNext();
 
+    /// Read so far, in bytes.
+    std::uint64_t bytesRead() const { return bytesRead_; }
+
 private:
     struct Lane {
         std::optional<RegularFile> file;
         std::size_t slot = 0;     ///< of its buffer
         qsizetype index = 0;      ///< of its file
         std::uint64_t length = 0; ///< read so far, in bytes
+        std::uint64_t announced = 0;
         bool isPadded = false;
     };
 
@@ -42,6 +46,7 @@ private:
     void bringLongestToFront();
     std::uint64_t bytesLeft(std::size_t at) const;
     void exchange(std::size_t one, std::size_t other);
+    static void readAhead(Lane& lane);
     bool fill(std::size_t at);
     std::size_t pad(Lane& lane, std::size_t filled);
     void finish(std::size_t at, const Result& result);
@@ -54,6 +59,7 @@ private:
     std::size_t active_ = 0;
     md5lanes::States states_{};
     md5lanes::Streams streams_{};
+    std::uint64_t bytesRead_ = 0;
     qsizetype begun_ = 0;
     qsizetype taken_ = 0;
     std::deque<std::optional<Result>> results_; ///< of the files from `taken_` to `begun_`

@@ -38,6 +38,12 @@ qsizetype id3Size(const QByteArray& bytes) {
 } // namespace
 
 QString entry(const ToolsFolder& tools, const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile() && !info.isDir()) {
+        // The tool would wait for ever for what comes out of a pipe; these would be its words.
+        return path + QStringLiteral(": ERROR: reading metadata, status = "
+                                     "\"FLAC__METADATA_CHAIN_STATUS_READ_ERROR\"\n");
+    }
     const QString output = NSTaskWrapperSync(tools, tools.tool(QStringLiteral("metaflac")),
                                              {QStringLiteral("--show-md5"), path})
                                .runTask();

@@ -63,7 +63,7 @@ QString VerifyFFPTask::fingerprint(const QString& path) const {
 }
 
 bool VerifyFFPTask::take(const Line& line, const QString& path) {
-    const QString name = lastPathComponent(line.entry->name);
+    const QString name = lastPathComponent(path);
     const QString actual = fingerprint(path);
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
     if (fingerprint::isComplaint(actual)) {

@@ -55,14 +55,31 @@ checksumlist::List VerifyListTask::readList() {
         listIsEmpty();
     }
     if (list.lines.empty()) {
-        const QString reason = bytes ? tr("“%1” names no file").arg(fileName_) : bytes.error();
+        const QString reason = bytes ? whyNothingIsNamed(*bytes) : bytes.error();
         addWarning(reason);
         verdicts_.push_back({fileName_, fileName_, Verdict::Kind::Unreadable, {}, {}, reason});
-    } else if (isTolerant() && checksumlist::kindByName(fileName_) != kind_) {
+    } else if (isTolerant()) {
+        sayHowItIsRead(*bytes);
+    }
+    return list;
+}
+
+QString VerifyListTask::whyNothingIsNamed(const QByteArray& bytes) const {
+    const bool isText =
+        bytes.isEmpty() || !checksumlist::decoded(bytes, checksumlist::Reading::Strict).isEmpty();
+    return isText ? tr("“%1” names no file").arg(fileName_)
+                  : tr("“%1” is not in UTF-8; it can be read when other spellings are accepted")
+                        .arg(fileName_);
+}
+
+void VerifyListTask::sayHowItIsRead(const QByteArray& bytes) {
+    if (checksumlist::kindByName(fileName_) != kind_) {
         say(tr("%1 : read as %2 (read strictly: no list of this kind)")
                 .arg(title(), checksumfiles::title(kind_)));
     }
-    return list;
+    if (checksumlist::decoded(bytes, checksumlist::Reading::Strict).isEmpty()) {
+        say(tr("%1 : read although it is not in UTF-8 (read strictly: empty)").arg(title()));
+    }
 }
 
 void VerifyListTask::warnOfStrangeNames(const checksumlist::List& list) {
@@ -76,14 +93,12 @@ void VerifyListTask::warnOfStrangeNames(const checksumlist::List& list) {
     }
     const QString folder = folderOf(fileName_);
     if (absolute > 0) {
-        addWarning(
-            tr("%n name(s) begin with a slash; they were looked up below “%1”", nullptr, absolute)
-                .arg(folder));
+        addWarning(tr("Names that begin with a slash were looked up below “%1”: %2")
+                       .arg(folder, QString::number(absolute)));
     }
     if (upwards > 0) {
-        addWarning(tr("%n name(s) lead upwards with “..”; they were looked up from “%1” on",
-                      nullptr, upwards)
-                       .arg(folder));
+        addWarning(tr("Names that lead upwards with “..” were looked up from “%1” on: %2")
+                       .arg(folder, QString::number(upwards)));
     }
 }
 
@@ -98,11 +113,10 @@ QString VerifyListTask::strictPath(const Line& line) const {
 }
 
 QString VerifyListTask::pathOf(const Line& line) const {
+    QString path = joined(line.entry->name);
     QString asWritten = strictPath(line);
-    if (!isTolerant() || (!asWritten.isEmpty() && QFileInfo(asWritten).isFile())) {
-        return asWritten;
-    }
-    return joined(line.entry->name);
+    const bool takesStrict = !QFileInfo::exists(path) && QFileInfo::exists(asWritten);
+    return !isTolerant() || takesStrict ? asWritten : path;
 }
 
 void VerifyListTask::say(const QString& text) {
@@ -124,8 +138,9 @@ void VerifyListTask::concludeInvalid(const Line& line) {
 
 void VerifyListTask::showEntry(const QString& name, size_t number, qsizetype count) {
     constexpr double whole = 100;
-    showProgress(tr("Verifying %1").arg(name),
-                 static_cast<double>(number) * whole / static_cast<double>(count));
+    const double percent = static_cast<double>(number) * whole / static_cast<double>(count);
+    // Several files may be read at once: the bar has then seen more of them than are complete.
+    showProgress(tr("Verifying %1").arg(name), std::max(percent, progressIndicatorValue()));
 }
 
 void VerifyListTask::deliver() {

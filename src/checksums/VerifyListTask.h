@@ -48,7 +48,7 @@ protected:
     QString strictPath(const Line& line) const;
 
     /// Where the file of an entry lies: its name joined to the list's folder, whatever it begins
-    /// with. A name that exists just as it is written comes before other readings of it.
+    /// with. Read tolerantly, a name that is not there gives way to the strict reading of it.
     QString pathOf(const Line& line) const;
 
     /// Adds a line to the report.
@@ -75,6 +75,8 @@ protected:
 private:
     QString status() const;
     checksumlist::List readList();
+    QString whyNothingIsNamed(const QByteArray& bytes) const;
+    void sayHowItIsRead(const QByteArray& bytes);
     void warnOfStrangeNames(const checksumlist::List& list);
 
     QString fileName_;

@@ -27,16 +27,25 @@ void VerifyMD5Task::doCreateMD5(const checksumlist::List& list) {
         }
     };
     passInvalidLines();
+    if (next < list.lines.size()) {
+        showEntry(list.lines[next].entry->name, next, count);
+    }
     FileHash::md5HashesOfFilesAtPaths(
         paths,
         [&](qsizetype index, const FileHash::Digest& digest) {
             const Line& line = list.lines[next];
             ++next;
             take(line, paths[index], digest);
-            showEntry(line.entry->name, next, count);
             passInvalidLines();
+            // The next one is what is being worked at now.
+            const Line& current = next < list.lines.size() ? list.lines[next] : line;
+            showEntry(current.entry->name, next, count);
         },
-        [this] { return stopRequested(); });
+        [this](double share) {
+            constexpr double whole = 100;
+            raiseProgress(share * whole);
+            return !stopRequested();
+        });
     deliver();
 }
 
@@ -56,7 +65,7 @@ void VerifyMD5Task::take(const Line& line, const QString& path, const FileHash::
         verdict = checksumfiles::unreadable(fileName(), path, digest.error().code);
         verdict.expected = line.entry->digest;
     }
-    conclude(lastPathComponent(line.entry->name), words(matches), strictWords, verdict);
+    conclude(lastPathComponent(path), words(matches), strictWords, verdict);
 }
 
 } // namespace quav

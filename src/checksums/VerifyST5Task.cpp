@@ -58,7 +58,7 @@ QString VerifyST5Task::processTaskOutput(const QString& text) {
 }
 
 void VerifyST5Task::take(const Line& line, const QString& path, const QString& computed) {
-    const QString name = lastPathComponent(line.entry->name);
+    const QString name = lastPathComponent(path);
     // Only the last component: an entry that names a folder never equals it.
     const QString entry = (computed + lastPathComponent(path)).trimmed();
     const QString noMatch = QStringLiteral("did not match shntool md5 file");

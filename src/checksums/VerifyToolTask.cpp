@@ -6,6 +6,9 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+#include <stdexcept>
+
 namespace quav {
 
 namespace {
@@ -26,6 +29,11 @@ VerifyToolTask::VerifyToolTask(const std::shared_ptr<QUAVTaskResults>& results, 
 }
 
 void VerifyToolTask::startTask() {
+    if (const QFileInfo info(path_); info.exists() && !info.isFile()) {
+        const QString reason = tr("“%1” is no file.").arg(path_);
+        results()->appendVerdicts({{{}, path_, Verdict::Kind::Unreadable, {}, {}, reason}}, *this);
+        throw std::runtime_error(reason.toStdString());
+    }
     setTextFieldString(title());
     push(MainLine);
     QUAVAsyncNSTask::startTask();

@@ -2,8 +2,7 @@
 
 #include "cli/Terminal.h"
 #include "platform/PathNames.h"
-
-#include <QFileInfo>
+#include "platform/StopSignals.h"
 
 namespace quav {
 
@@ -21,14 +20,17 @@ void ChecksumRun::setOptions() {
     tab().setAcceptOtherSpellings(options_.tolerant);
 }
 
-void ChecksumRun::connectTab(TerminalFace& face) {
-    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &face,
-                     [&face](const QString& path, const Verdicts& verdicts) {
-                         TaskEnd end;
-                         end.title = lastPathComponent(path);
-                         end.output = path;
-                         face.finished(end, verdicts);
-                     });
+void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
+    QObject::connect(&signals, &StopSignals::stopRequested, &tab(), &ChecksumTab::stopWriting);
+    QObject::connect(
+        &tab(), &ChecksumTab::fingerprintsWritten, &face,
+        [&face](const QString& path, const Verdicts& verdicts, const QStringList& warnings) {
+            TaskEnd end;
+            end.title = lastPathComponent(path);
+            end.output = path;
+            end.warnings = warnings;
+            face.finished(end, verdicts);
+        });
 }
 
 int ChecksumRun::run() {

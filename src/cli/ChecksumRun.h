@@ -2,6 +2,8 @@
 
 #include "cli/TabRun.h"
 
+#include <optional>
+
 namespace quav {
 
 /// `checksum create`, `verify` and `test`.
@@ -16,7 +18,7 @@ public:
 
 private:
     ChecksumTab& tab() override;
-    void connectTab(TerminalFace& face) override;
+    void connectTab(TerminalFace& face, const StopSignals& signals) override;
     void setOptions();
     /// Chooses where the checksum file goes; an exit status when it can go nowhere.
     std::optional<int> choosePath();

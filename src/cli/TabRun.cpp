@@ -39,7 +39,7 @@ TabRun::TabRun(RunOptions options, Settings& settings, Terminal& terminal)
 
 TabRun::~TabRun() = default;
 
-void TabRun::connectTab(TerminalFace& /*face*/) {}
+void TabRun::connectTab(TerminalFace& /*face*/, const StopSignals& /*signals*/) {}
 
 int TabRun::refuse(const QString& reason) {
     terminal_.say(reason);
@@ -91,7 +91,7 @@ std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
     const bool live = terminal_.canRedraw() && !options_.quiet;
     TerminalFace face(workbench_.queue(), terminal_, *events,
                       live ? TerminalFace::Progress::Shown : TerminalFace::Progress::Hidden);
-    connectTab(face);
+    connectTab(face, signals);
     outcome = tab().executeCommand();
     if (outcome == CommandOutcome::Queued) {
         waitForTheEnd(signals);

@@ -47,8 +47,9 @@ protected:
     int statusOf(CommandOutcome outcome);
     int statusOf(const RunSummary& summary) const;
 
-    /// Called while the button is pressed, for what a tab tells by itself.
-    virtual void connectTab(TerminalFace& face);
+    /// Called before the button is pressed, for what a tab tells by itself and what it does while
+    /// the button is held.
+    virtual void connectTab(TerminalFace& face, const StopSignals& signals);
 
     int refuse(const QString& reason);
     void noteUnusable() { somethingUnusable_ = true; }

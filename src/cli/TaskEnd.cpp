@@ -31,7 +31,9 @@ TaskEnd endOf(const QUAVTask& task) {
     } else if (task.error()) {
         end.status = TaskEnd::Status::Failed;
         const Verdicts verdicts = task.results()->verdictsOf(task);
-        const bool isNoted = !verdicts.empty() && !verdicts.front().note.isEmpty();
+        const bool checks = dynamic_cast<const VerifyToolTask*>(&task) != nullptr ||
+                            dynamic_cast<const VerifyListTask*>(&task) != nullptr;
+        const bool isNoted = checks && !verdicts.empty() && !verdicts.front().note.isEmpty();
         end.error = isNoted ? verdicts.front().note : reasonIn(task.results()->resultsOf(task));
     }
     if (const auto* test = dynamic_cast<const VerifyToolTask*>(&task)) {

@@ -3,6 +3,8 @@
 #include "cli/Terminal.h"
 #include "platform/PathNames.h"
 
+#include <QFileInfo>
+
 namespace quav {
 
 namespace {
@@ -85,14 +87,29 @@ std::optional<QString> TerminalPrompts::chooseFolder(const QString& title) {
 }
 
 std::optional<QString> TerminalPrompts::chooseSavePath(const QString& title,
-                                                       const QString& /*directory*/,
-                                                       const QString& /*name*/) {
+                                                       const QString& directory,
+                                                       const QString& name) {
     if (savePath_) {
         return savePath_;
     }
-    const auto line = askForLine(title);
-    wantsSavePath_ = !line && !terminal_.canAsk();
-    return line ? std::optional(fullPath(*line)) : std::nullopt;
+    wantsSavePath_ = !terminal_.canAsk();
+    const QString usual = joinPath(directory, name);
+    while (terminal_.canAsk()) {
+        const auto line = terminal_.ask(QStringLiteral("%1 [%2]:").arg(title, usual));
+        if (!line) {
+            break;
+        }
+        const QString path = line->isEmpty() ? usual : fullPath(*line);
+        if (isFolder(path) || !isFolder(folderOf(path))) {
+            terminal_.say(tr("No file can be written there."));
+        } else if (!QFileInfo::exists(path) ||
+                   confirm({tr("This file exists and will be overwritten.  Are you sure you want "
+                               "to continue?"),
+                            path, tr("No"), tr("Yes"), false})) {
+            return path;
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<QString> TerminalPrompts::askForLine(const QString& title, const QString& message,

@@ -62,6 +62,13 @@ void BackgroundTask::showProgress(const QString& status, double percent) {
     push(StatusLine | Bar);
 }
 
+void BackgroundTask::raiseProgress(double percent) {
+    if (percent >= progressIndicatorValue() + 1) {
+        setProgressIndicatorValue(percent);
+        push(Bar);
+    }
+}
+
 void BackgroundTask::finish() {
     runHook([this] { beforeEnd(); });
     QUAVTask::stopTask();

@@ -44,6 +44,9 @@ protected:
     /// Sets the status line and the value, and has them shown.
     void showProgress(const QString& status, double percent);
 
+    /// Moves the bar on to the value, in steps of one percent and never back.
+    void raiseProgress(double percent);
+
 private:
     void finish();
 

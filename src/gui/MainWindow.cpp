@@ -41,7 +41,8 @@ void dismissDialogs() {
 
 MainWindow::MainWindow(Workbench& workbench, StatusPanel& panel, OutputWindows& outputWindows,
                        QWidget* parent)
-    : QMainWindow(parent), workbench_(workbench), panel_(panel), tabs_(new QTabWidget(this)) {
+    : QMainWindow(parent), workbench_(workbench), panel_(panel), outputWindows_(outputWindows),
+      tabs_(new QTabWidget(this)) {
     setWindowTitle(tr("Quav Workbench"));
     setAcceptDrops(true);
     addPages();
@@ -76,9 +77,14 @@ QWidget* MainWindow::makePage(const QString& label) {
     }
     if (label == tabs::checksum) {
         ChecksumTab& tab = workbench_.checksumTab();
-        connect(&tab, &ChecksumTab::fingerprintsWritten, this, [this](const QString& path) {
-            statusBar()->showMessage(tr("Saved %1").arg(path));
-        });
+        connect(
+            &tab, &ChecksumTab::fingerprintsWritten, this,
+            [this](const QString& path, const Verdicts& /*verdicts*/, const QStringList& warnings) {
+                statusBar()->showMessage(tr("Saved %1").arg(path));
+                if (!warnings.isEmpty()) {
+                    outputWindows_.show(warnings.join(u'\n') + u'\n', tr("Warnings"));
+                }
+            });
         return new ChecksumPage(tab);
     }
     if (label == tabs::about) {

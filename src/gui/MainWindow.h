@@ -54,6 +54,7 @@ private:
 
     Workbench& workbench_;
     StatusPanel& panel_;
+    OutputWindows& outputWindows_;
     QTabWidget* tabs_;
     bool painted_ = false;
     bool finishing_ = false;

@@ -237,6 +237,7 @@ void ChildProcess::terminate() {
 
 void RunningChildren::signal(int number) {
     const std::lock_guard lock(mutex_);
+    signal_ = number;
     for (const pid_t child : children_) {
         kill(child, number);
     }
@@ -245,6 +246,9 @@ void RunningChildren::signal(int number) {
 void RunningChildren::entered(pid_t child) {
     const std::lock_guard lock(mutex_);
     children_.push_back(child);
+    if (signal_ != 0) {
+        kill(child, signal_);
+    }
 }
 
 void RunningChildren::left(pid_t child) {

@@ -83,7 +83,7 @@ private:
 /// The children that `runToEnd` runs for one owner, so that another thread can end them.
 class RunningChildren {
 public:
-    /// Sends the signal to every child that runs now.
+    /// Sends the signal to every child that runs now, and to those that are still to come.
     void signal(int number);
 
     void entered(pid_t child);
@@ -92,6 +92,7 @@ public:
 private:
     std::mutex mutex_;
     std::vector<pid_t> children_;
+    int signal_ = 0;
 };
 
 /// Runs a command to its end on the calling thread, which may be any thread, and hands over what it

@@ -8,6 +8,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,8 +46,15 @@ private:
         : count_(count), work_(work) {
         const std::size_t helpers = std::min(count, static_cast<std::size_t>(std::max(1, threads)));
         ahead_ = helpers * aheadPerThread;
-        for (std::size_t i = 0; i < helpers; ++i) {
-            helpers_.emplace_back([this] { help(); });
+        try {
+            for (std::size_t i = 0; i < helpers; ++i) {
+                helpers_.emplace_back([this] { help(); });
+            }
+        } catch (const std::system_error&) {
+            // The system gives no more threads; those that it gave do the work.
+            if (helpers_.empty()) {
+                throw;
+            }
         }
     }
 

@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <sys/stat.h>
+#include <sys/uio.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -30,6 +31,26 @@ tl::expected<RegularFile, int> RegularFile::open(const QString& path) {
     }
     ::posix_fadvise(descriptor.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
     return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
+}
+
+void RegularFile::announce(std::uint64_t from, std::uint64_t count) const {
+    if (isInMemory(from + count / 2)) {
+        return;
+    }
+    // More than this at once may be cut short without a word.
+    constexpr std::uint64_t atOnce = std::uint64_t(128) * 1024;
+    for (std::uint64_t at = from; at < from + count && at < size_; at += atOnce) {
+        ::posix_fadvise(descriptor_.get(), static_cast<off_t>(at), static_cast<off_t>(atOnce),
+                        POSIX_FADV_WILLNEED);
+    }
+}
+
+/// Whether a byte could be read without waiting for the disk.
+bool RegularFile::isInMemory(std::uint64_t at) const {
+    std::uint8_t byte = 0;
+    const iovec place{&byte, sizeof byte};
+    return ::preadv2(descriptor_.get(), &place, 1, static_cast<off_t>(at), RWF_NOWAIT) >= 0 ||
+           errno != EAGAIN;
 }
 
 tl::expected<std::size_t, int> RegularFile::read(std::span<std::uint8_t> buffer) {

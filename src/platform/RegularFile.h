@@ -23,11 +23,17 @@ public:
     /// Fills the buffer as far as the file goes; less than that is the end of the file.
     tl::expected<std::size_t, int> read(std::span<std::uint8_t> buffer);
 
+    /// Tells the system which bytes are going to be read, so that it reads them from the disk in
+    /// one go; does nothing when they seem to be in memory already.
+    void announce(std::uint64_t from, std::uint64_t count) const;
+
     /// The size that the file had when it was opened, in bytes.
     std::uint64_t size() const { return size_; }
 
 private:
     RegularFile(FileDescriptor descriptor, std::uint64_t size);
+
+    bool isInMemory(std::uint64_t at) const;
 
     FileDescriptor descriptor_;
     std::uint64_t size_;

@@ -128,6 +128,28 @@ private Q_SLOTS:
         QTEST(CreateMD5Task::nameFromFolder(file, folder), "name");
     }
 
+    void namesThatNoListCanHoldAreKnown_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kinds");
+        row("plain", u"d1t01 it's [x] %s (ü).flac"_s, u"MD5 ST5 FFP"_s);
+        row("colon", u"12:00.flac"_s, u"MD5 ST5"_s);
+        row("comment", u";a.flac"_s, u"MD5 ST5"_s);
+        row("separator", u"x *y.flac"_s, u"ST5 FFP"_s);
+        row("blank at the end", u"a.flac "_s, QString());
+        row("line break", u"a\nb"_s, QString());
+        row("line separator", u"a\u2028b"_s, QString());
+    }
+    void namesThatNoListCanHoldAreKnown() {
+        QFETCH(QString, name);
+        QStringList kinds;
+        for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5, ChecksumKind::Ffp}) {
+            if (checksumlist::isReadBack(kind, name)) {
+                kinds << checksumfiles::title(kind);
+            }
+        }
+        QTEST(kinds.join(u' '), "kinds");
+    }
+
     void shntoolsPiecesAreRead_data() {
         QTest::addColumn<QString>("piece");
         QTest::addColumn<QString>("percentAndName");

@@ -50,7 +50,7 @@ QStringList digestsOf(const QStringList& paths, md5lanes::Kernel kernel) {
                             ? digest.value_or(QString::number(digest ? 0 : digest.error().code))
                             : u"out of order"_s);
         },
-        [] { return false; }, kernel);
+        [](double /*share*/) { return true; }, kernel);
     return digests;
 }
 
@@ -174,7 +174,7 @@ private Q_SLOTS:
             int told = 0;
             FileHash::md5HashesOfFilesAtPaths(
                 paths, [&](qsizetype, const FileHash::Digest&) { ++told; },
-                [&] { return ++asked > 3; });
+                [&](double /*share*/) { return ++asked <= 3; });
             QCOMPARE(told, 0);
         }
     }

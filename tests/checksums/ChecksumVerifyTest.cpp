@@ -1,0 +1,372 @@
+#include "ChecksumBench.h"
+#include "support/Table.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <sys/stat.h>
+
+using namespace quav;
+using namespace quav::test;
+using Command = ChecksumTab::Command;
+
+class ChecksumVerifyTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsAreVerifiedWordForWord_data() {
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("tolerant");
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<QString>("verdicts");
+        const auto add = [](const char* name, const char* list, const QString& text,
+                            const QString& report, const char* verdicts, bool tolerant = false) {
+            row(name, QString::fromLatin1(list), text, tolerant, report,
+                QString::fromLatin1(verdicts));
+        };
+        const QString zeros(32, u'0');
+        add("MD5", "l.md5",
+            u"# c\n{m} *a.wav\n%1 *a.wav\n{m}  a.wav\n{M} *a.wav\n{m} *no/b.wav\n{m} *no.wav\n"_s
+                .arg(zeros),
+            u"a.wav : OK\na.wav : FAILED\n{m}  a.wav : Invalid checksum format\na.wav : FAILED\n"
+            "b.wav : FAILED\nno.wav : FAILED\n"_s,
+            "ok failed unreadable failed missing missing");
+        add("MD5, tolerant", "l.md5",
+            u"{M} *a.wav\n{m}  sub\\x.wav\nMD5 (a.wav) = {m}\n{m} *a.wav\n%1  no.wav\nhello\n"_s
+                .arg(zeros),
+            u"a.wav : OK (read strictly: FAILED)\nx.wav : OK (read strictly: Invalid checksum "
+            "format)\na.wav : OK (read strictly: Invalid checksum format)\na.wav : OK\n"
+            "no.wav : FAILED (read strictly: Invalid checksum format)\n"
+            "hello : Invalid checksum format\n"_s,
+            "ok ok ok ok missing unreadable", true);
+        add("md5sum.txt, tolerant", "md5sum.txt", u"{m}  a.wav\n"_s,
+            u"md5sum.txt : read as MD5 (read strictly: no list of this kind)\n"
+            "a.wav : OK (read strictly: Invalid checksum format)\n"_s,
+            "ok", true);
+        add("outside, MD5", "sub/l.md5", u"{m} *../a.wav\n{m} */a.wav\n{m} */x.wav\n"_s,
+            u"a.wav : OK\na.wav : FAILED\nx.wav : OK\n"_s, "ok missing ok");
+        add("itself and a folder, MD5", "l.md5", u"{m} *l.md5\n{m} *sub\n"_s,
+            u"l.md5 : FAILED\nsub : FAILED\n"_s, "failed unreadable");
+        add("ST5", "l.st5",
+            u";c\n{s}  [shntool]  a.wav\n%1  [shntool]  a.wav\n{s}  [shntool]  sub/x.wav\n"
+            "{s}  [shntool]  no.wav\nhello\n"_s.arg(zeros),
+            u"a.wav : OK\na.wav : did not match shntool md5 file\n"
+            "x.wav : did not match shntool md5 file\n"
+            "no.wav : warning: cannot open non-existent file: [no.wav]no.wav\n"
+            "hello : Invalid checksum format\n"_s,
+            "ok failed failed missing unreadable");
+        add("ST5, tolerant", "l.st5", u"{s}  [shntool]  sub/x.wav\n{S} [shntool] a.wav\n"_s,
+            u"x.wav : OK (read strictly: did not match shntool md5 file)\n"
+            "a.wav : OK (read strictly: Invalid checksum format)\n"_s,
+            "ok ok", true);
+        const QString noSuchFlac =
+            u"no.flac: ERROR: reading metadata, status = "
+            "\"FLAC__METADATA_CHAIN_STATUS_ERROR_OPENING_FILE\"\n\nThe FLAC file could not be "
+            "opened.  Most likely the file does not exist\nor is not readable. : no.flac\n"_s;
+        const QString tested = u"\nVerify Flac Files in l.ffp\na.flac: testing, 100% complete\n"
+                               "a.flac: ok\nb.flac: testing, 100% complete\nb.flac: ok\n"_s;
+        add("FFP", "l.ffp",
+            u";c\n\nb.flac:{f}\na.flac : {f} \na.flac:%1\nno.flac:{f}\nsub/c.flac:{f}\nhello\n"_s
+                .arg(zeros),
+            u"b.flac : OK\na.flac : OK\na.flac : did not match fingerprint file\n"_s + noSuchFlac +
+                u"c.flac : did not match fingerprint file\nhello : Invalid checksum format\n"_s +
+                tested,
+            "ok ok failed missing failed unreadable");
+        add("FFP, tolerant", "l.ffp", u"a.flac:{F}\nsub\\c.flac:{f}\n"_s,
+            u"a.flac : OK (read strictly: did not match fingerprint file)\n"
+            "c.flac : OK (read strictly: did not match fingerprint file)\n"
+            "\nVerify Flac Files in l.ffp\na.flac: testing, 100% complete\na.flac: ok\n"
+            "c.flac: testing, 100% complete\nc.flac: ok\n"_s,
+            "ok ok", true);
+        add("a comment alone", "l.ffp", u";c\n"_s, QString(), "unreadable");
+    }
+    void listsAreVerifiedWordForWord() {
+        QFETCH(QString, list);
+        QFETCH(QString, text);
+        QFETCH(QString, report);
+        Bench bench;
+        const QString a = bench.wav(u"a.wav"_s, {.frames = 3000});
+        QVERIFY(QDir(bench.folder.path()).mkdir(u"sub"_s));
+        QVERIFY(QFile::copy(a, bench.path(u"sub/x.wav"_s)));
+        const QString flac = bench.flac(u"a.flac"_s);
+        QVERIFY(QFile::copy(flac, bench.path(u"b.flac"_s)));
+        QVERIFY(QFile::copy(flac, bench.path(u"sub/c.flac"_s)));
+        const QString md5 = QString::fromLatin1(md5Of(a));
+        const QString st5 =
+            QString::fromLatin1(run(u"shntool"_s, {u"hash"_s, u"-q"_s, a}).output.left(32));
+        const QString ffp =
+            QString::fromLatin1(run(u"metaflac"_s, {u"--show-md5"_s, flac}).output.trimmed());
+        const auto filled = [&](QString with) {
+            return with.replace(u"{m}"_s, md5)
+                .replace(u"{M}"_s, md5.toUpper())
+                .replace(u"{s}"_s, st5)
+                .replace(u"{S}"_s, st5.toUpper())
+                .replace(u"{f}"_s, ffp)
+                .replace(u"{F}"_s, ffp.toUpper());
+        };
+        bench.written(list, filled(text).toUtf8());
+        QFETCH(bool, tolerant);
+        bench.checksum.setAcceptOtherSpellings(tolerant);
+        const QString first = list.endsWith(u"st5")   ? u"ST5"_s
+                              : list.endsWith(u"ffp") ? u"FFP"_s
+                                                      : u"MD5"_s;
+        QCOMPARE(verify(bench, {bench.path(list)}),
+                 u"Verify %1: %2\n"_s.arg(first, QFileInfo(list).fileName()) + filled(report) +
+                     u'\n');
+        QTEST(words(bench.verdicts), "verdicts");
+        QVERIFY(bench.failed.isEmpty());
+        const bool leadsAway = list.startsWith(u"sub"_s);
+        QCOMPARE(bench.workbench.queue().warnings().join(u'\n').contains(u"looked up"), leadsAway);
+    }
+
+    void whatIsNoListIsToldAndHarmless_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QString>("says");
+        row("gigabyte.md5", u"gigabyte.md5"_s, u"larger than any list"_s);
+        row("junk.md5", u"junk.md5"_s, u"not in UTF-8"_s);
+        row("junk.ffp", u"junk.ffp"_s, u"not in UTF-8"_s);
+        row("empty.st5", u"empty.st5"_s, u"names no file"_s);
+        row("pipe.md5", u"pipe.md5"_s, u"it is no file"_s);
+        row("gone.ffp.txt", u"gone.ffp.txt"_s, u"could not be read"_s);
+    }
+    void whatIsNoListIsToldAndHarmless() {
+        QFETCH(QString, kind);
+        QFETCH(QString, says);
+        Bench bench;
+        const QString list =
+            bench.written(kind, kind.startsWith(u"junk") ? "\xff\xfe\0\1 *\n\x80" : "");
+        if (kind.startsWith(u"gigabyte")) {
+            QVERIFY(QFile::resize(list, qint64(1) << 30));
+        } else if (kind.startsWith(u"pipe")) {
+            QFile::remove(list);
+            QCOMPARE(::mkfifo(QFile::encodeName(list).constData(), S_IRUSR | S_IWUSR), 0);
+        }
+        bench.checksum.addFiles({list});
+        if (kind.startsWith(u"gone")) {
+            QFile::remove(list);
+        }
+        QVERIFY(verify(bench, {}).startsWith(u"Verify "_s));
+        QCOMPARE(bench.reports.first().count(u'\n'), 2);
+        QCOMPARE(words(bench.verdicts), u"unreadable");
+        QVERIFY2(bench.verdicts.front().note.contains(says),
+                 qPrintable(bench.verdicts.front().note));
+        QCOMPARE(bench.failed.size(), kind.contains(u"ffp") ? 1 : 0);
+    }
+
+    void codecsTestTheirFiles() {
+        Bench bench;
+        const QString wav = bench.wav(u"a.wav"_s);
+        const QString tools = bench.toolsDir.path() + u'/';
+        QStringList files{bench.flac(u"a.flac"_s)};
+        for (const QString& suffix : {u"ape"_s, u"tta"_s, u"wv"_s}) {
+            files << bench.path(u"a."_s + suffix);
+        }
+        run(tools + u"mac"_s, {wav, files[1], u"-c1000"_s});
+        run(tools + u"ttaenc"_s, {wav, u"-o"_s, files[2]});
+        run(u"wavpack"_s, {u"-q"_s, wav, u"-o"_s, files[3]});
+        QStringList damaged;
+        for (const QString& file : files) {
+            damaged << bench.path(u"bad"_s + QFileInfo(file).fileName());
+            QVERIFY(QFile::copy(file, damaged.last()));
+            damage(damaged.last(), false);
+        }
+        bench.checksum.addFiles(files + damaged << wav);
+        bench.run(bench.checksum);
+        QVERIFY(bench.checksum.fileNames().isEmpty());
+        QCOMPARE(bench.verdicts.size(), 8);
+        for (const Verdict& verdict : bench.verdicts) {
+            const bool isBad = damaged.contains(verdict.file);
+            QVERIFY2(isBad == (verdict.kind == Verdict::Kind::Failed), qPrintable(verdict.file));
+            QVERIFY2(isBad != verdict.note.isEmpty(), qPrintable(verdict.file));
+        }
+        const QString report = bench.reports.join(QString());
+        for (const QString& part :
+             {u"a.flac: testing, 100% complete\na.flac: ok\n"_s,
+              u"\nbada.flac: ERROR while decoding data\n"_s, u"a.ape\nProgress: 100.0%"_s,
+              u"% done..."_s, u"verified "_s, u"is damaged"_s}) {
+            QVERIFY2(report.contains(part), qPrintable(part + u" is not in\n"_s + report));
+        }
+        QCOMPARE(bench.failed.size(), 4);
+    }
+
+    void flacsWordsAreReportedWhereverThePipeIsCut_data() {
+        QTest::addColumn<QString>("says");
+        QTest::addColumn<QString>("report");
+        const QString backspaces = u"\\b"_s.repeated(21);
+        row("short", u"a.flac: ok                    \\n"_s,
+            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
+        row("updates",
+            u"flac 1.4\\na.flac: testing, 60%% complete"_s + backspaces +
+                u"testing, 81%% complete"_s + backspaces + u"ok                    \\n"_s,
+            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
+        row("damaged",
+            u"a.flac: testing, 5%% complete"_s + backspaces +
+                u"*** Got error code 0\\n\\n\\na.flac: ERROR while decoding data\\n   state = X\\n"_s,
+            u"a.flac: testing, 5.000000% complete\na.flac: *** Got error code 0\n"
+            "a.flac: ERROR while decoding data\na.flac: state = X\n"_s);
+        row("no progress", u"flac 1.4\\n\\na.flac: ERROR: not a FLAC file\\n"_s,
+            u"a.flac: flac 1.4\na.flac: ERROR: not a FLAC file\n"_s);
+    }
+    void flacsWordsAreReportedWhereverThePipeIsCut() {
+        QFETCH(QString, says);
+        QFETCH(QString, report);
+        for (const QString& through :
+             {u"cat"_s, u"dd bs=1 status=none"_s, u"dd bs=7 status=none"_s}) {
+            Bench bench;
+            const QString flac = bench.flac(u"a.flac"_s);
+            bench.replaceTool(u"flac"_s, u"printf '%1' | %2 >&2\n"_s.arg(says, through));
+            bench.checksum.setCommandOptions(Command::Test);
+            bench.checksum.addFiles({flac});
+            bench.run(bench.checksum);
+            QCOMPARE(bench.reports.value(0), report + u'\n');
+            const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
+            const QString whole = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
+            const QString tail = whole.section(u"in a.ffp\n"_s, 1);
+            // The other of the two reports has no decimals, since it keeps the tool's own words.
+            QCOMPARE(tail, QString(report)
+                                   .replace(u"5.000000% complete"_s, u"testing, 5% complete"_s)
+                                   .replace(u"testing, testing"_s, u"testing"_s) +
+                               u'\n');
+        }
+    }
+
+    void cancellingLeavesOneWord() {
+        Bench bench;
+        const QString large = bench.written(u"large"_s, "");
+        QVERIFY(QFile::resize(large, qint64(1) << 40));
+        const QByteArray line = QByteArray(32, '0') + " *large\n";
+        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.addFiles({bench.written(u"l.md5"_s, line + line)});
+        bench.checksum.addFiles({bench.written(u"waits.md5"_s, line)});
+        bench.workbench.queue().maxThreadsChanged(1);
+        QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
+        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
+        bench.workbench.queue().cancelAllTasks();
+        QTRY_COMPARE(idle.count(), 1);
+        QCOMPARE(bench.reports, QStringList{u"Verify MD5: l.md5\nCanceled\n\n\n"_s});
+        QVERIFY(bench.verdicts.empty());
+    }
+
+    void aFileThatMatchesAndIsDamagedHasFailed() {
+        Bench bench;
+        const QString flac = bench.flac(u"a.flac"_s);
+        const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
+        damage(flac, false);
+        const QString report = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
+        QVERIFY(report.contains(u"a.flac : OK\n"_s));
+        QVERIFY(report.contains(u"a.flac: ERROR while decoding data\n"_s));
+        QCOMPARE(words(bench.verdicts), u"failed");
+        QCOMPARE(bench.verdicts.front().note, u"flac found it damaged");
+    }
+
+    void aListThatIsNotInUtf8SaysSo() {
+        Bench bench;
+        const QString file = bench.written(u"Größe"_s, "x");
+        const QString list = bench.written(u"l.md5"_s, md5Of(file) + " *Gr\xf6\xdf"
+                                                                     "e\n");
+        verify(bench, {list});
+        QVERIFY(bench.verdicts.front().note.contains(u"not in UTF-8"));
+        bench.checksum.setAcceptOtherSpellings(true);
+        QCOMPARE(verify(bench, {list}),
+                 u"Verify MD5: l.md5\nl.md5 : read although it is not in UTF-8 (read strictly: "
+                 "empty)\nGröße : OK\n\n");
+    }
+
+    void theWholeNameComesBeforeAPartOfIt() {
+        Bench bench;
+        bench.written(u"12"_s, "no music");
+        const QString flac = bench.flac(u"12:00.flac"_s);
+        const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
+        bench.checksum.setAcceptOtherSpellings(true);
+        QVERIFY(verify(bench, {bench.written(u"a.ffp"_s, "12:00.flac:" + ffp)})
+                    .contains(u"\n12:00.flac : OK (read strictly: "_s));
+        QCOMPARE(words(bench.verdicts), u"ok");
+    }
+
+    void pipesUnderTheNamesOfFilesKeepNobodyWaiting() {
+        Bench bench;
+        const QString pipe = bench.path(u"p.flac"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), S_IRUSR | S_IWUSR), 0);
+        const QByteArray digest(32, '0');
+        verify(bench, {bench.written(u"a.ffp"_s, "p.flac:" + digest),
+                       bench.written(u"b.md5"_s, digest + " *p.flac")});
+        QCOMPARE(words(bench.verdicts), u"unreadable unreadable");
+        bench.checksum.setCommandOptions(Command::Test);
+        bench.checksum.addFile(pipe);
+        bench.run(bench.checksum);
+        QCOMPARE(words(bench.verdicts), u"unreadable");
+        QCOMPARE(bench.failed, QStringList{u"Verify FLAC"_s});
+    }
+
+    void cancellingStartsNoOtherTool_data() {
+        QTest::addColumn<QString>("tool");
+        QTest::addColumn<QString>("list");
+        QTest::addColumn<QString>("report");
+        const QString zeros(32, u'0');
+        row("ST5", u"shntool"_s, u"l.st5"_s, u"Verify ST5: l.st5\nCanceled\n\n"_s);
+        row("FFP", u"flac"_s, u"l.ffp"_s,
+            u"Verify FFP: l.ffp\na.flac : OK\nb.flac : OK\n\nVerify Flac Files in l.ffp\n"
+            "Canceled\n\n"_s);
+    }
+    void cancellingStartsNoOtherTool() {
+        QFETCH(QString, tool);
+        QFETCH(QString, list);
+        Bench bench;
+        const QByteArray ffp =
+            run(u"metaflac"_s, {u"--show-md5"_s, bench.flac(u"a.flac"_s)}).output.trimmed();
+        bench.flac(u"b.flac"_s);
+        bench.written(list, list.endsWith(u"ffp")
+                                ? "a.flac:" + ffp + "\nb.flac:" + ffp
+                                : ffp + "  [shntool]  a.flac\n" + ffp + "  [shntool]  b.flac\n");
+        const Gate gate(bench, tool);
+        bench.workbench.queue().maxThreadsChanged(1);
+        QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
+        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.addFiles({bench.path(list)});
+        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
+        QTRY_COMPARE(gate.runs(), 1);
+        bench.workbench.queue().cancelAllTasks();
+        gate.open();
+        QTRY_COMPARE(idle.count(), 1);
+        QTEST(bench.reports.value(0), "report");
+        QCOMPARE(gate.runs(), 1);
+    }
+
+    void theEndOfTheProgramWaitsForNoTool() {
+        QElapsedTimer clock;
+        {
+            Bench bench;
+            bench.replaceTool(u"shntool"_s,
+                              u"echo >'%1'; exec sleep 60\n"_s.arg(bench.path(u"up"_s)));
+            bench.checksum.setCommandOptions(Command::Verify);
+            bench.checksum.addFiles(
+                {bench.written(u"l.st5"_s, QByteArray(32, '0') + "  [shntool]  a\n")});
+            QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
+            QTRY_VERIFY(QFile::exists(bench.path(u"up"_s)));
+            clock.start();
+        }
+        QVERIFY(clock.elapsed() < 30000);
+    }
+
+    void tenThousandEntriesDoNotStallTheLoop() {
+        Bench bench;
+        const QString file = bench.written(u"a"_s, "x");
+        const QByteArray line = md5Of(file) + " *a\n";
+        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.addFiles({bench.written(u"l.md5"_s, line.repeated(10000))});
+        // Were the entries checked on this thread, the loop would not turn before the end.
+        int turns = 0;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, this, [&] { turns += bench.reports.isEmpty(); });
+        timer.start(0);
+        bench.run(bench.checksum);
+        QVERIFY(turns > 10);
+        QCOMPARE(VerdictCounts(bench.verdicts).ok, 10000);
+    }
+};
+
+QTEST_GUILESS_MAIN(ChecksumVerifyTest)
+#include "ChecksumVerifyTest.moc"
