@@ -46,7 +46,9 @@ void FileMd5Lanes::advance() {
 }
 
 void FileMd5Lanes::beginFiles() {
-    while (active_ < lanes_.size() && begun_ < paths_.size()) {
+    // After so many files the caller gets what there is, also where not one of them can be opened.
+    const qsizetype end = std::min<qsizetype>(paths_.size(), begun_ + md5lanes::lanes);
+    while (active_ < lanes_.size() && begun_ < end) {
         results_.emplace_back();
         const qsizetype index = begun_++;
         auto file = RegularFile::open(paths_[index]);

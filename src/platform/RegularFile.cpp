@@ -34,7 +34,7 @@ tl::expected<RegularFile, int> RegularFile::open(const QString& path) {
 }
 
 void RegularFile::announce(std::uint64_t from, std::uint64_t count) const {
-    if (isInMemory(from + count / 2)) {
+    if (from >= size_ || isInMemory(from + std::min(count, size_ - from) / 2)) {
         return;
     }
     // More than this at once may be cut short without a word.
