@@ -19,7 +19,7 @@ namespace {
 
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "words are read as they lie in memory");
 
-constexpr size_t bytesPerWord = 4;
+inline constexpr size_t bytesPerWord = 4;
 
 inline constexpr uint32_t sineTable[64] = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,
@@ -99,9 +99,9 @@ template <typename Operations, size_t groups>
 struct Engine {
     using V = typename Operations::Vector;
 
-    V state[4][groups];
-    V before[4][groups];
-    V message[16][groups];
+    V state[4][groups]{};
+    V before[4][groups]{};
+    V message[16][groups]{};
 
     static constexpr WideTable<Operations::width> table{};
     const uint32_t (*sines)[Operations::width] = hidden(table.rows);

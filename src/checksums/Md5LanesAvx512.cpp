@@ -76,9 +76,9 @@ struct SixteenLanes : PlainOperations<Sixteen> {
 
 /// One lane that goes through the steps in the registers for single numbers.
 struct SingleLane {
-    uint32_t state[4];
-    uint32_t before[4];
-    const uint8_t* data;
+    uint32_t state[4]{};
+    uint32_t before[4]{};
+    const uint8_t* data = nullptr;
 
     static void settle(uint32_t& v) { asm volatile("" : "+r"(v)); }
 
@@ -90,7 +90,7 @@ struct SingleLane {
         const uint32_t x = state[(a + 1) % 4];
         const uint32_t y = state[(a + 2) % 4];
         const uint32_t z = state[(a + 3) % 4];
-        uint32_t word;
+        uint32_t word = 0;
         __builtin_memcpy(&word, data + wordOf(step) * sizeof word, sizeof word);
         uint32_t sum = state[a] + (word + sineTable[step]);
         settle(sum);
@@ -134,7 +134,7 @@ struct MixedEngine {
     Engine<SixteenLanes, 1> vector;
     SingleLane first;
     SingleLane second;
-    const uint8_t* const* data;
+    const uint8_t* const* data = nullptr;
     size_t at = 0;
 
     template <int step>
