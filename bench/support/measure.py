@@ -46,7 +46,8 @@ def usage(command, output=None):
 # A process begins with the memory of the one that started it, so a small one has to.
 PEAK = """
 import resource, subprocess, sys
-status = subprocess.run(sys.argv[1:], stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode
+nothing = subprocess.DEVNULL
+status = subprocess.run(sys.argv[1:], stdin=nothing, stdout=nothing, stderr=nothing).returncode
 print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss)
 sys.exit(status)
 """
