@@ -195,9 +195,7 @@ private Q_SLOTS:
     }
 
     void anEarlierListOutlivesACancel_data() {
-        QTest::addColumn<ChecksumKind>("kind");
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<QString>("name");
+        columns<ChecksumKind, QString, QString>("kind", "tool", "name");
         row("ST5", ChecksumKind::St5, u"shntool"_s, u"checksum.st5"_s);
         row("FFP", ChecksumKind::Ffp, u"metaflac"_s, u"fingerprint.ffp.txt"_s);
     }
@@ -250,10 +248,7 @@ private Q_SLOTS:
     }
 
     void aMissingToolIsNamed_data() {
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<Command>("command");
-        QTest::addColumn<ChecksumKind>("kind");
-        QTest::addColumn<QString>("file");
+        columns<QString, Command, ChecksumKind, QString>("tool", "command", "kind", "file");
         row("flac", u"flac"_s, Command::Test, ChecksumKind::Md5, u"a.flac"_s);
         row("metaflac", u"metaflac"_s, Command::Create, ChecksumKind::Ffp, u"a.flac"_s);
         row("shntool", u"shntool"_s, Command::Create, ChecksumKind::St5, u"a.flac"_s);

@@ -32,10 +32,8 @@ class ChecksumListTest : public QObject {
 
 private Q_SLOTS:
     void listsAreReadStrictlyAndTolerantly_data() {
-        QTest::addColumn<ChecksumKind>("kind");
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("strictly");
-        QTest::addColumn<QString>("tolerantly");
+        columns<ChecksumKind, QByteArray, QString, QString>("kind", "text", "strictly",
+                                                            "tolerantly");
         const auto add = [](const char* name, ChecksumKind kind, const char* text,
                             const char* strictly, const char* tolerantly = nullptr) {
             const QString strict = QString::fromUtf8(strictly);
@@ -89,10 +87,7 @@ private Q_SLOTS:
     }
 
     void theKindIsInTheNameOrTheContent_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("byName");
-        QTest::addColumn<QString>("byContent");
+        columns<QString, QString, QString, QString>("name", "text", "byName", "byContent");
         row("md5", u"a/x.Md5"_s, u"@ *a"_s, u"MD5"_s, u"MD5"_s);
         row("st5", u"x.st5"_s, u"\n;c\n@  [shntool]  a"_s, u"ST5"_s, u"ST5"_s);
         row("ffp", u"x.ffp"_s, u"a:@"_s, u"FFP"_s, u"FFP"_s);
@@ -112,9 +107,7 @@ private Q_SLOTS:
     }
 
     void namesCountFromTheListsFolderWhenFilesLieApart_data() {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("name");
+        columns<QString, QString, QString>("file", "folder", "name");
         row("in the folder", u"/a/b/x.wav"_s, u"/a/b"_s, u"x.wav"_s);
         row("below", u"/a/b/c/d.flac"_s, u"/a/b"_s, u"/c/d.flac"_s);
         row("far below", u"/a/b/c/d/e"_s, u"/a/b"_s, u"/c/d/e"_s);
@@ -129,8 +122,7 @@ private Q_SLOTS:
     }
 
     void namesThatNoListCanHoldAreKnown_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("kinds");
+        columns<QString, QString>("name", "kinds");
         row("plain", u"d1t01 it's [x] %s (ü).flac"_s, u"MD5 ST5 FFP"_s);
         row("colon", u"12:00.flac"_s, u"MD5 ST5"_s);
         row("comment", u";a.flac"_s, u"MD5 ST5"_s);
@@ -151,8 +143,7 @@ private Q_SLOTS:
     }
 
     void shntoolsPiecesAreRead_data() {
-        QTest::addColumn<QString>("piece");
-        QTest::addColumn<QString>("percentAndName");
+        columns<QString, QString>("piece", "percentAndName");
         row("first", u"Hashing [a.wav] (0:00.08) :   0% "_s, u"0 a.wav"_s);
         row("update", u" 23% "_s, u"23"_s);
         row("end", u"100% OK\n"_s, u"100"_s);

@@ -17,11 +17,8 @@ class ChecksumVerifyTest : public QObject {
 
 private Q_SLOTS:
     void listsAreVerifiedWordForWord_data() {
-        QTest::addColumn<QString>("list");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("tolerant");
-        QTest::addColumn<QString>("report");
-        QTest::addColumn<QString>("verdicts");
+        columns<QString, QString, bool, QString, QString>("list", "text", "tolerant", "report",
+                                                          "verdicts");
         const auto add = [](const char* name, const char* list, const QString& text,
                             const QString& report, const char* verdicts, bool tolerant = false) {
             row(name, QString::fromLatin1(list), text, tolerant, report,
@@ -123,8 +120,7 @@ private Q_SLOTS:
     }
 
     void whatIsNoListIsToldAndHarmless_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("says");
+        columns<QString, QString>("kind", "says");
         row("gigabyte.md5", u"gigabyte.md5"_s, u"larger than any list"_s);
         row("junk.md5", u"junk.md5"_s, u"not in UTF-8"_s);
         row("junk.ffp", u"junk.ffp"_s, u"not in UTF-8"_s);
@@ -193,8 +189,7 @@ private Q_SLOTS:
     }
 
     void flacsWordsAreReportedWhereverThePipeIsCut_data() {
-        QTest::addColumn<QString>("says");
-        QTest::addColumn<QString>("report");
+        columns<QString, QString>("says", "report");
         const QString backspaces = u"\\b"_s.repeated(21);
         row("short", u"a.flac: ok                    \\n"_s,
             u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
@@ -302,9 +297,7 @@ private Q_SLOTS:
     }
 
     void cancellingStartsNoOtherTool_data() {
-        QTest::addColumn<QString>("tool");
-        QTest::addColumn<QString>("list");
-        QTest::addColumn<QString>("report");
+        columns<QString, QString, QString>("tool", "list", "report");
         const QString zeros(32, u'0');
         row("ST5", u"shntool"_s, u"l.st5"_s, u"Verify ST5: l.st5\nCanceled\n\n"_s);
         row("FFP", u"flac"_s, u"l.ffp"_s,

@@ -73,7 +73,7 @@ class FileHashTest : public QObject {
 
 private Q_SLOTS:
     void lanesAgreeWithTheLibrary_data() {
-        QTest::addColumn<size_t>("kernel");
+        columns<size_t>("kernel");
         for (size_t kernel = 0; kernel < md5lanes::kernels().size(); ++kernel) {
             row(md5lanes::kernels()[kernel].name, kernel);
         }

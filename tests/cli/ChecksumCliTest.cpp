@@ -33,8 +33,7 @@ class ChecksumCliTest : public QObject {
 
 private Q_SLOTS:
     void listsGoThereAndBackAgain_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("name");
+        columns<QString, QString>("kind", "name");
         row("md5", u"md5"_s, u"md5sum.md5"_s);
         row("st5", u"ST5"_s, u"checksum.st5"_s);
         row("ffp", u"ffp"_s, u"fingerprint.ffp.txt"_s);

@@ -17,12 +17,6 @@ namespace quav::test {
 
 using namespace Qt::StringLiterals;
 
-/// The columns of a test's table.
-template <typename... Types>
-void columns(const auto*... names) {
-    (QTest::addColumn<Types>(names), ...);
-}
-
 inline QStringList words(const QString& list) {
     return list.split(u' ', Qt::SkipEmptyParts);
 }

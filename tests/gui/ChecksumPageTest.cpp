@@ -28,10 +28,7 @@ class ChecksumPageTest : public QObject {
 
 private Q_SLOTS:
     void optionsAreThereOnlyWithTheirCommand_data() {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<bool>("creates");
-        QTest::addColumn<bool>("reads");
-        QTest::addColumn<QByteArray>("button");
+        columns<QByteArray, bool, bool, QByteArray>("command", "creates", "reads", "button");
         row("test", QByteArray("Test files"), false, false, QByteArray("Test 1 file"));
         row("create", QByteArray("Create checksum"), true, false, QByteArray("Create …"));
         row("verify", QByteArray("Verify checksum"), false, true, QByteArray("Verify 1 file"));
