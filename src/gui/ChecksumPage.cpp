@@ -3,7 +3,6 @@
 #include "checksums/ChecksumTab.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -35,8 +34,8 @@ void ChecksumPage::addCommandGroup() {
 }
 
 void ChecksumPage::addCreateGroup() {
-    createGroup_ = new QGroupBox(tr("Checksum file"), this);
-    auto* layout = new QVBoxLayout(createGroup_);
+    QVBoxLayout* layout = addOptionGroup(tr("Checksum file"));
+    createGroup_ = layout->parentWidget();
     const auto choose = [this](ChecksumKind kind) {
         return [this, kind] { tab_.setCreateChecksumOptions(kind); };
     };
@@ -54,19 +53,17 @@ void ChecksumPage::addCreateGroup() {
     connect(st5_, &QRadioButton::clicked, &tab_, choose(ChecksumKind::St5));
     connect(ffp_, &QRadioButton::clicked, &tab_, choose(ChecksumKind::Ffp));
     connect(beside_, &QCheckBox::clicked, &tab_, &ChecksumTab::setSourceSaveButton);
-    addOptionGroup(createGroup_);
 }
 
 void ChecksumPage::addReadingGroup() {
-    readingGroup_ = new QGroupBox(tr("Reading"), this);
-    auto* layout = new QVBoxLayout(readingGroup_);
+    QVBoxLayout* layout = addOptionGroup(tr("Reading"));
+    readingGroup_ = layout->parentWidget();
     otherSpellings_ =
         addCheckBox(layout, tr("Accept &other spellings"),
                     tr("Also read lists with two blanks, BSD style, upper-case digests, "
                        "backslashes or other encodings, and lists under names such as md5sum.txt; "
                        "the report says what a strict reader would have found"));
     connect(otherSpellings_, &QCheckBox::clicked, &tab_, &ChecksumTab::setAcceptOtherSpellings);
-    addOptionGroup(readingGroup_);
 }
 
 QString ChecksumPage::actionText(int files) const {

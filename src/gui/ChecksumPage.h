@@ -3,7 +3,6 @@
 #include "gui/TabPage.h"
 
 class QCheckBox;
-class QGroupBox;
 class QRadioButton;
 
 namespace quav {
@@ -31,12 +30,12 @@ private:
     QRadioButton* test_ = nullptr;
     QRadioButton* create_ = nullptr;
     QRadioButton* verify_ = nullptr;
-    QGroupBox* createGroup_ = nullptr;
+    QWidget* createGroup_ = nullptr;
     QRadioButton* md5_ = nullptr;
     QRadioButton* st5_ = nullptr;
     QRadioButton* ffp_ = nullptr;
     QCheckBox* beside_ = nullptr;
-    QGroupBox* readingGroup_ = nullptr;
+    QWidget* readingGroup_ = nullptr;
     QCheckBox* otherSpellings_ = nullptr;
 };
 

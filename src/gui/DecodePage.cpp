@@ -3,7 +3,6 @@
 #include "codecs/DecodeTab.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -19,9 +18,7 @@ DecodePage::DecodePage(DecodeTab& tab, QWidget* parent) : ConversionPage(tab, pa
 
 QRadioButton* DecodePage::addFormat(QVBoxLayout* group, const QString& text, const QString& word,
                                     const QString& toolTip) {
-    auto* button = new QRadioButton(text, this);
-    button->setToolTip(toolTip);
-    group->addWidget(button);
+    QRadioButton* button = addRadioButton(group, text, toolTip);
     connect(button, &QRadioButton::clicked, &tab_, [this, word] { tab_.setOutputFormat(word); });
     return button;
 }
@@ -34,18 +31,17 @@ void DecodePage::addFormatGroup() {
 }
 
 void DecodePage::addFlacGroup() {
-    flacOptions_ = new QGroupBox(tr("FLAC"), this);
+    QVBoxLayout* flac = addOptionGroup(tr("FLAC"));
+    flacOptions_ = flac->parentWidget();
     QSizePolicy policy = flacOptions_->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     flacOptions_->setSizePolicy(policy);
-    auto* flac = new QVBoxLayout(flacOptions_);
     throughErrors_ = addCheckBox(flac, tr("Decode &through errors"),
                                  tr("Go on after damaged places instead of giving up (flac -F)"));
     keepForeignMetadata_ = addCheckBox(
         flac, tr("&Keep foreign metadata"),
         tr("Restore the chunks of the original WAV or AIFF file that are no audio, if the FLAC "
            "file kept them (flac --keep-foreign-metadata)"));
-    addOptionGroup(flacOptions_);
     connect(throughErrors_, &QCheckBox::clicked, &tab_, &DecodeTab::setDecodeFlacThroughErrors);
     connect(keepForeignMetadata_, &QCheckBox::clicked, &tab_, &DecodeTab::setKeepForeignMetadata);
 }

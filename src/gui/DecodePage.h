@@ -3,7 +3,6 @@
 #include "gui/ConversionPage.h"
 
 class QCheckBox;
-class QGroupBox;
 class QRadioButton;
 
 namespace quav {
@@ -30,7 +29,7 @@ private:
     DecodeTab& tab_;
     QRadioButton* wav_ = nullptr;
     QRadioButton* aiff_ = nullptr;
-    QGroupBox* flacOptions_ = nullptr;
+    QWidget* flacOptions_ = nullptr;
     QCheckBox* throughErrors_ = nullptr;
     QCheckBox* keepForeignMetadata_ = nullptr;
 };

@@ -21,10 +21,7 @@ EncodePage::EncodePage(EncodeTab& tab, QWidget* parent) : ConversionPage(tab, pa
 
 void EncodePage::addTargetGroup() {
     QVBoxLayout* target = addOptionGroup(tr("Target"));
-    auto* flac = new QRadioButton(tr("F&LAC"), this);
-    flac->setToolTip(tr("Encode to FLAC files"));
-    flac->setChecked(true);
-    target->addWidget(flac);
+    addRadioButton(target, tr("F&LAC"), tr("Encode to FLAC files"))->setChecked(true);
 }
 
 void EncodePage::addLevel(QVBoxLayout* group) {

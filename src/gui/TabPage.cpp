@@ -95,13 +95,8 @@ QWidget* TabPage::buildButtonRow() {
 
 QVBoxLayout* TabPage::addOptionGroup(const QString& title) {
     auto* group = new QGroupBox(title, this);
-    auto* layout = new QVBoxLayout(group);
-    addOptionGroup(group);
-    return layout;
-}
-
-void TabPage::addOptionGroup(QGroupBox* group) {
     options_->insertWidget(options_->count() - 1, group);
+    return new QVBoxLayout(group);
 }
 
 QCheckBox* TabPage::addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip) {

@@ -6,7 +6,6 @@
 #include <QWidget>
 
 class QCheckBox;
-class QGroupBox;
 class QLabel;
 class QPushButton;
 class QRadioButton;
@@ -25,9 +24,8 @@ class TabPage : public QWidget {
 protected:
     explicit TabPage(BaseTab& tab, QWidget* parent = nullptr);
 
-    /// A group of options below those already there.
+    /// A group of options below those already there; its box is the layout's parent widget.
     QVBoxLayout* addOptionGroup(const QString& title);
-    void addOptionGroup(QGroupBox* group);
 
     /// A check box of an option group.
     QCheckBox* addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip);
