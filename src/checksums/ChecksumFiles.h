@@ -57,6 +57,9 @@ QString reasonOf(int errorNumber);
 /// The verdict on a file that could not be read, with the system's reason.
 Verdict unreadable(const QString& list, const QString& file, int errorNumber);
 
+/// The same with the words of a tool that could not read it.
+Verdict unreadable(const QString& list, const QString& file, const QString& words);
+
 } // namespace checksumfiles
 
 } // namespace quav

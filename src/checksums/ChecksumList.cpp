@@ -1,10 +1,9 @@
 #include "checksums/ChecksumList.h"
 
 #include "platform/PathNames.h"
+#include "platform/RegularFile.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QStringList>
@@ -12,6 +11,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstdint>
 
 namespace quav::checksumlist {
 
@@ -19,7 +20,7 @@ namespace {
 
 // Room for the digests of several hundred thousand files. What is larger is something else by
 // mistake, and must not fill the memory.
-constexpr qint64 largestList = qint64(64) * 1024 * 1024;
+constexpr std::uint64_t largestList = std::uint64_t(64) * 1024 * 1024;
 constexpr qint64 mostLines = 500000;
 
 const QString md5Separator = QStringLiteral(" *");
@@ -152,35 +153,28 @@ tl::expected<QByteArray, QString> contentsOf(const QString& path) {
             QCoreApplication::translate("ChecksumList", "“%1” could not be read: %2")
                 .arg(path, reason));
     };
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile()) {
-        return refuse(QCoreApplication::translate("ChecksumList", "it is no file"));
+    auto file = RegularFile::open(path);
+    if (!file) {
+        return refuse(checksumfiles::reasonOf(file.error() == EISDIR ? EINVAL : file.error()));
     }
-    if (info.size() > largestList) {
+    if (file->size() > largestList) {
         return refuse(QCoreApplication::translate(
             "ChecksumList", "it is larger than any list of checksums, 64 MiB"));
     }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return refuse(file.errorString());
+    const auto bytes = file->read(largestList);
+    if (!bytes) {
+        return refuse(checksumfiles::reasonOf(bytes.error()));
     }
-    const QByteArray bytes = file.read(largestList);
-    if (file.error() != QFileDevice::NoError) {
-        return refuse(file.errorString());
-    }
-    if (std::count_if(bytes.begin(), bytes.end(),
+    if (std::count_if(bytes->begin(), bytes->end(),
                       [](char byte) { return byte >= '\n' && byte <= '\r'; }) > mostLines) {
         return refuse(QCoreApplication::translate(
             "ChecksumList", "it has more lines than any list of checksums, 500,000"));
     }
-    return bytes;
+    return *bytes;
 }
 
-QByteArray beginningOf(const QString& path) {
-    constexpr qint64 enough = qint64(64) * 1024;
-    QFile file(path);
-    const bool opened = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly);
-    return opened ? file.read(enough) : QByteArray();
+bool isUtf8(const QByteArray& bytes) {
+    return QUtf8StringView(bytes).isValidUtf8();
 }
 
 QString decoded(const QByteArray& bytes, Reading reading) {
@@ -189,7 +183,7 @@ QString decoded(const QByteArray& bytes, Reading reading) {
             return QStringDecoder(*marked).decode(bytes);
         }
     }
-    if (QUtf8StringView(bytes).isValidUtf8()) {
+    if (isUtf8(bytes)) {
         return QString::fromUtf8(bytes);
     }
     return reading == Reading::Tolerant ? QString::fromLatin1(bytes) : QString();
@@ -234,6 +228,12 @@ bool isReadBack(ChecksumKind kind, const QString& name) {
            list.lines.front().strict->name == name;
 }
 
+QString notReadBack(const QString& file) {
+    return QCoreApplication::translate("ChecksumList",
+                                       "“%1” cannot be found again by its name in the list")
+        .arg(file);
+}
+
 std::optional<ChecksumKind> kindByName(const QString& path) {
     const QString word = formatWord(path);
     if (word == u"MD5") {
@@ -260,6 +260,17 @@ std::optional<ChecksumKind> kindByContent(const QString& text) {
         }
     });
     return kind;
+}
+
+std::optional<ChecksumKind> kindOf(const QString& path, Reading reading) {
+    const auto byName = kindByName(path);
+    if (reading == Reading::Strict || !(byName || formatWord(path) == u"TXT")) {
+        return byName;
+    }
+    constexpr std::uint64_t enough = std::uint64_t(64) * 1024;
+    const auto bytes = RegularFile::beginningOf(path, enough).value_or(QByteArray());
+    const auto byContent = kindByContent(decoded(bytes, reading));
+    return byContent ? byContent : byName;
 }
 
 } // namespace quav::checksumlist

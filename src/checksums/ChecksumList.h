@@ -39,8 +39,7 @@ struct List {
 /// that it cannot be a list.
 tl::expected<QByteArray, QString> contentsOf(const QString& path);
 
-/// As much of the file as tells its kind; nothing when it cannot be read.
-QByteArray beginningOf(const QString& path);
+bool isUtf8(const QByteArray& bytes);
 
 /// The text of a list. Strictly it is UTF-8, and what is not is as good as empty; otherwise a
 /// byte-order mark counts, and what is no UTF-8 is Latin 1.
@@ -52,11 +51,18 @@ List read(ChecksumKind kind, const QString& text, Reading reading);
 /// that begins as a comment does, is not, and no list can name such a file.
 bool isReadBack(ChecksumKind kind, const QString& name);
 
+/// A sentence for the user about a file that has such an entry.
+QString notReadBack(const QString& file);
+
 /// The kind that a list has by its file name: the extensions MD5, ST5, FFP and FFP.TXT in whatever
 /// capitals; none for others.
 std::optional<ChecksumKind> kindByName(const QString& path);
 
 /// The kind whose entries the text has, for lists under other names; none when it has no entry.
 std::optional<ChecksumKind> kindByContent(const QString& text);
+
+/// The kind that a file has as a list: by its name, and read tolerantly, by the beginning of its
+/// content, which may be another kind's or under a name that is not a list's; none for other files.
+std::optional<ChecksumKind> kindOf(const QString& path, Reading reading);
 
 } // namespace quav::checksumlist

@@ -34,13 +34,17 @@ QStringList withWords(const QStringList& files, const QStringList& words) {
     return chosen;
 }
 
-QStringList flacFilesIn(const QStringList& files) {
-    return withWords(files, {QStringLiteral("FLAC")});
-}
-
-/// The kinds of audio that `shntool` digests.
-QStringList audioFilesIn(const QStringList& files) {
-    return withWords(files, QStringLiteral("FLAC WAV AIFF AIF SHN APE WV TTA").split(u' '));
+/// Those of the files that a checksum file of the kind is made over.
+QStringList filesFor(ChecksumKind kind, const QStringList& files) {
+    switch (kind) {
+    case ChecksumKind::Md5:
+        return files;
+    case ChecksumKind::St5:
+        return withWords(files, QStringLiteral("FLAC WAV AIFF AIF SHN APE WV TTA").split(u' '));
+    case ChecksumKind::Ffp:
+        return withWords(files, {QStringLiteral("FLAC")});
+    }
+    return {};
 }
 
 QString saveTitle(ChecksumKind kind) {
@@ -55,39 +59,37 @@ QString saveTitle(ChecksumKind kind) {
     return {};
 }
 
-/// The tool that reads what a kind of checksum file has; empty: none is needed.
-QString readerOf(ChecksumKind kind) {
+/// The tools that read what a kind of checksum file has.
+QStringList readersOf(ChecksumKind kind) {
     switch (kind) {
     case ChecksumKind::Md5:
         return {};
     case ChecksumKind::St5:
-        return QStringLiteral("shntool");
+        return {QStringLiteral("shntool")};
     case ChecksumKind::Ffp:
-        return QStringLiteral("metaflac");
+        return {QStringLiteral("metaflac")};
     }
     return {};
 }
 
-/// The tool that tests a kind of file; empty for a kind without one.
-QString testerOf(const QString& word) {
-    static const QHash<QString, QString> testers{
-        {QStringLiteral("FLAC"), QStringLiteral("flac")},
-        {QStringLiteral("APE"), QStringLiteral("mac")},
-        {QStringLiteral("WV"), QStringLiteral("wvunpack")},
-        {QStringLiteral("TTA"), QStringLiteral("ttaenc")},
-    };
-    return testers.value(word);
-}
+/// How a kind of compressed file is tested.
+struct Tester {
+    QString tool;
+    std::shared_ptr<QUAVTask> (ChecksumTab::*task)(const QString& path,
+                                                   const std::shared_ptr<QUAVTaskResults>& results,
+                                                   QUAVTaskQueue& queue) const;
+};
 
-/// The kind of checksum file that a file is; none for any other file.
-std::optional<ChecksumKind> listKindOf(const QString& path, checksumlist::Reading reading) {
-    const auto byName = checksumlist::kindByName(path);
-    if (reading == checksumlist::Reading::Strict || !(byName || formatWord(path) == u"TXT")) {
-        return byName;
-    }
-    const auto bytes = checksumlist::beginningOf(path);
-    const auto byContent = checksumlist::kindByContent(checksumlist::decoded(bytes, reading));
-    return byContent ? byContent : byName;
+/// None for a kind of file that cannot be tested.
+const Tester* testerOf(const QString& path) {
+    static const QHash<QString, Tester> testers{
+        {QStringLiteral("FLAC"), {QStringLiteral("flac"), &ChecksumTab::verifyFlac}},
+        {QStringLiteral("APE"), {QStringLiteral("mac"), &ChecksumTab::verifyAPE}},
+        {QStringLiteral("WV"), {QStringLiteral("wvunpack"), &ChecksumTab::verifyWavepack}},
+        {QStringLiteral("TTA"), {QStringLiteral("ttaenc"), &ChecksumTab::verifyTTA}},
+    };
+    const auto found = testers.constFind(formatWord(path));
+    return found == testers.cend() ? nullptr : &*found;
 }
 
 } // namespace
@@ -140,24 +142,17 @@ checksumlist::Reading ChecksumTab::reading() const {
 bool ChecksumTab::hasUseFor(const QString& path) const {
     switch (command_) {
     case Command::Test:
-        return !testerOf(formatWord(path)).isEmpty();
+        return testerOf(path) != nullptr;
     case Command::Create:
-        return kind_ == ChecksumKind::Md5 ||
-               !(kind_ == ChecksumKind::Ffp ? flacFilesIn({path}) : audioFilesIn({path})).isEmpty();
+        return !filesFor(kind_, {path}).isEmpty();
     case Command::Verify:
-        return listKindOf(path, reading()).has_value();
+        return checksumlist::kindOf(path, reading()).has_value();
     }
     return false;
 }
 
 bool ChecksumTab::hasTools(const QStringList& names) {
-    QStringList missing;
-    for (const QString& name : names) {
-        if (!name.isEmpty() && !services().tools.has(name)) {
-            missing << services().tools.whatIsMissing(name);
-        }
-    }
-    missing.removeDuplicates();
+    const QStringList missing = services().tools.whatIsMissing(names);
     if (!missing.isEmpty()) {
         services().prompts.alert(missing.first(), missing.mid(1).join(u'\n'));
     }
@@ -188,36 +183,15 @@ CommandOutcome ChecksumTab::queueOne(const std::shared_ptr<QUAVTask>& task) {
 
 CommandOutcome ChecksumTab::test() {
     QStringList needed;
-    for (const QString& path : fileNames()) {
-        needed << testerOf(formatWord(path));
-    }
-    if (!hasTools(needed)) {
-        return CommandOutcome::Refused;
-    }
     const auto results = std::make_shared<QUAVTaskResults>();
     Tasks tasks;
     for (const QString& path : fileNames()) {
-        if (const auto task = testOf(path, results)) {
-            tasks.push_back(task);
+        if (const Tester* tester = testerOf(path)) {
+            needed << tester->tool;
+            tasks.push_back((this->*tester->task)(path, results, services().queue));
         }
     }
-    return queueSet(tasks, results);
-}
-
-std::shared_ptr<QUAVTask>
-ChecksumTab::testOf(const QString& path, const std::shared_ptr<QUAVTaskResults>& results) const {
-    const QString word = formatWord(path);
-    QUAVTaskQueue& queue = services().queue;
-    if (word == u"FLAC") {
-        return verifyFlac(path, results, queue);
-    }
-    if (word == u"APE") {
-        return verifyAPE(path, results, queue);
-    }
-    if (word == u"WV") {
-        return verifyWavepack(path, results, queue);
-    }
-    return word == u"TTA" ? verifyTTA(path, results, queue) : nullptr;
+    return hasTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
 }
 
 std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
@@ -255,27 +229,23 @@ std::shared_ptr<QUAVTask> ChecksumTab::verifyTTA(const QString& path,
 }
 
 CommandOutcome ChecksumTab::create() {
-    if (!hasTools({readerOf(kind_)})) {
+    if (!hasTools(readersOf(kind_))) {
         return CommandOutcome::Refused;
     }
-    const QStringList flacFiles = flacFilesIn(fileNames());
-    const QStringList audioFiles = audioFilesIn(fileNames());
+    const QStringList files = filesFor(kind_, fileNames());
+    if (files.isEmpty()) {
+        clearFiles();
+        return CommandOutcome::NothingToDo;
+    }
     QUAVTaskQueue& queue = services().queue;
     switch (kind_) {
     case ChecksumKind::Md5:
-        return queueOne(createMD5(fileNames(), queue, sourceSave_));
+        return queueOne(createMD5(files, queue, sourceSave_));
     case ChecksumKind::St5:
-        if (!audioFiles.isEmpty()) {
-            return queueOne(createST5(audioFiles, queue, sourceSave_));
-        }
-        break;
+        return queueOne(createST5(files, queue, sourceSave_));
     case ChecksumKind::Ffp:
-        if (!flacFiles.isEmpty()) {
-            return createFFP(flacFiles);
-        }
-        break;
+        return createFFP(files);
     }
-    clearFiles();
     return CommandOutcome::NothingToDo;
 }
 
@@ -316,7 +286,7 @@ std::shared_ptr<CreateST5Task> ChecksumTab::createST5(const QStringList& files,
     task->setTitle(tr("Create ST5"));
     for (const QString& file : files) {
         if (!checksumlist::isReadBack(ChecksumKind::St5, lastPathComponent(file))) {
-            task->addWarning(tr("“%1” cannot be found again by its name in the list").arg(file));
+            task->addWarning(checksumlist::notReadBack(file));
         }
     }
     return task;
@@ -395,9 +365,11 @@ CommandOutcome ChecksumTab::verify() {
     const auto results = std::make_shared<QUAVTaskResults>();
     Tasks tasks;
     for (const QString& path : fileNames()) {
-        if (const auto kind = listKindOf(path, reading())) {
-            needed << readerOf(*kind);
-            needed << (kind == ChecksumKind::Ffp ? QStringLiteral("flac") : QString());
+        if (const auto kind = checksumlist::kindOf(path, reading())) {
+            needed << readersOf(*kind);
+            if (kind == ChecksumKind::Ffp) {
+                needed << QStringLiteral("flac"); // which tests the audio, too
+            }
             const auto task = verificationOf(path, *kind, results);
             task->setReading(reading());
             tasks.push_back(task);

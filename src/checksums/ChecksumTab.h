@@ -102,8 +102,6 @@ private:
     CommandOutcome verify();
     CommandOutcome queueOne(const std::shared_ptr<QUAVTask>& task);
     CommandOutcome queueSet(const Tasks& tasks, const std::shared_ptr<QUAVTaskResults>& results);
-    std::shared_ptr<QUAVTask> testOf(const QString& path,
-                                     const std::shared_ptr<QUAVTaskResults>& results) const;
     std::shared_ptr<VerifyListTask>
     verificationOf(const QString& path, ChecksumKind kind,
                    const std::shared_ptr<QUAVTaskResults>& results) const;

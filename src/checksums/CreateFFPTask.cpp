@@ -10,8 +10,8 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace quav {
 
@@ -21,13 +21,7 @@ void take(FingerprintText& result, const QString& ffpFile, const QString& file,
           const QString& entry) {
     result.text += entry;
     if (fingerprint::isComplaint(entry)) {
-        const bool isThere = QFileInfo::exists(file);
-        result.verdicts.push_back({ffpFile,
-                                   file,
-                                   isThere ? Verdict::Kind::Unreadable : Verdict::Kind::Missing,
-                                   {},
-                                   {},
-                                   entry.section(u'\n', 0, 0)});
+        result.verdicts.push_back(checksumfiles::unreadable(ffpFile, file, entry));
         result.warnings
             << CreateFFPTask::tr("“%1” has no entry but what metaflac said of it").arg(file);
     } else if (fingerprint::isUnset(entry)) {
@@ -36,8 +30,7 @@ void take(FingerprintText& result, const QString& ffpFile, const QString& file,
                                "can be checked against it. Encode it anew to get one.")
                                .arg(file);
     } else if (!checksumlist::isReadBack(ChecksumKind::Ffp, lastPathComponent(file))) {
-        result.warnings
-            << CreateFFPTask::tr("“%1” cannot be found again by its name in the list").arg(file);
+        result.warnings << checksumlist::notReadBack(file);
     }
 }
 
@@ -98,13 +91,11 @@ void CreateFFPTask::doCreateFFP(const QStringList& outputs, const QString& outpu
     const bool named = settings_.boolean(keys::checksumFileUsesOutputDirName);
     const QString path = named ? checksumfiles::pathIn(outputDir, ChecksumKind::Ffp, settings_)
                                : joinPath(outputDir, ffpName_);
+    setProgressIndicatorValue(0); // each folder has the bar to itself
     FingerprintText made =
         textOver(files, path, queue().toolsFolder(), queue().toolsAtOnce(), [&](qsizetype index) {
-            constexpr double whole = 100;
-            setTextFieldString(lastPathComponent(files[index]));
-            push(MainLine);
-            showProgress(tr("Creating FFP checksum file"), static_cast<double>(index + 1) * whole /
-                                                               static_cast<double>(files.size()));
+            showMainLine(lastPathComponent(files[index]));
+            showCount(tr("Creating FFP checksum file"), index + 1, files.size());
             return !stopRequested();
         });
     if (stopRequested()) {

@@ -6,7 +6,7 @@
 #include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quav {
 
@@ -41,13 +41,8 @@ void CreateMD5Task::doCreateMd5() {
             const QString& file = fileNames_[index];
             const QString fileName = lastPathComponent(file);
             const QString name = inOneFolder ? fileName : nameFromFolder(file, folder);
-            setTextFieldString(fileName);
-            push(MainLine);
-            constexpr double whole = 100;
-            const double count =
-                static_cast<double>(index + 1) * whole / static_cast<double>(fileNames_.size());
-            // Several files are read at once: the bar has seen more of them than are complete.
-            showProgress(tr("Creating MD5 Hash"), std::max(count, progressIndicatorValue()));
+            showMainLine(fileName);
+            showCount(tr("Creating MD5 Hash"), index + 1, fileNames_.size());
             text += QStringLiteral("%1 *%2\n").arg(digest.value_or(QStringLiteral("(null)")), name);
             if (!digest) {
                 verdicts.push_back(
@@ -55,12 +50,11 @@ void CreateMD5Task::doCreateMd5() {
                 addWarning(tr("“%1” could not be read: %2")
                                .arg(file, checksumfiles::reasonOf(digest.error().code)));
             } else if (!checksumlist::isReadBack(ChecksumKind::Md5, name)) {
-                addWarning(tr("“%1” cannot be found again by its name in the list").arg(file));
+                addWarning(checksumlist::notReadBack(file));
             }
         },
         [this](double share) {
-            constexpr double whole = 100;
-            raiseProgress(share * whole);
+            raiseProgress(share);
             return !stopRequested();
         });
     if (stopRequested()) {
@@ -69,8 +63,7 @@ void CreateMD5Task::doCreateMd5() {
     if (fileNames_.contains(outputPath_)) {
         addWarning(tr("“%1” is itself in the list, as it was before").arg(outputPath_));
     }
-    setTopTextFieldString({});
-    push(StatusLine);
+    showStatus({});
     checksumfiles::write(outputPath_, text);
     results()->appendVerdicts(std::move(verdicts), *this);
 }

@@ -37,13 +37,11 @@ void CreateST5Task::processTaskOutput(const QString& text) {
     const QString piece = toolwords::withoutBackspaces(text);
     const toolwords::HashPiece said = toolwords::hashPiece(piece);
     if (!said.fileName.isEmpty()) {
-        setTextFieldString(said.fileName);
-        push(MainLine);
+        showMainLine(said.fileName);
     }
     if (said.percent) {
-        setTopTextFieldString(tr("Creating ST5: %1%").arg(toolwords::sixDecimals(*said.percent)));
-        setProgressIndicatorValue(*said.percent);
-        push(StatusLine | Bar);
+        showProgress(tr("Creating ST5: %1%").arg(toolwords::sixDecimals(*said.percent)),
+                     *said.percent);
     }
     takeLine(piece.endsWith(u'\n') ? piece.chopped(1) : piece);
 }

@@ -6,8 +6,6 @@
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 
-#include <QFileInfo>
-
 #include <algorithm>
 
 namespace quav {
@@ -67,8 +65,8 @@ bool VerifyFFPTask::take(const Line& line, const QString& path) {
     const QString actual = fingerprint(path);
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
     if (fingerprint::isComplaint(actual)) {
-        verdict.kind = QFileInfo::exists(path) ? Verdict::Kind::Unreadable : Verdict::Kind::Missing;
-        verdict.note = actual.section(u'\n', 0, 0);
+        verdict = checksumfiles::unreadable(fileName(), path, actual);
+        verdict.expected = line.entry->digest;
         const QString strictWords = line.strict ? name : invalidFormat();
         conclude(actual, name, strictWords, verdict); // the tool's words come first
         return false;

@@ -65,11 +65,10 @@ checksumlist::List VerifyListTask::readList() {
 }
 
 QString VerifyListTask::whyNothingIsNamed(const QByteArray& bytes) const {
-    const bool isText =
-        bytes.isEmpty() || !checksumlist::decoded(bytes, checksumlist::Reading::Strict).isEmpty();
-    return isText ? tr("“%1” names no file").arg(fileName_)
-                  : tr("“%1” is not in UTF-8; it can be read when other spellings are accepted")
-                        .arg(fileName_);
+    return checksumlist::isUtf8(bytes)
+               ? tr("“%1” names no file").arg(fileName_)
+               : tr("“%1” is not in UTF-8; it can be read when other spellings are accepted")
+                     .arg(fileName_);
 }
 
 void VerifyListTask::sayHowItIsRead(const QByteArray& bytes) {
@@ -77,7 +76,7 @@ void VerifyListTask::sayHowItIsRead(const QByteArray& bytes) {
         say(tr("%1 : read as %2 (read strictly: no list of this kind)")
                 .arg(title(), checksumfiles::title(kind_)));
     }
-    if (checksumlist::decoded(bytes, checksumlist::Reading::Strict).isEmpty()) {
+    if (!checksumlist::isUtf8(bytes)) {
         say(tr("%1 : read although it is not in UTF-8 (read strictly: empty)").arg(title()));
     }
 }
@@ -137,10 +136,7 @@ void VerifyListTask::concludeInvalid(const Line& line) {
 }
 
 void VerifyListTask::showEntry(const QString& name, size_t number, qsizetype count) {
-    constexpr double whole = 100;
-    const double percent = static_cast<double>(number) * whole / static_cast<double>(count);
-    // Several files may be read at once: the bar has then seen more of them than are complete.
-    showProgress(tr("Verifying %1").arg(name), std::max(percent, progressIndicatorValue()));
+    showCount(tr("Verifying %1").arg(name), static_cast<qsizetype>(number), count);
 }
 
 void VerifyListTask::deliver() {

@@ -26,6 +26,7 @@ public:
 
     /// The checksum file.
     const QString& fileName() const { return fileName_; }
+    QString source() const override { return fileName_; }
 
     /// How the list is read; strictly unless said.
     void setReading(checksumlist::Reading reading) { reading_ = reading; }

@@ -42,8 +42,7 @@ void VerifyMD5Task::doCreateMD5(const checksumlist::List& list) {
             showEntry(current.entry->name, next, count);
         },
         [this](double share) {
-            constexpr double whole = 100;
-            raiseProgress(share * whole);
+            raiseProgress(share);
             return !stopRequested();
         });
     deliver();

@@ -4,8 +4,6 @@
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 
-#include <QFileInfo>
-
 namespace quav {
 
 VerifyST5Task::VerifyST5Task(TaskHost& queue, const QString& fileName,
@@ -37,8 +35,7 @@ void VerifyST5Task::doCreateST5(const checksumlist::List& list) {
 
 /// The digest of one file with the marker behind it, or shntool's warning.
 QString VerifyST5Task::st5(const QString& path) {
-    setTextFieldString(lastPathComponent(path));
-    push(MainLine);
+    showMainLine(lastPathComponent(path));
     QString result;
     const QString folder = folderOf(path);
     runTool(QStringLiteral("shntool"), {QStringLiteral("hash"), path},
@@ -65,8 +62,8 @@ void VerifyST5Task::take(const Line& line, const QString& path, const QString& c
     const auto words = [&](bool matches) { return matches ? QStringLiteral("OK") : noMatch; };
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
     if (computed.contains(u"warning")) {
-        verdict.kind = QFileInfo::exists(path) ? Verdict::Kind::Unreadable : Verdict::Kind::Missing;
-        verdict.note = computed.trimmed();
+        verdict = checksumfiles::unreadable(fileName(), path, computed);
+        verdict.expected = line.entry->digest;
         conclude(name, entry, line.strict ? entry : invalidFormat(), verdict);
         return;
     }

@@ -34,16 +34,13 @@ void VerifyToolTask::startTask() {
         results()->appendVerdicts({{{}, path_, Verdict::Kind::Unreadable, {}, {}, reason}}, *this);
         throw std::runtime_error(reason.toStdString());
     }
-    setTextFieldString(title());
-    push(MainLine);
+    showMainLine(title());
     QUAVAsyncNSTask::startTask();
 }
 
-void VerifyToolTask::showProgress(std::optional<double> percent) {
+void VerifyToolTask::showPercent(std::optional<double> percent) {
     if (percent) {
-        setTopTextFieldString(tr("Verifying: %1%").arg(toolwords::sixDecimals(*percent)));
-        setProgressIndicatorValue(*percent);
-        push(StatusLine | Bar);
+        showProgress(tr("Verifying: %1%").arg(toolwords::sixDecimals(*percent)), *percent);
     }
 }
 
@@ -71,8 +68,7 @@ VerifyFlacTask::VerifyFlacTask(const std::shared_ptr<QUAVTaskResults>& results, 
     : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)) {}
 
 void VerifyFlacTask::startTask() {
-    setTopTextFieldString(tr("Verifying"));
-    push(StatusLine);
+    showStatus(tr("Verifying"));
     VerifyToolTask::startTask();
 }
 
@@ -89,8 +85,7 @@ QString VerifyFlacTask::canceledLine() const {
 
 void VerifyFlacTask::processTaskOutput(const QString& text) {
     const QString words = toolwords::flacWords(text, fileName());
-    setTextFieldString(fileName());
-    push(MainLine);
+    showMainLine(fileName());
     if (words.isEmpty()) {
         return;
     }
@@ -127,7 +122,7 @@ void VerifyFlacTask::takeProgress(const QString& words) {
                                  .arg(fileName(), toolwords::sixDecimals(percent));
         }
     }
-    showProgress(percent);
+    showPercent(percent);
 }
 
 void VerifyFlacTask::cleanup() {
@@ -145,12 +140,11 @@ VerifyApeTask::VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, Ta
 void VerifyApeTask::processTaskOutput(const QString& text) {
     const QString progress = QStringLiteral("Progress: ");
     if (text.contains(u'%') && text.contains(progress)) {
-        showProgress(toolwords::leadingNumber(text.section(progress, 1, 1)));
+        showPercent(toolwords::leadingNumber(text.section(progress, 1, 1)));
     } else {
         noteWords(text);
     }
-    setTextFieldString(title());
-    push(MainLine);
+    showMainLine(title());
     singleResult_ += text;
 }
 
@@ -167,12 +161,11 @@ VerifyWavepackTask::VerifyWavepackTask(const std::shared_ptr<QUAVTaskResults>& r
 void VerifyWavepackTask::processTaskOutput(const QString& text) {
     const QString piece = toolwords::withoutBackspaces(text);
     const auto percent = toolwords::numberBefore(piece, QStringLiteral("% done"));
-    showProgress(percent);
+    showPercent(percent);
     if (!percent) {
         noteWords(piece);
     }
-    setTextFieldString(title());
-    push(MainLine);
+    showMainLine(title());
     results()->appendResults(piece, *this);
 }
 

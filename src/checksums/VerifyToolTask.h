@@ -19,7 +19,7 @@ class VerifyToolTask : public QUAVAsyncNSTask {
 
 public:
     /// The tested file.
-    const QString& path() const { return path_; }
+    QString source() const override { return path_; }
 
     void startTask() override;
 
@@ -34,7 +34,7 @@ protected:
     const QString& fileName() const { return fileName_; }
 
     /// Shows how far the tool is, unless the piece did not say.
-    void showProgress(std::optional<double> percent);
+    void showPercent(std::optional<double> percent);
 
     /// The tool's last words, for the verdict.
     void noteWords(const QString& words);

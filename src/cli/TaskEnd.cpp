@@ -1,7 +1,5 @@
 #include "cli/TaskEnd.h"
 
-#include "checksums/VerifyListTask.h"
-#include "checksums/VerifyToolTask.h"
 #include "codecs/ConversionTask.h"
 #include "engine/QUAVTask.h"
 #include "engine/QUAVTaskResults.h"
@@ -22,29 +20,33 @@ QString reasonIn(const QString& report) {
     return lines.isEmpty() ? QString() : lines.last().trimmed();
 }
 
+namespace {
+
+/// Why a task failed: what it noted of its own source, else the best line of its report.
+QString reasonOf(const QUAVTask& task) {
+    const QString source = task.source();
+    for (const Verdict& verdict : task.results()->verdictsOf(task)) {
+        if (!source.isEmpty() && verdict.file == source && !verdict.note.isEmpty()) {
+            return verdict.note;
+        }
+    }
+    return reasonIn(task.results()->resultsOf(task));
+}
+
+} // namespace
+
 TaskEnd endOf(const QUAVTask& task) {
     TaskEnd end;
-    end.title = task.title();
+    end.source = task.source();
+    end.title = end.source.isEmpty() ? task.title() : lastPathComponent(end.source);
     end.warnings = task.warnings();
     if (task.cancelled()) {
         end.status = TaskEnd::Status::Cancelled;
     } else if (task.error()) {
         end.status = TaskEnd::Status::Failed;
-        const Verdicts verdicts = task.results()->verdictsOf(task);
-        const bool checks = dynamic_cast<const VerifyToolTask*>(&task) != nullptr ||
-                            dynamic_cast<const VerifyListTask*>(&task) != nullptr;
-        const bool isNoted = checks && !verdicts.empty() && !verdicts.front().note.isEmpty();
-        end.error = isNoted ? verdicts.front().note : reasonIn(task.results()->resultsOf(task));
-    }
-    if (const auto* test = dynamic_cast<const VerifyToolTask*>(&task)) {
-        end.title = lastPathComponent(test->path());
-        end.source = test->path();
-    }
-    if (const auto* list = dynamic_cast<const VerifyListTask*>(&task)) {
-        end.source = list->fileName();
+        end.error = reasonOf(task);
     }
     if (const auto* conversion = dynamic_cast<const ConversionTask*>(&task)) {
-        end.source = conversion->fileName();
         end.output = conversion->outputPath();
     }
     return end;

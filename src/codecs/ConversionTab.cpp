@@ -39,16 +39,11 @@ QString ConversionTab::outputFolder(const QString& source, const QString& chosen
 }
 
 QStringList ConversionTab::obstacles(const ConversionPlan& plan) const {
-    QStringList sentences;
-    QSet<QString> tools;
+    QStringList tools;
     for (const PlannedConversion& conversion : plan.conversions) {
-        tools.insert(conversion.tool);
+        tools << conversion.tool;
     }
-    for (const QString& tool : tools) {
-        if (!services().tools.has(tool)) {
-            sentences << services().tools.whatIsMissing(tool);
-        }
-    }
+    QStringList sentences = services().tools.whatIsMissing(tools);
     if (const auto folder = firstUnusableFolder(plan)) {
         sentences << *folder;
     }

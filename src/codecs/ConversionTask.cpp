@@ -45,11 +45,6 @@ void ConversionTask::report(const QString& piece) {
     }
 }
 
-void ConversionTask::showStatus(const QString& status) {
-    setTopTextFieldString(status);
-    push(StatusLine);
-}
-
 void ConversionTask::noteLosses(const QStringList& sentences) {
     for (const QString& sentence : sentences) {
         addWarning(sentence);

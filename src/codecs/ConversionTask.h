@@ -22,6 +22,7 @@ public:
                    ComplaintReader complaintReader);
 
     const QString& fileName() const { return fileName_; }
+    QString source() const override { return fileName_; }
     const QString& outputPath() const { return outputPath_; }
 
     bool deleteOriginal() const { return deleteOriginal_; }
@@ -45,9 +46,6 @@ protected:
 
     /// Notes what of the source is not in the output: the user is told, and the source is kept.
     void noteLosses(const QStringList& sentences);
-
-    /// Sets the status line and has it shown.
-    void showStatus(const QString& status);
 
 private:
     bool writeTags();

@@ -13,14 +13,12 @@ DecodeFlacTask::DecodeFlacTask(const QString& fileName, const Services& services
 
 void DecodeFlacTask::processTaskOutput(const QString& text) {
     if (const auto percentage = flacoutput::decodePercentage(text)) {
-        setTopTextFieldString(QCoreApplication::translate("DecodeFlacTask", "Decoding Flac: %1%")
-                                  .arg(*percentage, 0, 'f', 6));
-        setProgressIndicatorValue(*percentage);
-        push(StatusLine | Bar);
+        showProgress(QCoreApplication::translate("DecodeFlacTask", "Decoding Flac: %1%")
+                         .arg(*percentage, 0, 'f', 6),
+                     *percentage);
     }
     report(text);
-    setTextFieldString(title());
-    push(MainLine);
+    showMainLine(title());
 }
 
 bool DecodeFlacTask::copyTags() {

@@ -21,12 +21,10 @@ void EncodeFlacTask::processTaskOutput(const QString& text) {
     const auto progress = flacoutput::encodeProgress(text);
     // The display moves in steps of one percent.
     if (!progress.percentText.isEmpty() && progress.percent >= lastPercentageDisplayed_ + 1) {
-        setTopTextFieldString(
-            QCoreApplication::translate("EncodeFlacTask", "Encoding to Flac: %1% %2")
-                .arg(progress.percentText, progress.detail));
-        setProgressIndicatorValue(progress.percent);
-        setTextFieldString(title());
-        push(StatusLine | MainLine | Bar);
+        showMainLine(title());
+        showProgress(QCoreApplication::translate("EncodeFlacTask", "Encoding to Flac: %1% %2")
+                         .arg(progress.percentText, progress.detail),
+                     progress.percent);
         lastPercentageDisplayed_ = progress.percent;
     }
     report(text);

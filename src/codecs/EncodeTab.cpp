@@ -101,10 +101,11 @@ ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
                                     flacEncodeArguments(options, sources[i], outputs[i]),
                                     existing});
     }
-    const auto folders = outputsByFolder(plan);
-    for (auto folder = folders.cbegin(); generateFFP_ && folder != folders.cend(); ++folder) {
-        plan.checksumFiles << checksumfiles::pathIn(folder.key(), ChecksumKind::Ffp,
-                                                    services().settings);
+    if (generateFFP_) {
+        for (const QString& folder : outputsByFolder(plan).keys()) {
+            plan.checksumFiles << checksumfiles::pathIn(folder, ChecksumKind::Ffp,
+                                                        services().settings);
+        }
     }
     return plan;
 }

@@ -3,10 +3,17 @@
 #include "engine/ToolPieces.h"
 #include "engine/ToolsFolder.h"
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 
 namespace quav {
+
+namespace {
+
+constexpr double whole = 100;
+
+} // namespace
 
 BackgroundTask::BackgroundTask(TaskHost& queue) : QUAVTask(queue), work_(queue.mainThread()) {}
 
@@ -56,13 +63,14 @@ int BackgroundTask::runTool(const QString& tool, const QStringList& arguments,
     return *status;
 }
 
-void BackgroundTask::showProgress(const QString& status, double percent) {
-    setTopTextFieldString(status);
-    setProgressIndicatorValue(percent);
-    push(StatusLine | Bar);
+void BackgroundTask::showCount(const QString& status, qsizetype done, qsizetype count) {
+    const double percent = static_cast<double>(done) * whole / static_cast<double>(count);
+    // Several files may be read at once: the bar has then seen more of them than are complete.
+    showProgress(status, std::max(percent, progressIndicatorValue()));
 }
 
-void BackgroundTask::raiseProgress(double percent) {
+void BackgroundTask::raiseProgress(double share) {
+    const double percent = share * whole;
     if (percent >= progressIndicatorValue() + 1) {
         setProgressIndicatorValue(percent);
         push(Bar);

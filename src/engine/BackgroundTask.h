@@ -41,11 +41,11 @@ protected:
     int runTool(const QString& tool, const QStringList& arguments, const QString& folder,
                 const std::function<void(const QString& piece)>& take);
 
-    /// Sets the status line and the value, and has them shown.
-    void showProgress(const QString& status, double percent);
+    /// Shows the status line, and the bar at so many of a count; never back.
+    void showCount(const QString& status, qsizetype done, qsizetype count);
 
-    /// Moves the bar on to the value, in steps of one percent and never back.
-    void raiseProgress(double percent);
+    /// Moves the bar on to a share from 0 to 1, in steps of one percent and never back.
+    void raiseProgress(double share);
 
 private:
     void finish();

@@ -12,11 +12,9 @@ QUAVAsyncNSTaskFileOutputRedirection::QUAVAsyncNSTaskFileOutputRedirection(
     : QUAVAsyncNSTask(queue, launchPath, arguments), fileName_(fileName) {}
 
 void QUAVAsyncNSTaskFileOutputRedirection::startTask() {
-    setTextFieldString(title());
-    push(MainLine);
+    showMainLine(title());
     if (!subTitle_.isEmpty()) {
-        setTopTextFieldString(subTitle_);
-        push(StatusLine);
+        showStatus(subTitle_);
     }
     QUAVAsyncNSTask::startTask();
 }

@@ -96,6 +96,10 @@ void QUAVTask::reportCompletion() {
     queue_.mainThread().post([self = shared_from_this()] { self->queue_.taskCompleted(self); });
 }
 
+QString QUAVTask::source() const {
+    return {};
+}
+
 QString QUAVTask::description() const {
     return title_;
 }
@@ -178,6 +182,22 @@ void QUAVTask::setProgressIndicatorValueInGui() {
 
 void QUAVTask::setCombinedStatus() {
     fillRow(StatusLine | MainLine | Bar);
+}
+
+void QUAVTask::showMainLine(const QString& text) {
+    setTextFieldString(text);
+    push(MainLine);
+}
+
+void QUAVTask::showStatus(const QString& status) {
+    setTopTextFieldString(status);
+    push(StatusLine);
+}
+
+void QUAVTask::showProgress(const QString& status, double percent) {
+    setTopTextFieldString(status);
+    setProgressIndicatorValue(percent);
+    push(StatusLine | Bar);
 }
 
 void QUAVTask::push(unsigned parts) {

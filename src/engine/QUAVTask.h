@@ -64,6 +64,9 @@ public:
     QString title() const { return title_; }
     void setTitle(const QString& title) { title_ = title; }
 
+    /// The path of the one file that the task reads; empty for a task about none or several.
+    virtual QString source() const;
+
     /// How a log names the task.
     virtual QString description() const;
 
@@ -115,6 +118,11 @@ protected:
     void runHook(const std::function<void()>& hook);
 
     void setStopped();
+
+    /// Each sets its part of the row and has it shown. Any thread.
+    void showMainLine(const QString& text);
+    void showStatus(const QString& status);
+    void showProgress(const QString& status, double percent);
 
 private:
     void fillRow(unsigned parts);

@@ -85,6 +85,17 @@ QString ToolsFolder::whatIsMissing(const QString& name) const {
         .arg(name, folder_, QString::fromLatin1(known->package));
 }
 
+QStringList ToolsFolder::whatIsMissing(QStringList names) const {
+    names.removeDuplicates();
+    QStringList sentences;
+    for (const QString& name : std::as_const(names)) {
+        if (!has(name)) {
+            sentences << whatIsMissing(name);
+        }
+    }
+    return sentences;
+}
+
 QProcessEnvironment ToolsFolder::environment() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     const QString path = QStringLiteral("PATH");

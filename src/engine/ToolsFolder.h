@@ -36,6 +36,9 @@ public:
     /// A sentence for the user about a tool that is not there: its name and what brings it.
     QString whatIsMissing(const QString& name) const;
 
+    /// Such sentences about those of the tools that are not there, each tool once.
+    QStringList whatIsMissing(QStringList names) const;
+
     /// The environment in which tools run: our own, with the tools folder at the end of PATH, a
     /// UTF-8 locale, and without the variables that change what tools do behind our back.
     QProcessEnvironment environment() const;

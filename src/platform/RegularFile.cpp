@@ -33,6 +33,10 @@ tl::expected<RegularFile, int> RegularFile::open(const QString& path) {
     return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
 }
 
+tl::expected<QByteArray, int> RegularFile::beginningOf(const QString& path, std::uint64_t most) {
+    return open(path).and_then([most](RegularFile&& file) { return file.read(most); });
+}
+
 void RegularFile::announce(std::uint64_t from, std::uint64_t count) const {
     if (from >= size_ || isInMemory(from + std::min(count, size_ - from) / 2)) {
         return;
@@ -67,6 +71,17 @@ tl::expected<std::size_t, int> RegularFile::read(std::span<std::uint8_t> buffer)
         filled += static_cast<std::size_t>(std::max<ssize_t>(0, count));
     }
     return filled;
+}
+
+tl::expected<QByteArray, int> RegularFile::read(std::uint64_t most) {
+    QByteArray bytes(static_cast<qsizetype>(std::min(most, size_)), Qt::Uninitialized);
+    const auto count = read(
+        {reinterpret_cast<std::uint8_t*>(bytes.data()), static_cast<std::size_t>(bytes.size())});
+    if (!count) {
+        return tl::make_unexpected(count.error());
+    }
+    bytes.truncate(static_cast<qsizetype>(*count));
+    return bytes;
 }
 
 } // namespace quav

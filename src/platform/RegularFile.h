@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <tl/expected.hpp>
@@ -20,8 +21,14 @@ public:
     /// EISDIR for a folder, EINVAL for what is neither folder nor file.
     static tl::expected<RegularFile, int> open(const QString& path);
 
+    /// The first bytes of a file, at most so many.
+    static tl::expected<QByteArray, int> beginningOf(const QString& path, std::uint64_t most);
+
     /// Fills the buffer as far as the file goes; less than that is the end of the file.
     tl::expected<std::size_t, int> read(std::span<std::uint8_t> buffer);
+
+    /// The next bytes, at most so many and none that came after the file was opened.
+    tl::expected<QByteArray, int> read(std::uint64_t most);
 
     /// Tells the system which bytes are going to be read, so that it reads them from the disk in
     /// one go; does nothing when they seem to be in memory already.
