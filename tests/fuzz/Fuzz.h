@@ -1,10 +1,10 @@
 #pragma once
 
-#include "pcm/ByteSink.h"
-#include "pcm/Failure.h"
-#include "pcm/InputFile.h"
-#include "pcm/TemporaryFile.h"
-#include "pcm/UniqueFd.h"
+#include "audio/pcm/ByteSink.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/InputFile.h"
+#include "audio/pcm/TemporaryFile.h"
+#include "audio/pcm/UniqueFd.h"
 
 #include <sys/mman.h>
 

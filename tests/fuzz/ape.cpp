@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "ape/ApeDecoder.h"
+#include "audio/ape/ApeDecoder.h"
 
 using namespace quav;
 

@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "pcm/PcmReader.h"
+#include "audio/pcm/PcmReader.h"
 
 #include <algorithm>
 #include <array>

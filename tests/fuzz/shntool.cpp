@@ -1,6 +1,6 @@
 #include "Fuzz.h"
-#include "pcm/Bytes.h"
-#include "shntool/AudioFile.h"
+#include "audio/file/AudioFile.h"
+#include "audio/pcm/Bytes.h"
 #include "shntool/Console.h"
 #include "shntool/Length.h"
 #include "shntool/SplitPoints.h"
@@ -16,9 +16,8 @@ namespace {
 void readText(const std::string& text) {
     const shntool::SplitPoints points = shntool::SplitPoints::parse(text);
     for (unsigned rate : {8000U, 44100U}) {
-        const shntool::Wave wave =
-            shntool::canonicalHeader({.channels = 2, .bytesPerSample = 2, .sampleRate = rate}, 0)
-                .wave;
+        const wav::Wave wave =
+            wav::canonicalHeader({.channels = 2, .bytesPerSample = 2, .sampleRate = rate}, 0).wave;
         for (const std::string& place : points.places) {
             try {
                 shntool::parseLength(place, wave);
@@ -39,7 +38,7 @@ void readFile(const std::uint8_t* data, std::size_t size) {
     const pcm::UniqueFd fd(::memfd_create("fuzz", MFD_CLOEXEC));
     pcm::writeAll(fd.get(), {data, size}, "memory");
     const std::string path = "/proc/self/fd/" + std::to_string(fd.get());
-    const shntool::AudioFile file = shntool::AudioFile::open(path, {});
+    const audio::AudioFile file = audio::AudioFile::open(path, {});
     shntool::lengthText(file.wave(), file.wave().dataSize, shntool::TimeStyle::Hours);
     shntool::resizedHeader(file.header(), 100, file.extraChunks());
     const auto reader = file.reader();

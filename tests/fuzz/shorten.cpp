@@ -1,5 +1,5 @@
 #include "Fuzz.h"
-#include "shorten/Decoder.h"
+#include "audio/shorten/Decoder.h"
 
 using namespace quav;
 

@@ -1,7 +1,7 @@
 #include "Fuzz.h"
-#include "pcm/Bytes.h"
-#include "tta/Decode.h"
-#include "tta/Stream.h"
+#include "audio/pcm/Bytes.h"
+#include "audio/tta/Decode.h"
+#include "audio/tta/Stream.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
+#include "audio/tta/Stream.h"
 #include "support/Table.h"
 #include "tools/PcmFixtures.h"
 #include "tools/ToolFixtures.h"
-#include "tta/Stream.h"
 
 #include <QCryptographicHash>
 #include <QTest>

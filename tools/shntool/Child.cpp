@@ -1,6 +1,6 @@
 #include "shntool/Child.h"
 
-#include "pcm/Failure.h"
+#include "audio/pcm/Failure.h"
 
 #include <sys/wait.h>
 

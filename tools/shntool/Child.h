@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pcm/UniqueFd.h"
+#include "audio/pcm/UniqueFd.h"
 
 #include <sys/types.h>
 

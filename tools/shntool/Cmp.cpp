@@ -1,4 +1,4 @@
-#include "pcm/Failure.h"
+#include "audio/pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
 

@@ -1,6 +1,6 @@
 #include "shntool/Console.h"
 
-#include "pcm/Progress.h"
+#include "audio/pcm/Progress.h"
 #include "shntool/TextFile.h"
 
 #include <algorithm>

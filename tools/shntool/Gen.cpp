@@ -1,4 +1,4 @@
-#include "pcm/PcmFormat.h"
+#include "audio/pcm/PcmFormat.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
 

@@ -1,5 +1,5 @@
-#include "pcm/Digest.h"
-#include "pcm/Failure.h"
+#include "audio/pcm/Digest.h"
+#include "audio/pcm/Failure.h"
 #include "shntool/Modes.h"
 #include "shntool/Work.h"
 

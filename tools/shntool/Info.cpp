@@ -42,7 +42,7 @@ void addFormat(Report& report, const Work& work, const AudioFile& file) {
     const Wave& wave = file.wave();
     std::array<char, 80> tag{};
     std::snprintf(tag.data(), tag.size(), "0x%04x (%s)", wave.formatTag,
-                  formatName(wave.formatTag));
+                  wav::formatName(wave.formatTag));
     std::array<char, 40> ratio{};
     std::snprintf(ratio.data(), ratio.size(), "%.4f", file.ratio());
     report.heading(std::string(79, '-'));

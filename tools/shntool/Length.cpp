@@ -1,6 +1,6 @@
 #include "shntool/Length.h"
 
-#include "pcm/Failure.h"
+#include "audio/pcm/Failure.h"
 
 #include <array>
 #include <charconv>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shntool/Wave.h"
+#include "shntool/Audio.h"
 
 #include <cstdint>
 #include <optional>

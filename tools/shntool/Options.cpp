@@ -1,7 +1,7 @@
 #include "shntool/Options.h"
 
-#include "pcm/Failure.h"
-#include "pcm/Progress.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/Progress.h"
 #include "shntool/Child.h"
 #include "shntool/TextFile.h"
 

@@ -1,8 +1,8 @@
 #include "shntool/TextFile.h"
 
-#include "pcm/Failure.h"
-#include "pcm/InputFile.h"
-#include "pcm/TemporaryFile.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/InputFile.h"
+#include "audio/pcm/TemporaryFile.h"
 
 #include <array>
 #include <cstdint>

@@ -1,8 +1,9 @@
 #include "shntool/Work.h"
 
-#include "pcm/Failure.h"
-#include "pcm/Progress.h"
-#include "pcm/TemporaryFile.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/Progress.h"
+#include "audio/pcm/TemporaryFile.h"
+#include "shntool/CommandReader.h"
 
 #include <sys/stat.h>
 
@@ -80,11 +81,11 @@ void Work::skip(const OutputUnavailable& reason) {
 }
 
 std::optional<AudioFile> Work::open(const std::string& path) {
-    const OpenSettings settings{
-        options_.decoders, [&](const std::string& id, std::uint64_t length) {
-            console_.debug("found chunk: [" + id + "] with length: " + std::to_string(length) +
-                           " in file: [" + path + "]");
-        }};
+    audio::OpenSettings settings = openSettings(options_.decoders);
+    settings.foundChunk = [&](const std::string& id, std::uint64_t length) {
+        console_.debug("found chunk: [" + id + "] with length: " + std::to_string(length) +
+                       " in file: [" + path + "]");
+    };
     try {
         return AudioFile::open(path, settings);
     } catch (const Failure& failure) {

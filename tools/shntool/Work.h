@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shntool/AudioFile.h"
+#include "shntool/Audio.h"
 #include "shntool/Console.h"
 #include "shntool/Options.h"
 #include "shntool/Writer.h"

@@ -1,10 +1,10 @@
 #include "shntool/Writer.h"
 
-#include "pcm/Bytes.h"
-#include "pcm/Failure.h"
-#include "pcm/OutputFile.h"
-#include "pcm/Samples.h"
-#include "pcm/TemporaryFile.h"
+#include "audio/pcm/Bytes.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/OutputFile.h"
+#include "audio/pcm/Samples.h"
+#include "audio/pcm/TemporaryFile.h"
 #include "shntool/Child.h"
 
 #include <sys/stat.h>

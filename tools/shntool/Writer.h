@@ -1,8 +1,8 @@
 #pragma once
 
-#include "pcm/ByteSink.h"
+#include "audio/pcm/ByteSink.h"
+#include "shntool/Audio.h"
 #include "shntool/Formats.h"
-#include "shntool/Wave.h"
 
 #include <memory>
 #include <optional>

@@ -1,6 +1,6 @@
-#include "pcm/Failure.h"
-#include "pcm/Progress.h"
-#include "pcm/ToolMain.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/Progress.h"
+#include "common/ToolMain.h"
 #include "shntool/Modes.h"
 #include "shntool/TextFile.h"
 
@@ -93,5 +93,5 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    return pcm::runGuarded("shntool", [&] { return run(argc, argv); });
+    return tools::runGuarded("shntool", [&] { return run(argc, argv); });
 }

@@ -1,9 +1,9 @@
-#include "pcm/Bytes.h"
-#include "pcm/InputFile.h"
-#include "pcm/OutputFile.h"
-#include "pcm/ToolMain.h"
-#include "shorten/Decoder.h"
-#include "shorten/Encoder.h"
+#include "audio/pcm/Bytes.h"
+#include "audio/pcm/InputFile.h"
+#include "audio/pcm/OutputFile.h"
+#include "audio/shorten/Decoder.h"
+#include "audio/shorten/Encoder.h"
+#include "common/ToolMain.h"
 
 #include <CLI/CLI.hpp>
 
@@ -78,5 +78,5 @@ int main(int argc, char** argv) {
         decodes ? decodeFile(from, to) : encodeFile(from, to);
         return 0;
     };
-    return pcm::runTool({options, run, {}}, argc, argv);
+    return tools::runTool({options, run, {}}, argc, argv);
 }

@@ -1,0 +1,431 @@
+#include "audio/file/AudioFile.h"
+
+#include "audio/ape/ApeDecoder.h"
+#include "audio/ape/ApeFile.h"
+#include "audio/flac/FlacDecoding.h"
+#include "audio/libav/LibavDecoding.h"
+#include "audio/pcm/Bytes.h"
+#include "audio/pcm/Failure.h"
+#include "audio/pcm/InputFile.h"
+#include "audio/pcm/PcmReader.h"
+#include "audio/pcm/Progress.h"
+#include "audio/pcm/Samples.h"
+#include "audio/shorten/Decoder.h"
+#include "audio/tta/Decode.h"
+#include "audio/tta/Stream.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <utility>
+
+namespace quav::audio {
+
+using flac::decodeFlac;
+using flac::FlacStream;
+using flac::readFlacStream;
+using libav::decodeWithLibav;
+using libav::findLibavStream;
+using libav::LibavStream;
+using pcm::Decode;
+using pcm::Failure;
+using pcm::InputFile;
+using pcm::Reader;
+using pcm::readerOf;
+using wav::canonicalHeader;
+using wav::ChunkHandler;
+using wav::readWaveHeader;
+using wav::resizedHeader;
+using wav::Wave;
+using wav::WaveHeader;
+
+namespace {
+
+constexpr std::size_t pieceSize = std::size_t{64} << 10;
+
+using Bytes = std::span<const std::uint8_t>;
+
+// A WAV file from its first sample on.
+class FileReader final : public Reader {
+public:
+    FileReader(const std::string& path, std::uint64_t start) : file_(InputFile::open(path)) {
+        file_.seek(start);
+    }
+    std::size_t read(std::span<std::uint8_t> to) override { return file_.read(to); }
+
+private:
+    InputFile file_;
+};
+
+WaveHeader headerFrom(Reader& reader, const std::string& path, const ChunkHandler& found = {}) {
+    return readWaveHeader([&](std::span<std::uint8_t> to) { return reader.read(to); }, path, found);
+}
+
+// Passes on the samples of a decoder, which must be as many as the file has told, and the byte that
+// evens out an odd number of them.
+class ExactSink final : public pcm::ByteSink {
+public:
+    ExactSink(const std::string& path, std::uint64_t size, pcm::ByteSink& to)
+        : path_(path), left_(size), isOdd_(size % 2 == 1), to_(to) {}
+
+    void write(Bytes bytes) override {
+        if (bytes.size() > left_) {
+            throw Failure(Failure::Kind::Input, path_ + ": holds more samples than it tells");
+        }
+        left_ -= bytes.size();
+        to_.write(bytes);
+    }
+
+    void finish() {
+        if (left_ > 0) {
+            throw Failure(Failure::Kind::Input, path_ + ": holds fewer samples than it tells");
+        }
+        if (isOdd_) {
+            constexpr std::uint8_t zero = 0;
+            to_.write({&zero, 1});
+        }
+    }
+
+private:
+    const std::string& path_;
+    std::uint64_t left_;
+    bool isOdd_;
+    pcm::ByteSink& to_;
+};
+
+void writeAiff(const std::string& path, const pcm::PcmFormat& as, pcm::ByteSink& to) {
+    InputFile file = InputFile::open(path);
+    pcm::PcmReader reader(file);
+    std::vector<std::uint8_t> bytes(std::max<std::size_t>(1, pieceSize / as.blockAlign()) *
+                                    as.blockAlign());
+    std::vector<std::int32_t> samples;
+    while (const std::size_t count = reader.readSamples(bytes)) {
+        const std::span piece(bytes.data(), count);
+        samples.resize(count / as.bytesPerSample);
+        pcm::unpackSamples(reader.format(), piece, samples);
+        pcm::packSamples(as, samples, piece);
+        to.write(piece);
+    }
+}
+
+void copyAll(Reader& from, pcm::ByteSink& to) {
+    std::vector<std::uint8_t> piece(pieceSize);
+    while (const std::size_t count = from.read(piece)) {
+        to.write(std::span(piece).first(count));
+    }
+}
+
+class CountingSink final : public pcm::ByteSink {
+public:
+    void write(Bytes bytes) override { count_ += bytes.size(); }
+    std::uint64_t count() const { return count_; }
+
+private:
+    std::uint64_t count_ = 0;
+};
+
+} // namespace
+
+/// Finds out what a file is.
+class Opener {
+public:
+    Opener(const std::string& path, const OpenSettings& settings) : settings_(settings) {
+        file_.path_ = path;
+    }
+
+    AudioFile open() {
+        checkPath();
+        InputFile input = InputFile::open(path());
+        file_.size_ = input.size().value_or(0);
+        while (const std::uint64_t tag = pcm::id3v2Length(input.peek(pcm::id3v2Header))) {
+            file_.tagSize_ += tag;
+            input.seek(file_.tagSize_);
+        }
+        file_.format_ = formatOf(input.peek(12));
+        if (file_.format_.empty()) {
+            throw Failure(Failure::Kind::Input, "");
+        }
+        const auto decoder =
+            settings_.otherDecoder ? settings_.otherDecoder(file_.format_, path()) : std::nullopt;
+        if (decoder) {
+            openWith(*decoder);
+        } else {
+            openOurselves(input);
+        }
+        return std::move(file_);
+    }
+
+private:
+    const std::string& path() const { return file_.path_; }
+
+    void checkPath() const {
+        struct stat status = {};
+        if (::stat(path().c_str(), &status) != 0 && errno == ENOENT) {
+            throw Failure(Failure::Kind::Read, "cannot open non-existent file: [" + path() + "]");
+        }
+        if (S_ISDIR(status.st_mode)) {
+            throw Failure(Failure::Kind::Read, "cannot open directory: [" + path() + "]");
+        }
+        if (status.st_mode != 0 && !S_ISREG(status.st_mode)) {
+            throw Failure(Failure::Kind::Read, "cannot open non-regular file: [" + path() + "]");
+        }
+    }
+
+    static std::string formatOf(Bytes start) {
+        struct Magic {
+            std::size_t at;
+            std::string_view magic;
+            const char* format;
+        };
+        constexpr std::array<Magic, 10> magics{{{0, "fLaC", "flac"},
+                                                {8, "WAVE", "wav"},
+                                                {8, "AIFF", "aiff"},
+                                                {8, "AIFC", "aiff"},
+                                                {0, "ajkg", "shn"},
+                                                {0, "MAC ", "ape"},
+                                                {0, "TTA1", "tta"},
+                                                {0, "wvpk", "wv"},
+                                                {4, "ftyp", "alac"},
+                                                {0, "RIFF", "wav"}}};
+        for (const Magic& one : magics) {
+            if (start.size() >= one.at && pcm::startsWith(start.subspan(one.at), one.magic)) {
+                return one.format;
+            }
+        }
+        return {};
+    }
+
+    void openWith(const OtherDecoder& decoder) {
+        const std::unique_ptr<Reader> reader = decoder.start();
+        try {
+            file_.header_ = headerFrom(*reader, path(), settings_.foundChunk);
+        } catch (const Failure& failure) {
+            if (failure.kind() == Failure::Kind::Unsupported) {
+                throw;
+            }
+            throw Failure(Failure::Kind::Input, "no WAVE data from decoder: [" + decoder.name +
+                                                    "] for file: [" + path() + "]");
+        }
+        if (isUnknown(file_.wave().dataSize)) {
+            CountingSink count; // the decoder cannot tell on a pipe either
+            copyAll(*reader, count);
+            file_.header_ = resizedHeader(file_.header_, wholeBlocks(count.count()), 0);
+        }
+        file_.makeReader_ = [decoder, path = path()](AudioFile::Check) {
+            std::unique_ptr<Reader> again = decoder.start();
+            headerFrom(*again, path);
+            return again;
+        };
+    }
+
+    void openOurselves(InputFile& input) {
+        if (file_.format_ == "wav") {
+            openWav();
+        } else if (file_.format_ == "aiff") {
+            openAiff(input);
+        } else if (file_.format_ == "shn") {
+            openShn(input);
+        } else if (file_.format_ == "ape") {
+            openApe(input);
+        } else if (file_.format_ == "tta") {
+            openTta(input);
+        } else if (file_.format_ == "flac") {
+            openFlac();
+        } else {
+            openWithLibav(input, file_.format_ == "wv" ? "wv" : "mov");
+        }
+    }
+
+    // What recorders that write to a pipe put where the size belongs.
+    static bool isUnknown(std::uint64_t size) { return size == 0xFFFFFFFF; }
+
+    std::uint64_t wholeBlocks(std::uint64_t bytes) const {
+        return bytes - bytes % file_.wave().format().blockAlign();
+    }
+
+    void openWav() {
+        FileReader reader(path(), file_.tagSize_);
+        file_.header_ = headerFrom(reader, path(), settings_.foundChunk);
+        const Wave& wave = file_.wave();
+        const std::uint64_t start = file_.tagSize_ + wave.headerSize;
+        if (isUnknown(wave.dataSize)) {
+            // A recorder that wrote to a pipe: the samples go on to the end.
+            file_.header_ = resizedHeader(file_.header_, wholeBlocks(file_.size_ - start), 0);
+        }
+        file_.makeReader_ = [path = path(), start](AudioFile::Check) {
+            return std::make_unique<FileReader>(path, start);
+        };
+    }
+
+    void describe(const pcm::PcmFormat& format, std::uint64_t blocks) {
+        file_.header_ = canonicalHeader(format, blocks * format.blockAlign());
+    }
+
+    // `decode` writes the samples; it is told whether to compare their digest.
+    void setDecoder(std::function<void(bool checksDigest, pcm::ByteSink&)> decode) {
+        file_.makeReader_ = [decode = std::move(decode), path = path(),
+                             size = file_.wave().dataSize](AudioFile::Check check) {
+            return readerOf([=](pcm::ByteSink& to) {
+                ExactSink samples(path, size, to);
+                decode(check == AudioFile::Check::Everything, samples);
+                samples.finish();
+            });
+        };
+    }
+
+    void openAiff(InputFile& input) {
+        const pcm::PcmReader reader(input);
+        pcm::PcmFormat format = reader.format();
+        format.bigEndian = false;
+        format.isUnsigned = format.bytesPerSample == 1;
+        describe(format, reader.blocks().value_or(0));
+        setDecoder(
+            [path = path(), format](bool, pcm::ByteSink& to) { writeAiff(path, format, to); });
+    }
+
+    void openShn(InputFile& input) {
+        const shorten::Decoder decoder(input);
+        file_.header_ = readWaveHeader(decoder.header(), path());
+        std::array<std::uint8_t, 8> end{};
+        file_.hasSeekTable_ = file_.size_ > end.size() &&
+                              input.readAt(file_.size_ - end.size(), end) == end.size() &&
+                              pcm::startsWith(end, "SHNAMPSK");
+        file_.makeReader_ = [path = path()](AudioFile::Check) {
+            return readerOf([path](pcm::ByteSink& to) {
+                InputFile file = InputFile::open(path);
+                shorten::Decoder(file).decode(to);
+            });
+        };
+    }
+
+    void openApe(const InputFile& input) {
+        ape::ApeFile ape(input);
+        if (!hasTrueHeader(ape)) {
+            ape.preferPlainHeader();
+        }
+        file_.header_ = readWaveHeader(ape.wavHeader(), path());
+        file_.makeReader_ = [path = path()](AudioFile::Check) {
+            return readerOf([path](pcm::ByteSink& to) {
+                const InputFile file = InputFile::open(path);
+                ape::decodeApe(
+                    ape::ApeFile(file), 1, [](std::uint64_t) {}, to);
+            });
+        };
+    }
+
+    // Whether the WAV header that is stored describes the samples that are stored.
+    bool hasTrueHeader(const ape::ApeFile& ape) const {
+        try {
+            const Wave wave = readWaveHeader(ape.wavHeader(), path()).wave;
+            const pcm::PcmFormat format = wave.format();
+            return wave.dataSize == ape.blocks() * format.blockAlign() &&
+                   format.channels == ape.format().channels &&
+                   format.bytesPerSample == ape.format().bytesPerSample;
+        } catch (const Failure&) {
+            return false;
+        }
+    }
+
+    void openTta(const InputFile& input) {
+        const tta::Header header = tta::Stream(input).header();
+        describe(header.wavFormat(), header.blocks);
+        setDecoder([path = path()](bool, pcm::ByteSink& to) {
+            const InputFile file = InputFile::open(path);
+            pcm::Progress silent;
+            tta::decode(tta::Stream(file), 1, to, silent, [&](const std::string& damage) {
+                throw Failure(Failure::Kind::Input, path + ": " + damage);
+            });
+        });
+    }
+
+    // What was written to a pipe does not tell its length: all is decoded to learn it.
+    static std::uint64_t count(const Decode& decode, const pcm::PcmFormat& format) {
+        CountingSink sink;
+        decode(sink);
+        return sink.count() / format.blockAlign();
+    }
+
+    void openFlac() {
+        const FlacStream stream = readFlacStream(path());
+        // The digest is over samples as a WAV file has them only for whole bytes with a sign.
+        const unsigned bits = stream.format.bitsPerSample;
+        if (stream.digest != pcm::Md5Digest{} && bits % 8 == 0 && bits > 8) {
+            file_.storedDigest_ = stream.digest;
+        }
+        const auto decode = [path = path(), format = stream.format,
+                             isComparable = file_.storedDigest_.has_value()](bool checksDigest,
+                                                                             pcm::ByteSink& to) {
+            decodeFlac(path, format, checksDigest || !isComparable, to);
+        };
+        const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
+        describe(stream.format,
+                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
+        setDecoder(decode);
+    }
+
+    void openWithLibav(const InputFile& input, const char* demuxer) {
+        const std::uint64_t start = file_.tagSize_;
+        if (file_.format_ == "wv") {
+            checkWavPack(input);
+        }
+        const LibavStream stream = findLibavStream(input, start, demuxer);
+        const auto decode = [=, path = path(), format = stream.format](bool, pcm::ByteSink& to) {
+            decodeWithLibav(InputFile::open(path), start, demuxer, format, to);
+        };
+        const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
+        describe(stream.format,
+                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
+        setDecoder(decode);
+    }
+
+    // WavPack also packs floating-point numbers and the bits of DSD; the flags in its block header
+    // tell (WavPack 5 file format).
+    void checkWavPack(const InputFile& input) const {
+        std::array<std::uint8_t, 28> head{};
+        input.readAt(file_.tagSize_, head);
+        constexpr std::uint64_t isFloatOrDsd = 0x80000080;
+        if ((pcm::littleEndian(Bytes(head).subspan(24)) & isFloatOrDsd) != 0) {
+            throw Failure(Failure::Kind::Unsupported,
+                          path() + ": holds floating-point samples or DSD");
+        }
+    }
+
+    const OpenSettings& settings_;
+    AudioFile file_;
+};
+
+AudioFile AudioFile::open(const std::string& path, const OpenSettings& settings) {
+    return Opener(path, settings).open();
+}
+
+double AudioFile::ratio() const {
+    return static_cast<double>(size_) / static_cast<double>(wave().totalSize());
+}
+
+std::uint64_t AudioFile::missingBytes() const {
+    const std::uint64_t length = size_ - tagSize_;
+    return isWav() && length < wave().totalSize() ? wave().totalSize() - length : 0;
+}
+
+std::uint64_t AudioFile::junkBytes() const {
+    const std::uint64_t length = size_ - tagSize_;
+    return isWav() && length > wave().totalSize() ? length - wave().totalSize() : 0;
+}
+
+std::uint64_t AudioFile::behindData() const {
+    const std::uint64_t known = wave().headerSize + wave().dataSize;
+    return wave().totalSize() > known ? wave().totalSize() - known : 0;
+}
+
+std::uint64_t AudioFile::extraChunks() const {
+    return wave().hasExtraChunks() ? behindData() - wave().dataSize % 2 : 0;
+}
+
+std::unique_ptr<Reader> AudioFile::reader(Check check) const {
+    return makeReader_(check);
+}
+
+} // namespace quav::audio
