@@ -5,7 +5,6 @@
 #include "engine/Util.h"
 #include "platform/PathNames.h"
 
-#include <QDebug>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -63,9 +62,11 @@ void ConversionTask::cleanup() {
     if (!QFileInfo(outputPath_).isFile()) {
         fail(QCoreApplication::translate("ConversionTask", "There is no output file “%1”.")
                  .arg(outputPath_));
-    } else if (guard_->producedHere() && !writeTags()) {
+    } else if (const TagResult tagged = guard_->producedHere() ? writeTags() : TagResult();
+               !tagged) {
         fail(QCoreApplication::translate("ConversionTask", "Error writing tags to file:\n%1")
-                 .arg(outputPath_));
+                 .arg(outputPath_) +
+             u'\n' + tagged.error());
     } else {
         guard_->commit();
         removeSource();
@@ -87,17 +88,19 @@ void ConversionTask::giveUpOutput() {
     }
 }
 
-bool ConversionTask::writeTags() {
-    bool written = false;
+TagResult ConversionTask::writeTags() {
+    TagResult written;
     try {
         written = copyTags();
     } catch (const std::exception& exception) {
-        qWarning().noquote() << outputPath_ << exception.what();
+        written = tl::make_unexpected(QString::fromUtf8(exception.what()));
     }
     if (!written && damaged_) {
         // The tool went on through damage because it was told to, and what it wrote may be torn.
-        addWarning(QCoreApplication::translate("ConversionTask", "the tags could not be written"));
-        return true;
+        addWarning(
+            QCoreApplication::translate("ConversionTask", "the tags could not be written: %1")
+                .arg(written.error()));
+        return {};
     }
     return written;
 }

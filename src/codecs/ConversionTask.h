@@ -4,6 +4,7 @@
 #include "codecs/ToolComplaint.h"
 #include "engine/OutputGuard.h"
 #include "engine/QUAVAsyncNSTask.h"
+#include "tags/TagResult.h"
 
 #include <QString>
 #include <QStringList>
@@ -37,9 +38,9 @@ protected:
     void cleanup() override;
     void finalCleanup() override;
 
-    /// Copies the source's tags into the output, on a worker thread. False when they could not be
-    /// written; what it throws counts as the same.
-    virtual bool copyTags() = 0;
+    /// Copies the source's tags into the output, on a worker thread. When they could not be
+    /// written, the reason in a sentence for the user; what it throws counts as the same.
+    virtual TagResult copyTags() = 0;
 
     /// Adds a piece to the report and keeps the complaints in the lines that it completed.
     void report(const QString& piece);
@@ -48,7 +49,7 @@ protected:
     void noteLosses(const QStringList& sentences);
 
 private:
-    bool writeTags();
+    TagResult writeTags();
     void giveUpOutput();
     void fail(const QString& reason);
     void removeSource();

@@ -21,13 +21,13 @@ void DecodeFlacTask::processTaskOutput(const QString& text) {
     showMainLine(title());
 }
 
-bool DecodeFlacTask::copyTags() {
+TagResult DecodeFlacTask::copyTags() {
     const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
     showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
     TagLibTagsHelper writer;
-    const bool written = outputPath().endsWith(u".aiff")
-                             ? writer.writeTagsForAIFFFile(outputPath(), tags)
-                             : writer.writeTagsForWAVEFile(outputPath(), tags);
+    const TagResult written = outputPath().endsWith(u".aiff")
+                                  ? writer.writeTagsForAIFFFile(outputPath(), tags)
+                                  : writer.writeTagsForWAVEFile(outputPath(), tags);
     noteLosses(writer.problems());
     return written;
 }

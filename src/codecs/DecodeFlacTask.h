@@ -13,7 +13,7 @@ public:
 
 protected:
     void processTaskOutput(const QString& text) override;
-    bool copyTags() override;
+    TagResult copyTags() override;
 };
 
 } // namespace quav

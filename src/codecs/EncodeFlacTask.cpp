@@ -30,7 +30,7 @@ void EncodeFlacTask::processTaskOutput(const QString& text) {
     report(text);
 }
 
-bool EncodeFlacTask::copyTags() {
+TagResult EncodeFlacTask::copyTags() {
     const QString word = formatWord(fileName());
     std::optional<TagsObject> tags;
     if (word == u"AIFF" || word == u"AIF") {
@@ -41,11 +41,11 @@ bool EncodeFlacTask::copyTags() {
         tags = TagLibTagsHelper().tagsForWAVEFile(fileName());
     }
     if (!tags) {
-        return true;
+        return {};
     }
     showStatus(QCoreApplication::translate("EncodeFlacTask", "Writing Flac Tags"));
     TagLibTagsHelper writer;
-    const bool written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
+    const TagResult written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
     noteLosses(writer.problems());
     return written;
 }

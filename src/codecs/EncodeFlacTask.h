@@ -15,7 +15,7 @@ public:
 
 protected:
     void processTaskOutput(const QString& text) override;
-    bool copyTags() override;
+    TagResult copyTags() override;
 
 private:
     double lastPercentageDisplayed_ = 0;

@@ -200,17 +200,17 @@ void writeDate(XiphComment& comment, const TagsObject& tags) {
     comment.addField(dateKey, tagLibString(date), true);
 }
 
-/// Returns what the file should hold now, for comparing once it is closed; nothing when it could
-/// not be saved.
-std::optional<FlacContent> saveTags(const QString& path, const TagsObject& tags,
-                                    bool writeEmptyTags, QStringList& problems) {
+/// Returns what the file should hold now, for comparing once it is closed.
+tl::expected<FlacContent, QString> saveTags(const QString& path, const TagsObject& tags,
+                                            bool writeEmptyTags, QStringList& problems) {
     TagLib::FLAC::File file(QFile::encodeName(path).constData());
     if (!holdsAudio(file)) {
         throw TagError::cannotOpenForTagging();
     }
     const auto before = contentOnDisk(file);
     if (!before) {
-        return std::nullopt;
+        return tl::make_unexpected(QCoreApplication::translate(
+            "TagLibTagsHelper", "The metadata blocks of the FLAC file cannot be read."));
     }
     if (writeEmptyTags) {
         removeOldTags(file);
@@ -222,11 +222,14 @@ std::optional<FlacContent> saveTags(const QString& path, const TagsObject& tags,
     writeDate(comment, tags);
     auto content = contentToSave(file, *before);
     if (content.comment.size() > largestBlock) {
-        problems.append(QCoreApplication::translate("TagLibTagsHelper",
-                                                    "The tags are too large for a FLAC file."));
-        return std::nullopt;
+        return tl::make_unexpected(QCoreApplication::translate(
+            "TagLibTagsHelper", "The tags are too large for a FLAC file."));
     }
-    return file.save() ? std::optional(std::move(content)) : std::nullopt;
+    if (!file.save()) {
+        return notSaved(
+            path, QCoreApplication::translate("TagLibTagsHelper", "The file could not be saved."));
+    }
+    return content;
 }
 
 } // namespace
@@ -244,14 +247,18 @@ void readFlacTags(const QString& path, TagsObject& tags) {
     }
 }
 
-bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
-                   QStringList& problems) {
+TagResult writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
+                        QStringList& problems) {
     const auto content = saveTags(path, tags, writeEmptyTags, problems);
     if (!content) {
-        return false;
+        return tl::make_unexpected(content.error());
     }
     TagLib::FLAC::File saved(QFile::encodeName(path).constData(), false);
-    return contentOnDisk(saved) == content;
+    const QString difference = differenceBetween(*content, contentOnDisk(saved));
+    if (!difference.isEmpty()) {
+        return notSaved(path, difference);
+    }
+    return {};
 }
 
 } // namespace quav

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tags/TagResult.h"
 #include "tags/TagsObject.h"
 
 #include <QStringList>
@@ -19,9 +20,9 @@ void readFlacTags(const QString& path, TagsObject& tags);
 /// field except ENCODER and all pictures are removed first, so the record replaces everything.
 /// A picture that does not fit into a FLAC file is left out, with a sentence in `problems`.
 ///
-/// Returns false when the tags do not fit into a FLAC file, which then stays as it is, or when it
-/// could not be saved as a whole; throws TagError when it is no FLAC file.
-bool writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
-                   QStringList& problems);
+/// Fails when the tags do not fit into a FLAC file, which then stays as it is, or when it could not
+/// be saved as a whole; throws TagError when it is no FLAC file.
+TagResult writeFlacTags(const QString& path, const TagsObject& tags, bool writeEmptyTags,
+                        QStringList& problems);
 
 } // namespace quav

@@ -3,9 +3,12 @@
 #include "tags/Id3v2Tags.h"
 #include "tags/TagError.h"
 #include "tags/TagFiles.h"
+#include "tags/TagStrings.h"
 #include "tags/WrittenTags.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QMap>
 
 #include <taglib/aifffile.h>
 #include <taglib/wavfile.h>
@@ -46,20 +49,47 @@ void readTags(const QString& path, TagsObject& tags) {
 template <class RiffFile>
 constexpr bool isBigEndian = std::is_same_v<RiffFile, RIFF::AIFF::File>;
 
+/// The first text of every frame that we write. A zero parts the values of a frame once it is read.
+QMap<QString, QString> frameTexts(const TagLib::ID3v2::Tag& tag) {
+    QMap<QString, QString> texts;
+    for (const char* id :
+         {"TIT2", "TPE1", "TPE2", "TALB", "TCON", "TCOM", "TRCK", "TPOS", "TYER", "TDAT"}) {
+        if (const auto& frames = tag.frameList(id); !frames.isEmpty()) {
+            const QString text = fromTagLibString(frames.front()->toString());
+            texts.insert(QString::fromLatin1(id), QString(text).replace(QChar(0), u' '));
+        }
+    }
+    return texts;
+}
+
 /// `behindBefore` is what followed the container before saving; TagLib may keep or drop it.
 template <class RiffFile>
-bool arrivedWhole(const QString& path, qint64 behindBefore) {
+TagResult arrivedWhole(const QString& path, qint64 behindBefore,
+                       const QMap<QString, QString>& meant) {
     RiffFile file(QFile::encodeName(path).constData(), false);
     if (!file.isValid() || id3v2Tag(file)->isEmpty()) {
-        return false;
+        return notSaved(path, QCoreApplication::translate("TagLibTagsHelper",
+                                                          "The tags are not in the saved file."));
     }
     const qint64 behind = bytesBehindRiff(file, isBigEndian<RiffFile>);
-    return behind == 0 || (behind > 0 && behind == behindBefore);
+    if (behind != 0 && (behind < 0 || behind != behindBefore)) {
+        return notSaved(path, QCoreApplication::translate("TagLibTagsHelper",
+                                                          "The saved file has another length than "
+                                                          "its header says."));
+    }
+    const auto found = frameTexts(*id3v2Tag(file));
+    for (auto field = meant.cbegin(); field != meant.cend(); ++field) {
+        if (found.value(field.key()) != field.value()) {
+            return notSaved(path, readsBackDifferently(field.key()));
+        }
+    }
+    return {};
 }
 
 template <class RiffFile>
-bool writeTags(const QString& path, const TagsObject& tags) {
+TagResult writeTags(const QString& path, const TagsObject& tags) {
     qint64 behindBefore = 0;
+    QMap<QString, QString> meant;
     {
         RiffFile file(QFile::encodeName(path).constData());
         if (!holdsAudio(file)) {
@@ -70,13 +100,15 @@ bool writeTags(const QString& path, const TagsObject& tags) {
         writeId3v2Tags(tag, tags);
         writeId3v2YearAndDate(tag, tags);
         if (!save(file)) {
-            return false;
+            return notSaved(path, QCoreApplication::translate("TagLibTagsHelper",
+                                                              "The file could not be saved."));
         }
         if (tag.isEmpty()) {
-            return true; // nothing was written
+            return {}; // nothing was written
         }
+        meant = frameTexts(tag);
     }
-    return arrivedWhole<RiffFile>(path, behindBefore);
+    return arrivedWhole<RiffFile>(path, behindBefore, meant);
 }
 
 } // namespace
@@ -89,11 +121,11 @@ void readWaveTags(const QString& path, TagsObject& tags) {
     readTags<RIFF::WAV::File>(path, tags);
 }
 
-bool writeAiffTags(const QString& path, const TagsObject& tags) {
+TagResult writeAiffTags(const QString& path, const TagsObject& tags) {
     return writeTags<RIFF::AIFF::File>(path, tags);
 }
 
-bool writeWaveTags(const QString& path, const TagsObject& tags) {
+TagResult writeWaveTags(const QString& path, const TagsObject& tags) {
     return writeTags<RIFF::WAV::File>(path, tags);
 }
 

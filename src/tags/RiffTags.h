@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tags/TagResult.h"
 #include "tags/TagsObject.h"
 
 namespace quav {
@@ -11,9 +12,8 @@ void readWaveTags(const QString& path, TagsObject& tags);
 
 /// Write the record's present, non-empty fields into the ID3v2 tag inside an AIFF or WAV file; the
 /// tag is saved as ID3v2.4 and made only when there is something to write. Every other chunk stays.
-/// Return false when the file could not be saved as a whole; throw TagError when it is none of the
-/// kind.
-bool writeAiffTags(const QString& path, const TagsObject& tags);
-bool writeWaveTags(const QString& path, const TagsObject& tags);
+/// Fail when the file could not be saved as a whole; throw TagError when it is none of the kind.
+TagResult writeAiffTags(const QString& path, const TagsObject& tags);
+TagResult writeWaveTags(const QString& path, const TagsObject& tags);
 
 } // namespace quav

@@ -2,7 +2,7 @@
 
 #include "tags/FlacTags.h"
 #include "tags/RiffTags.h"
-#include "tags/TagError.h"
+#include "tags/TagFiles.h"
 
 #include <QFileInfo>
 
@@ -19,18 +19,6 @@ TagsObject readExisting(const QString& path, Reader read) {
         read(path, tags);
     }
     return tags;
-}
-
-/// False when there is no such file or it is read-only; a directory or device is no audio file.
-bool isWritableFile(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists() || !info.isWritable()) {
-        return false;
-    }
-    if (!info.isFile()) {
-        throw TagError::cannotOpenForTagging();
-    }
-    return true;
 }
 
 } // namespace
@@ -51,20 +39,21 @@ TagsObject TagLibTagsHelper::tagsForWAVEFile(const QString& path) const {
     return readExisting(path, readWaveTags);
 }
 
-bool TagLibTagsHelper::writeTagsForFLACFile(const QString& path, const TagsObject& tags,
-                                            bool writeEmptyTags) {
+TagResult TagLibTagsHelper::writeTagsForFLACFile(const QString& path, const TagsObject& tags,
+                                                 bool writeEmptyTags) {
     problems_.clear();
-    return isWritableFile(path) && writeFlacTags(path, tags, writeEmptyTags, problems_);
+    return openForWriting(path).and_then(
+        [&] { return writeFlacTags(path, tags, writeEmptyTags, problems_); });
 }
 
-bool TagLibTagsHelper::writeTagsForAIFFFile(const QString& path, const TagsObject& tags) {
+TagResult TagLibTagsHelper::writeTagsForAIFFFile(const QString& path, const TagsObject& tags) {
     problems_.clear();
-    return isWritableFile(path) && writeAiffTags(path, tags);
+    return openForWriting(path).and_then([&] { return writeAiffTags(path, tags); });
 }
 
-bool TagLibTagsHelper::writeTagsForWAVEFile(const QString& path, const TagsObject& tags) {
+TagResult TagLibTagsHelper::writeTagsForWAVEFile(const QString& path, const TagsObject& tags) {
     problems_.clear();
-    return isWritableFile(path) && writeWaveTags(path, tags);
+    return openForWriting(path).and_then([&] { return writeWaveTags(path, tags); });
 }
 
 void TagLibTagsHelper::setBlankTags(TagsObject& tags) {

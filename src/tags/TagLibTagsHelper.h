@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tags/TagResult.h"
 #include "tags/TagsObject.h"
 
 #include <QStringList>
@@ -10,9 +11,9 @@ namespace quav {
 ///
 /// A reader returns a record whose texts are all present, empty where the file says nothing; so
 /// does a file that is missing or is not of the kind. A writer writes the fields that are present
-/// and not empty and leaves the others alone. It returns false when the file is missing, read-only
-/// or could not be saved as a whole, also because the disk is full, and throws TagError when it is
-/// not a file of its kind.
+/// and not empty and leaves the others alone. It fails, with the reason, when the file is missing,
+/// read-only or could not be saved as a whole, also because the disk is full, and throws TagError
+/// when it is not a file of its kind.
 ///
 /// An object keeps nothing but the problems of its last write. Threads may work at the same time,
 /// each with an object of its own and on different files.
@@ -29,12 +30,13 @@ public:
 
     /// With `writeEmptyTags` the file's old fields (all but ENCODER) and pictures are removed
     /// first, so that the record replaces them all.
-    bool writeTagsForFLACFile(const QString& path, const TagsObject& tags, bool writeEmptyTags);
-    bool writeTagsForAIFFFile(const QString& path, const TagsObject& tags);
-    bool writeTagsForWAVEFile(const QString& path, const TagsObject& tags);
+    TagResult writeTagsForFLACFile(const QString& path, const TagsObject& tags,
+                                   bool writeEmptyTags);
+    TagResult writeTagsForAIFFFile(const QString& path, const TagsObject& tags);
+    TagResult writeTagsForWAVEFile(const QString& path, const TagsObject& tags);
 
     /// Sentences for the user about what the last write of this object could not keep, also when it
-    /// returned true: a picture, say, that is too large for the file.
+    /// succeeded: a picture, say, that is too large for the file.
     const QStringList& problems() const { return problems_; }
 
     /// Sets the fourteen texts to "" and removes the picture.

@@ -1,5 +1,9 @@
 #include "tags/WrittenTags.h"
 
+#include "tags/TagStrings.h"
+
+#include <QCoreApplication>
+
 #include <taglib/flacpicture.h>
 #include <taglib/id3v2header.h>
 #include <taglib/id3v2tag.h>
@@ -15,6 +19,19 @@ constexpr unsigned int blockHeaderSize = 4;
 constexpr unsigned int lastBlockFlag = 0x80;
 constexpr long id3v1Size = 128;
 constexpr unsigned int riffHeaderSize = 8;
+
+/// The first field of `meant` that `found` does not hold like that.
+QString differingField(const TagLib::ByteVector& meant, const TagLib::ByteVector& found) {
+    const TagLib::Ogg::XiphComment before(meant);
+    const TagLib::Ogg::XiphComment after(found);
+    for (const auto& [key, values] : before.fieldListMap()) {
+        const auto there = after.fieldListMap().find(key);
+        if (there == after.fieldListMap().end() || there->second != values) {
+            return fromTagLibString(key);
+        }
+    }
+    return QCoreApplication::translate("TagLibTagsHelper", "comment block");
+}
 
 } // namespace
 
@@ -59,6 +76,28 @@ FlacContent contentToSave(TagLib::FLAC::File& file, const FlacContent& before) {
         content.pictures.push_back(picture->render());
     }
     return content;
+}
+
+QString differenceBetween(const FlacContent& meant, const std::optional<FlacContent>& found) {
+    if (!found) {
+        return QCoreApplication::translate("TagLibTagsHelper",
+                                           "The metadata blocks of the FLAC file cannot be read.");
+    }
+    if (found->audioLength != meant.audioLength) {
+        return QCoreApplication::translate("TagLibTagsHelper",
+                                           "The sound has another length after saving.");
+    }
+    if (found->comment != meant.comment) {
+        return readsBackDifferently(differingField(meant.comment, found->comment));
+    }
+    return found->pictures == meant.pictures
+               ? QString()
+               : readsBackDifferently(QCoreApplication::translate("TagLibTagsHelper", "picture"));
+}
+
+QString readsBackDifferently(const QString& field) {
+    return QCoreApplication::translate("TagLibTagsHelper", "The field %1 reads back differently.")
+        .arg(field);
 }
 
 qint64 bytesBehindRiff(TagLib::File& file, bool bigEndian) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <taglib/flacfile.h>
 
@@ -27,6 +27,12 @@ std::optional<FlacContent> contentOnDisk(TagLib::FLAC::File& file);
 
 /// What saving `file` must lead to: the audio of `before` with the tags as they are in memory.
 FlacContent contentToSave(TagLib::FLAC::File& file, const FlacContent& before);
+
+/// What is not as it was meant to be, in a sentence for the user; empty when nothing is.
+QString differenceBetween(const FlacContent& meant, const std::optional<FlacContent>& found);
+
+/// The sentence that a field is not in the file as it was written.
+QString readsBackDifferently(const QString& field);
 
 /// The bytes of a WAV or AIFF file behind the end that its header states: 0 in a sound file, less
 /// when it is cut off.

@@ -258,6 +258,9 @@ private Q_SLOTS:
         const QStringList left = bench.outputs();
         test::run(u"umount"_s, {out});
         QCOMPARE(bench.failed, QStringList{u"a.flac"_s});
+        const QString reason = u"Error writing tags to file:\n%1\nNo space left on device.\n"_s.arg(
+            bench.out(u"a.wav"_s));
+        QVERIFY2(bench.reports.join(u'\n').contains(reason), qPrintable(bench.reports.join(u'\n')));
         QVERIFY(left.isEmpty() && QFile::exists(flac));
     }
 

@@ -34,7 +34,7 @@ TagsObject readTags(const QString& path) {
                                        : helper.tagsForFlacFile(path);
 }
 
-bool writeTags(const QString& path, const TagsObject& tags) {
+TagResult writeTags(const QString& path, const TagsObject& tags) {
     TagLibTagsHelper helper;
     return path.endsWith(u".wav"_s)    ? helper.writeTagsForWAVEFile(path, tags)
            : path.endsWith(u".aiff"_s) ? helper.writeTagsForAIFFFile(path, tags)
@@ -309,8 +309,8 @@ private Q_SLOTS:
         tags.commentText = QString(0x800000, u'x'); // it is written twice
         for (const bool writeEmptyTags : {true, false}) {
             TagLibTagsHelper helper;
-            QVERIFY(!helper.writeTagsForFLACFile(file, tags, writeEmptyTags));
-            QCOMPARE(helper.problems(), QStringList{u"The tags are too large for a FLAC file."_s});
+            const auto written = helper.writeTagsForFLACFile(file, tags, writeEmptyTags);
+            QCOMPARE(written.error(), u"The tags are too large for a FLAC file."_s);
             QVERIFY(contents(file) == before);
         }
         tags.commentText->chop(100);
@@ -333,7 +333,7 @@ private Q_SLOTS:
         tags.titleText = u"fits"_s;
         QVERIFY(writeTags(file, tags));
         tags.commentText = QString(80'000, u'x');
-        QVERIFY(!writeTags(file, tags));
+        QCOMPARE(writeTags(file, tags).error(), u"No space left on device."_s);
     }
 
     void customTagsWithForbiddenNamesAreLoggedAndSkipped() {
@@ -468,7 +468,8 @@ private Q_SLOTS:
         const auto file = path(extension.constData());
         TagsObject blank;
         TagLibTagsHelper::setBlankTags(blank);
-        QVERIFY(!writeTags(file, fullRecord()));
+        QCOMPARE(writeTags(file, fullRecord()).error(),
+                 u"The file cannot be opened for writing: No such file or directory."_s);
         QVERIFY(!QFile::exists(file));
         QVERIFY(readTags(file).isEqualToTagsObject(blank));
         const auto flacWithoutAudio = "fLaC\200\0\0\42"_ba + QByteArray(34, '\0');
