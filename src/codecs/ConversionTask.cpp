@@ -4,6 +4,7 @@
 #include "engine/QUAVTaskResults.h"
 #include "engine/Util.h"
 #include "platform/PathNames.h"
+#include "tags/Losses.h"
 
 #include <QFileInfo>
 
@@ -44,10 +45,17 @@ void ConversionTask::report(const QString& piece) {
     }
 }
 
-void ConversionTask::noteLosses(const QStringList& sentences) {
+void ConversionTask::noteProblems(const QStringList& sentences) {
     for (const QString& sentence : sentences) {
         addWarning(sentence);
         damaged_ = true;
+    }
+}
+
+void ConversionTask::noteLosses(const QStringList& lost) {
+    if (!lost.isEmpty()) {
+        noteProblems({QCoreApplication::translate("ConversionTask", "not in the output: %1")
+                          .arg(lost.join(QStringLiteral(", ")))});
     }
 }
 
@@ -101,6 +109,9 @@ TagResult ConversionTask::writeTags() {
             QCoreApplication::translate("ConversionTask", "the tags could not be written: %1")
                 .arg(written.error()));
         return {};
+    }
+    if (written && !isSameFile(fileName_, outputPath_)) {
+        noteLosses(lostBetween(fileName_, outputPath_));
     }
     return written;
 }

@@ -45,11 +45,12 @@ protected:
     /// Adds a piece to the report and keeps the complaints in the lines that it completed.
     void report(const QString& piece);
 
-    /// Notes what of the source is not in the output: the user is told, and the source is kept.
-    void noteLosses(const QStringList& sentences);
+    /// Notes what the output lacks: the user is told, and the source is kept.
+    void noteProblems(const QStringList& sentences);
 
 private:
     TagResult writeTags();
+    void noteLosses(const QStringList& lost);
     void giveUpOutput();
     void fail(const QString& reason);
     void removeSource();

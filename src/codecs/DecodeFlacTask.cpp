@@ -28,7 +28,7 @@ TagResult DecodeFlacTask::copyTags() {
     const TagResult written = outputPath().endsWith(u".aiff")
                                   ? writer.writeTagsForAIFFFile(outputPath(), tags)
                                   : writer.writeTagsForWAVEFile(outputPath(), tags);
-    noteLosses(writer.problems());
+    noteProblems(writer.problems());
     return written;
 }
 

@@ -46,7 +46,7 @@ TagResult EncodeFlacTask::copyTags() {
     showStatus(QCoreApplication::translate("EncodeFlacTask", "Writing Flac Tags"));
     TagLibTagsHelper writer;
     const TagResult written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
-    noteLosses(writer.problems());
+    noteProblems(writer.problems());
     return written;
 }
 

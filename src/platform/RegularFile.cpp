@@ -84,4 +84,24 @@ tl::expected<QByteArray, int> RegularFile::read(std::uint64_t most) {
     return bytes;
 }
 
+tl::expected<QByteArray, int> RegularFile::readAt(std::uint64_t from, std::uint64_t most) const {
+    const std::uint64_t there = from < size_ ? size_ - from : 0;
+    QByteArray bytes(static_cast<qsizetype>(std::min(most, there)), Qt::Uninitialized);
+    qsizetype filled = 0;
+    while (filled < bytes.size()) {
+        const ssize_t count = ::pread(descriptor_.get(), bytes.data() + filled,
+                                      static_cast<std::size_t>(bytes.size() - filled),
+                                      static_cast<off_t>(from) + filled);
+        if (count < 0 && errno != EINTR) {
+            return tl::make_unexpected(errno);
+        }
+        if (count == 0) {
+            break;
+        }
+        filled += std::max<ssize_t>(0, count);
+    }
+    bytes.truncate(filled);
+    return bytes;
+}
+
 } // namespace quav

@@ -30,6 +30,9 @@ public:
     /// The next bytes, at most so many and none that came after the file was opened.
     tl::expected<QByteArray, int> read(std::uint64_t most);
 
+    /// The bytes from that place on, at most so many; where `read` goes on stays as it is.
+    tl::expected<QByteArray, int> readAt(std::uint64_t from, std::uint64_t most) const;
+
     /// Tells the system which bytes are going to be read, so that it reads them from the disk in
     /// one go; does nothing when they seem to be in memory already.
     void announce(std::uint64_t from, std::uint64_t count) const;

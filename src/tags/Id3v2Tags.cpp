@@ -4,6 +4,8 @@
 #include "tags/TagDates.h"
 #include "tags/TagStrings.h"
 
+#include <QStringList>
+
 #include <taglib/attachedpictureframe.h>
 #include <taglib/commentsframe.h>
 #include <taglib/textidentificationframe.h>
@@ -39,6 +41,25 @@ void readPlainText(const TagLib::String& text, Text& field) {
     if (!text.isEmpty()) {
         field = fromTagLibString(text);
     }
+}
+
+/// All distinct values of the first frame of that id, joined with "; ".
+void readTexts(const Tag& tag, const char* id, Text& field) {
+    const auto& frames = tag.frameList(id);
+    const auto* frame =
+        frames.isEmpty() ? nullptr : dynamic_cast<const TextIdentificationFrame*>(frames.front());
+    if (!frame || frame->toString().isEmpty()) {
+        return;
+    }
+    const bool isGenre = frame->frameID() == "TCON";
+    QStringList texts;
+    for (const auto& value : frame->fieldList()) {
+        const QString text = fromTagLibString(value);
+        texts.append(isGenre ? genreName(text) : text);
+    }
+    texts.removeAll(QString());
+    texts.removeDuplicates();
+    field = texts.join(QStringLiteral("; "));
 }
 
 void readFrame(const Tag& tag, const char* id, Text& field) {
@@ -120,9 +141,9 @@ void writeNumberAndTotal(Tag& tag, const char* id, const Text& number, const Tex
         replaceTextFrame(tag, id, *number);
         return;
     }
-    const QString old = frameText(tag, id).value_or(QString()).section(QLatin1Char('/'), 0, 0);
-    const QString first = hasText(number) ? *number : old;
-    replaceTextFrame(tag, id, first + QLatin1Char('/') + *total);
+    // A number from a FLAC file may bring a total of its own.
+    const QString whole = hasText(number) ? *number : frameText(tag, id).value_or(QString());
+    replaceTextFrame(tag, id, whole.section(QLatin1Char('/'), 0, 0) + QLatin1Char('/') + *total);
 }
 
 void writePicture(Tag& tag, const QImage& art) {
@@ -139,13 +160,13 @@ void writePicture(Tag& tag, const QImage& art) {
 } // namespace
 
 void readId3v2Tags(const Tag& tag, TagsObject& tags) {
-    readPlainText(tag.title(), tags.titleText);
-    readPlainText(tag.artist(), tags.artistText);
-    readPlainText(tag.album(), tags.albumText);
+    readTexts(tag, "TIT2", tags.titleText);
+    readTexts(tag, "TPE1", tags.artistText);
+    readTexts(tag, "TALB", tags.albumText);
+    readTexts(tag, "TCON", tags.genreText);
+    readTexts(tag, "TCOM", tags.composerText);
+    readTexts(tag, "TPE2", tags.albumArtistText);
     readPlainText(tag.comment(), tags.commentText);
-    readPlainText(tag.genre(), tags.genreText);
-    readFrame(tag, "TCOM", tags.composerText);
-    readFrame(tag, "TPE2", tags.albumArtistText);
     readNumberAndTotal(tag, "TPOS", tags.discText, tags.discTotalText);
     readNumberAndTotal(tag, "TRCK", tags.trackText, tags.trackTotalText);
     readDate(tag, tags);

@@ -6,7 +6,8 @@
 
 namespace quav {
 
-/// Reads an ID3v2 tag into `tags`; fields that the tag does not have stay as they are.
+/// Reads an ID3v2 tag into `tags`; fields that the tag does not have stay as they are. Several
+/// values of one text arrive joined with "; ".
 ///
 /// The date comes from TDRC when the tag has one, otherwise the year from TYER and, where TDAT has
 /// four characters, day and month from it. The first picture becomes `albumArt`.
