@@ -2,7 +2,9 @@
 
 #include "audio/ape/ApeDecoder.h"
 #include "audio/ape/ApeFile.h"
+#include "audio/file/Completeness.h"
 #include "audio/flac/FlacDecoding.h"
+#include "audio/flac/LastFrame.h"
 #include "audio/libav/LibavDecoding.h"
 #include "audio/pcm/Bytes.h"
 #include "audio/pcm/Failure.h"
@@ -10,6 +12,7 @@
 #include "audio/pcm/PcmReader.h"
 #include "audio/pcm/Progress.h"
 #include "audio/pcm/Samples.h"
+#include "audio/pcm/SoundBehind.h"
 #include "audio/shorten/Decoder.h"
 #include "audio/tta/Decode.h"
 #include "audio/tta/Stream.h"
@@ -152,6 +155,7 @@ public:
             settings_.otherDecoder ? settings_.otherDecoder(file_.format_, path()) : std::nullopt;
         if (decoder) {
             openWith(*decoder);
+            file_.leftOut_ = leftOutByOthers();
         } else {
             openOurselves(input);
         }
@@ -223,7 +227,7 @@ private:
 
     void openOurselves(InputFile& input) {
         if (file_.format_ == "wav") {
-            openWav();
+            openWav(input);
         } else if (file_.format_ == "aiff") {
             openAiff(input);
         } else if (file_.format_ == "shn") {
@@ -233,9 +237,18 @@ private:
         } else if (file_.format_ == "tta") {
             openTta(input);
         } else if (file_.format_ == "flac") {
-            openFlac();
+            openFlac(input);
         } else {
             openWithLibav(input, file_.format_ == "wv" ? "wv" : "mov");
+        }
+    }
+
+    // Whatever is wrong beside that, the decoder has to tell.
+    std::optional<std::string> leftOutByOthers() const {
+        try {
+            return soundLeftOut(path(), ReadBy::Others);
+        } catch (const Failure&) {
+            return {};
         }
     }
 
@@ -246,14 +259,25 @@ private:
         return bytes - bytes % file_.wave().format().blockAlign();
     }
 
-    void openWav() {
+    void openWav(const InputFile& input) {
         FileReader reader(path(), file_.tagSize_);
         file_.header_ = headerFrom(reader, path(), settings_.foundChunk);
         const Wave& wave = file_.wave();
         const std::uint64_t start = file_.tagSize_ + wave.headerSize;
-        if (isUnknown(wave.dataSize)) {
+        const std::uint64_t told = wave.dataSize;
+        const pcm::SoundExtent extent = extentOfData(
+            input, {.from = start,
+                    .bytes = told,
+                    .isLong = told != pcm::littleEndian(Bytes(file_.header_.bytes).last(4)),
+                    .blockAlign = wave.format().blockAlign()});
+        file_.leftOut_ = extent.leftOut;
+        if (extent.isUnknown) {
             // A recorder that wrote to a pipe: the samples go on to the end.
-            file_.header_ = resizedHeader(file_.header_, wholeBlocks(file_.size_ - start), 0);
+            file_.header_ = resizedHeader(file_.header_, wholeBlocks(extent.bytes), 0);
+        } else if (extent.bytes != told) {
+            const std::uint64_t end = start + extent.bytes + extent.bytes % 2;
+            file_.header_ = resizedHeader(file_.header_, extent.bytes,
+                                          file_.size_ - std::min(file_.size_, end));
         }
         file_.makeReader_ = [path = path(), start](AudioFile::Check) {
             return std::make_unique<FileReader>(path, start);
@@ -278,6 +302,7 @@ private:
 
     void openAiff(InputFile& input) {
         const pcm::PcmReader reader(input);
+        file_.leftOut_ = reader.soundLeftOut();
         pcm::PcmFormat format = reader.format();
         format.bigEndian = false;
         format.isUnsigned = format.bytesPerSample == 1;
@@ -348,7 +373,8 @@ private:
         return sink.count() / format.blockAlign();
     }
 
-    void openFlac() {
+    void openFlac(const InputFile& input) {
+        file_.leftOut_ = flac::soundLeftOut(input);
         const FlacStream stream = readFlacStream(path());
         // The digest is over samples as a WAV file has them only for whole bytes with a sign.
         const unsigned bits = stream.format.bitsPerSample;

@@ -59,6 +59,9 @@ public:
     /// Of a Shorten file: whether it has a seek table.
     std::optional<bool> hasSeekTable() const { return hasSeekTable_; }
 
+    /// What of the sound in the file its reader passes over (see Completeness.h), if anything.
+    const std::optional<std::string>& soundLeftOut() const { return leftOut_; }
+
     /// The digest of the samples that the file stores and that its reader does not compare, if any.
     const std::optional<pcm::Md5Digest>& storedDigest() const { return storedDigest_; }
 
@@ -76,6 +79,7 @@ private:
     std::uint64_t size_ = 0;
     std::uint64_t tagSize_ = 0;
     std::optional<bool> hasSeekTable_;
+    std::optional<std::string> leftOut_;
     std::optional<pcm::Md5Digest> storedDigest_;
     std::function<std::unique_ptr<pcm::Reader>(Check)> makeReader_;
 };

@@ -2,6 +2,7 @@
 
 #include "audio/pcm/Bytes.h"
 #include "audio/pcm/Failure.h"
+#include "audio/pcm/SoundBehind.h"
 
 #include <algorithm>
 #include <array>
@@ -13,6 +14,9 @@ namespace quav::pcm {
 namespace {
 
 constexpr std::uint64_t maximalHeader = std::uint64_t{16} << 20;
+
+// What is kept of what stands behind the samples of a pipe.
+constexpr std::uint64_t maximalTrailer = std::uint64_t{16} << 20;
 
 using Bytes = std::span<const std::uint8_t>;
 
@@ -26,11 +30,6 @@ std::uint32_t rateOf(Bytes bytes) {
     const std::uint64_t mantissa = bigEndian(bytes.subspan(2, 8));
     const int shift = 16383 + 63 - exponent; // a set sign bit makes this negative, too
     return shift < 32 || shift > 63 ? 0 : static_cast<std::uint32_t>(mantissa >> shift);
-}
-
-// What recorders that write to a pipe put where the size belongs; none of them knows the size.
-bool standsForUnknown(std::uint64_t size) {
-    return size >= 0xFFFFF000 || (size >= 0x7FFFF000 && size <= 0x80000000);
 }
 
 } // namespace
@@ -93,7 +92,7 @@ void PcmReader::readWav(bool isRf64) {
         const Chunk chunk = nextChunk(false);
         if (chunk.id == "data") {
             const bool isLong = isRf64 && chunk.size == 0xFFFFFFFF && longSize > 0;
-            return startSamples(isLong ? longSize : chunk.size, !isLong);
+            return startWav(isLong ? longSize : chunk.size, isLong);
         }
         const Bytes content = take(chunk.size + chunk.size % 2);
         if (chunk.id == "ds64" && content.size() >= 16) {
@@ -150,7 +149,7 @@ void PcmReader::readAiff(bool isCompressed) {
                 damaged("its sound chunk contradicts itself");
             }
             take(offset);
-            return startSamples(chunk.size - 8 - offset, false);
+            return startAiff(chunk.size - 8 - offset);
         }
         const Bytes content = take(chunk.size + chunk.size % 2);
         if (chunk.id == "COMM") {
@@ -187,28 +186,97 @@ void PcmReader::readAiffFormat(Bytes chunk, bool isCompressed) {
     }
 }
 
-void PcmReader::startSamples(std::uint64_t dataBytes, bool mayBeUnknown) {
-    if (format_.channels == 0 && isAiff_) {
+void PcmReader::startWav(std::uint64_t dataBytes, bool isLong) {
+    if (format_.channels == 0) {
+        damaged("it does not say how its samples look before they begin");
+    }
+    if (!input_.size() && !isLong && standsForUnknown(dataBytes)) {
+        return countToTheEnd();
+    }
+    if (!input_.size()) {
+        return startSamples(dataBytes);
+    }
+    const SoundExtent extent = extentOfData(input_, {.from = input_.position(),
+                                                     .bytes = dataBytes,
+                                                     .isLong = isLong,
+                                                     .blockAlign = format_.blockAlign()});
+    leftOut_ = extent.leftOut;
+    leftOutAsTold_ = extent.leftOutAsTold;
+    startSamples(extent.bytes);
+}
+
+void PcmReader::startAiff(std::uint64_t soundBytes) {
+    if (format_.channels == 0) {
         throw Failure(Failure::Kind::Unsupported,
                       input_.name() + ": has its COMM chunk behind its samples, which cannot be "
                                       "read; convert it first");
     }
-    if (format_.channels == 0) {
-        damaged("it does not say how its samples look before they begin");
-    }
-    const std::uint64_t whole = dataBytes / format_.blockAlign();
-    if (isAiff_ && blocks_.value_or(0) > whole) {
+    if (blocks_.value_or(0) > soundBytes / format_.blockAlign()) {
         damaged("its COMM chunk promises more samples than there are");
     }
-    const std::optional<std::uint64_t> size = input_.size();
-    const bool isShort = size && *size - std::min(*size, input_.position()) < dataBytes;
-    if (mayBeUnknown && standsForUnknown(dataBytes) && (isShort || !size)) {
-        return countToTheEnd();
+    startSamples(soundBytes);
+    if (const std::optional<std::uint64_t> size = input_.size()) {
+        const std::uint64_t from = input_.position();
+        leftOut_ = leftOutAsTold_ =
+            behind([this](std::uint64_t offset,
+                          std::span<std::uint8_t> to) { return input_.readAt(offset, to); },
+                   {.samplesEnd = from + *blocks_ * format_.blockAlign(),
+                    .chunkEnd = from + soundBytes,
+                    .fileEnd = *size});
     }
-    blocks_ = blocks_.value_or(whole);
-    if (isShort) {
+}
+
+void PcmReader::startSamples(std::uint64_t soundBytes) {
+    blocks_ = blocks_.value_or(soundBytes / format_.blockAlign());
+    const std::optional<std::uint64_t> size = input_.size();
+    if (size && *size - std::min(*size, input_.position()) < soundBytes) {
         damaged("it ends before the samples do that its header promises");
     }
+    if (!size) {
+        soundBytes_ = soundBytes;
+    }
+}
+
+std::optional<std::string> PcmReader::behind(const ReadAt& readAt, SoundEnd end) const {
+    end.blockAlign = format_.blockAlign();
+    end.isOdd = (end.chunkEnd - end.samplesEnd + *blocks_ * format_.blockAlign()) % 2 == 1;
+    end.isAiff = isAiff_;
+    return lookBehind(readAt, end).sound;
+}
+
+std::optional<std::string> PcmReader::soundLeftOut() const {
+    if (!soundBytes_) {
+        return leftOut_;
+    }
+    const std::uint64_t begin = blocksRead_ * format_.blockAlign();
+    const ReadAt readAt = [&](std::uint64_t offset, std::span<std::uint8_t> to) {
+        const std::uint64_t at = std::min<std::uint64_t>(offset - begin, trailer_.size());
+        const std::size_t count =
+            std::min(to.size(), trailer_.size() - static_cast<std::size_t>(at));
+        std::copy_n(trailer_.begin() + static_cast<std::ptrdiff_t>(at), count, to.begin());
+        return count;
+    };
+    return behind(readAt, {.samplesEnd = begin,
+                           .chunkEnd = std::max(begin, *soundBytes_),
+                           .fileEnd = begin + trailerBytes_});
+}
+
+std::optional<std::string> PcmReader::soundLeftOutAsTold() const {
+    return leftOutAsTold_ ? leftOutAsTold_ : soundLeftOut();
+}
+
+void PcmReader::refuseToLeaveOut() const {
+    if (const std::optional<std::string> what = soundLeftOut()) {
+        throw Failure(Failure::Kind::Input,
+                      input_.name() + ": holds sound that would be lost: " + *what);
+    }
+}
+
+void PcmReader::keepTrailer(std::span<const std::uint8_t> piece) {
+    const std::size_t room = maximalTrailer - trailer_.size();
+    const auto kept = piece.first(std::min(room, piece.size()));
+    trailer_.insert(trailer_.end(), kept.begin(), kept.end());
+    trailerBytes_ += piece.size();
 }
 
 void PcmReader::countToTheEnd() {
@@ -251,7 +319,11 @@ std::size_t PcmReader::readTrailer(std::span<std::uint8_t> to) {
     const std::size_t first = std::min(to.size(), leftOver_.size());
     std::copy_n(leftOver_.begin(), first, to.begin());
     leftOver_.erase(leftOver_.begin(), leftOver_.begin() + static_cast<std::ptrdiff_t>(first));
-    return first + input_.read(to.subspan(first));
+    const std::size_t count = first + input_.read(to.subspan(first));
+    if (soundBytes_) {
+        keepTrailer(to.first(count));
+    }
+    return count;
 }
 
 } // namespace quav::pcm

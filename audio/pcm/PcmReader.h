@@ -2,6 +2,7 @@
 
 #include "audio/pcm/InputFile.h"
 #include "audio/pcm/PcmFormat.h"
+#include "audio/pcm/SoundBehind.h"
 
 #include <cstdint>
 #include <optional>
@@ -44,6 +45,16 @@ public:
     /// Bytes after the last whole block, to be read when readSamples() has come to its end.
     std::size_t readTrailer(std::span<std::uint8_t> to);
 
+    /// What of the sound readSamples() leaves out (see Behind::sound): of a regular file at any
+    /// time, of a pipe when the trailer has been read.
+    std::optional<std::string> soundLeftOut() const;
+
+    /// The same for programs that take the size in the header for what it seems to be.
+    std::optional<std::string> soundLeftOutAsTold() const;
+
+    /// Throws Failure with Kind::Input when there is such sound.
+    void refuseToLeaveOut() const;
+
 private:
     struct Chunk;
     Chunk nextChunk(bool bigEndian);
@@ -52,8 +63,12 @@ private:
     void readWavFormat(std::span<const std::uint8_t> chunk);
     void readAiff(bool isCompressed);
     void readAiffFormat(std::span<const std::uint8_t> chunk, bool isCompressed);
-    void startSamples(std::uint64_t dataBytes, bool mayBeUnknown);
+    void startWav(std::uint64_t dataBytes, bool isLong);
+    void startAiff(std::uint64_t soundBytes);
+    std::optional<std::string> behind(const ReadAt& readAt, SoundEnd end) const;
+    void startSamples(std::uint64_t soundBytes);
     void countToTheEnd();
+    void keepTrailer(std::span<const std::uint8_t> piece);
     [[noreturn]] void damaged(const std::string& what) const;
 
     InputFile& input_;
@@ -63,6 +78,11 @@ private:
     std::uint64_t blocksRead_ = 0;
     std::vector<std::uint8_t> leftOver_; // an incomplete block at the end, for the trailer
     bool isAiff_ = false;
+    std::optional<std::string> leftOut_;
+    std::optional<std::string> leftOutAsTold_;
+    std::optional<std::uint64_t> soundBytes_; // of a pipe, when its header tells
+    std::vector<std::uint8_t> trailer_;       // of a pipe, its beginning
+    std::uint64_t trailerBytes_ = 0;
 };
 
 } // namespace quav::pcm
