@@ -387,8 +387,8 @@ private:
             decodeFlac(path, format, checksDigest || !isComparable, to);
         };
         const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
-        describe(stream.format,
-                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
+        const bool isLearned = stream.blocks == 0 && settings_.learnsLength;
+        describe(stream.format, isLearned ? count(decodeAll, stream.format) : stream.blocks);
         setDecoder(decode);
     }
 
@@ -402,8 +402,8 @@ private:
             decodeWithLibav(InputFile::open(path), start, demuxer, format, to);
         };
         const auto decodeAll = [&](pcm::ByteSink& to) { decode(true, to); };
-        describe(stream.format,
-                 stream.blocks > 0 ? stream.blocks : count(decodeAll, stream.format));
+        const bool isLearned = stream.blocks == 0 && settings_.learnsLength;
+        describe(stream.format, isLearned ? count(decodeAll, stream.format) : stream.blocks);
         setDecoder(decode);
     }
 

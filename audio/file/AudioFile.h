@@ -26,6 +26,8 @@ struct OpenSettings {
     std::function<std::optional<OtherDecoder>(const std::string& format, const std::string& path)>
         otherDecoder;
     wav::ChunkHandler foundChunk;
+    /// Whether a file that does not tell its length is decoded to learn it; its length is 0 else.
+    bool learnsLength = true;
 };
 
 /// A file of any format that can be read, described by the WAV header it stores or would decode

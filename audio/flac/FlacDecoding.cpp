@@ -77,7 +77,8 @@ private:
         auto* const self = static_cast<Decoding*>(decoding);
         const pcm::PcmFormat& format = self->format_;
         if (self->isDamaged_ || frame->header.channels != format.channels ||
-            frame->header.bits_per_sample != format.bitsPerSample) {
+            frame->header.bits_per_sample != format.bitsPerSample ||
+            frame->header.sample_rate != format.sampleRate) {
             self->isDamaged_ = true;
             return FLAC__STREAM_DECODER_WRITE_STATUS_ABORT;
         }

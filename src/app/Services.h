@@ -2,6 +2,7 @@
 
 namespace quav {
 
+class ClaimedFolders;
 class DesktopServices;
 class QUAVTaskQueue;
 class Settings;
@@ -16,6 +17,7 @@ struct Services {
     DesktopServices& desktop;
     const ToolsFolder& tools;
     QUAVTaskQueue& queue;
+    ClaimedFolders& claims;
 };
 
 } // namespace quav

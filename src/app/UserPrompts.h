@@ -15,6 +15,9 @@ struct Question {
     QString defaultButton;
     QString alternateButton;
     bool defaultAffirms = true; ///< whether the default button is the one that says yes
+    /// The option of the command line that answers this question beforehand; one that answers all
+    /// questions does not. Empty: it does.
+    QString ownOption = QString();
 };
 
 /// Everything that the program asks of its user or tells him. Windows answer with dialogs, the

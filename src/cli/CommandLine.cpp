@@ -220,7 +220,14 @@ void CommandLine::Parts::addCommon(CLI::App& command) {
     ConversionOptions& to = options.conversion;
     addWhereTo(command);
     command.add_flag("--delete-originals", to.deleteOriginals,
-                     plain(tr("Delete each source once its file is done without error")));
+                     plain(tr("Delete each source once its file is done without error, has the "
+                              "same sound, and nothing of it is missing there")));
+    command.add_flag("--verify-audio", to.verifyAudio,
+                     plain(tr("Compare the sound of each source and its file, also when nothing is "
+                              "deleted")));
+    command.add_flag("--accept-losses", to.acceptLosses,
+                     plain(tr("Delete sources although not all of their tags, pictures and chunks "
+                              "are in their files")));
     command.add_flag("--dry-run", to.dryRun,
                      plain(tr("Only print what would be done, as commands for a shell")));
     addRunOptions(command);

@@ -29,6 +29,8 @@ int ConversionRun::run() {
 
 void ConversionRun::setOptions() {
     tab().setDeleteOriginals(options_.deleteOriginals);
+    tab().setVerifyAudio(options_.verifyAudio);
+    tab().setAcceptLosses(options_.acceptLosses);
     if (command_ == Options::Command::Encode) {
         setEncodeOptions();
     } else {

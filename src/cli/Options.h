@@ -50,6 +50,8 @@ struct ConversionOptions {
     std::optional<QByteArray> outputFolder;
     bool beside = false;
     bool deleteOriginals = false;
+    bool verifyAudio = false;
+    bool acceptLosses = false;
     bool dryRun = false;
 
     std::optional<bool> keepForeignMetadata;

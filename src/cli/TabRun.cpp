@@ -32,6 +32,9 @@ std::unique_ptr<TextEvents> makeEvents(const RunOptions& options, Terminal& term
 TabRun::TabRun(RunOptions options, Settings& settings, Terminal& terminal)
     : options_(std::move(options)), terminal_(terminal), prompts_(terminal, options_.answer),
       workbench_(settings, prompts_, desktop_, ToolsFolder(ToolsFolder::standardFolder())) {
+    for (const QString& sentence : workbench_.claims().recover()) {
+        terminal_.say(sentence);
+    }
     if (options_.jobs) {
         workbench_.queue().maxThreadsChanged(*options_.jobs);
     }

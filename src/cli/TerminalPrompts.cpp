@@ -29,6 +29,9 @@ void TerminalPrompts::alertAfter(std::chrono::milliseconds /*delay*/, const QStr
 
 bool TerminalPrompts::confirm(const Question& question) {
     const QString text = withMessage(question.title, question.message);
+    if (!question.ownOption.isEmpty()) {
+        return confirmByOption(text, question);
+    }
     const bool asked = !answer_ && terminal_.canAsk();
     const bool yes =
         asked ? ask(text, question.defaultAffirms) : answer_.value_or(question.defaultAffirms);
@@ -39,6 +42,15 @@ bool TerminalPrompts::confirm(const Question& question) {
         }
     }
     return yes;
+}
+
+bool TerminalPrompts::confirmByOption(const QString& text, const Question& question) {
+    if (!answer_ && terminal_.canAsk()) {
+        return ask(text, question.defaultAffirms);
+    }
+    terminal_.say(text + u'\n' +
+                  tr("The answer was no; the option %1 answers with yes.").arg(question.ownOption));
+    return false;
 }
 
 void TerminalPrompts::tellAnswer(const QString& text) {

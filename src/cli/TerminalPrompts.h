@@ -48,6 +48,7 @@ public:
 
 private:
     bool ask(const QString& text, bool standard);
+    bool confirmByOption(const QString& text, const Question& question);
     std::optional<QString> askForLine(const QString& title);
     void tellAnswer(const QString& text);
 

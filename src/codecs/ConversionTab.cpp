@@ -9,12 +9,48 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
+#include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
+#include <unordered_set>
 #include <vector>
 
 namespace quav {
+
+namespace {
+
+/// A long list as a dialog can show it.
+QString namesForMessage(QStringList names) {
+    constexpr qsizetype most = 20;
+    const qsizetype more = names.size() - most;
+    if (more > 0) {
+        names = names.first(most);
+        names << ConversionTab::tr("and %L1 more").arg(more);
+    }
+    return names.join(u'\n');
+}
+
+bool isWriteProtected(const QString& path) {
+    return !QFileInfo(path).permissions().testFlag(QFileDevice::WriteOwner);
+}
+
+/// Which output is meant, and which ones their owners wanted to keep as they are.
+QString overwritingDetails(const ConversionPlan& plan) {
+    QStringList locked;
+    std::copy_if(plan.overwritten.begin(), plan.overwritten.end(), std::back_inserter(locked),
+                 isWriteProtected);
+    if (locked.isEmpty()) {
+        return plan.overwritten.first();
+    }
+    return (locked.size() == 1
+                ? ConversionTab::tr("This one is write-protected:")
+                : ConversionTab::tr("These %L1 are write-protected:").arg(locked.size())) +
+           u'\n' + namesForMessage(locked);
+}
+
+} // namespace
 
 ConversionTab::ConversionTab(const QString& label, QLatin1StringView besideKey,
                              const Services& services)
@@ -31,6 +67,11 @@ void ConversionTab::setBesideSources(bool beside) {
 
 void ConversionTab::setDeleteOriginals(bool deleteOriginals) {
     deleteOriginals_ = deleteOriginals;
+    Q_EMIT optionsChanged();
+}
+
+void ConversionTab::setVerifyAudio(bool verifyAudio) {
+    verifyAudio_ = verifyAudio;
     Q_EMIT optionsChanged();
 }
 
@@ -60,7 +101,7 @@ bool ConversionTab::confirmOverwriting(const ConversionPlan& plan) {
         plan.overwritten.isEmpty() ||
         services().prompts.confirm({tr("One of the output files already exists and will be "
                                        "overwritten.  Are you sure you want to continue?"),
-                                    plan.overwritten.first(), tr("No"), tr("Yes"), false});
+                                    overwritingDetails(plan), tr("No"), tr("Yes"), false});
     return outputs && std::all_of(plan.checksumFiles.begin(), plan.checksumFiles.end(),
                                   [this](const QString& path) {
                                       return checksumfiles::mayReplace(path, services().prompts);
@@ -130,16 +171,76 @@ void ConversionTab::takeOff(const QStringList& listed, const QStringList& stayin
 CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
     tellWhatIsLeftOut(plan);
     const auto batch = std::make_shared<QUAVTaskResults>();
+    const auto kept = std::make_shared<KeptOriginals>();
     std::vector<std::shared_ptr<QUAVTask>> tasks;
     for (const PlannedConversion& conversion : plan.conversions) {
         const auto task = makeTask(conversion, batch);
-        task->setExisting(conversion.existing);
-        task->setDeleteOriginal(deleteOriginals_);
+        task->conversion().setWishes(
+            {conversion.existing, deleteOriginals_, verifyAudio_, acceptLosses_});
+        task->conversion().setKeptOriginals(kept);
         tasks.push_back(task);
+    }
+    if (deleteOriginals_ && !acceptLosses_) {
+        askAfterwards(tasks, kept);
     }
     batch->setTaskAfterSetDone(makeFollowUp(plan));
     services().queue.addTasks(tasks);
     return tasks.empty() ? CommandOutcome::NothingToDo : CommandOutcome::Queued;
+}
+
+void ConversionTab::askAfterwards(const std::vector<std::shared_ptr<QUAVTask>>& tasks,
+                                  const std::shared_ptr<KeptOriginals>& kept) {
+    // Only compared, so that it does not matter that tasks go.
+    auto* batch = new QObject(this);
+    const auto running = std::make_shared<std::unordered_set<const QUAVTask*>>();
+    for (const auto& task : tasks) {
+        running->insert(task.get());
+    }
+    connect(&services().queue, &QUAVTaskQueue::taskFinished, batch,
+            [this, batch, running, kept](const std::shared_ptr<QUAVTask>& task) {
+                if (running->erase(task.get()) == 0 || !running->empty()) {
+                    return;
+                }
+                batch->deleteLater();
+                // Behind the end of the last task, and before that of a program that waits for it.
+                services().queue.mainThread().post([this, kept] { askAboutLosses(kept->take()); });
+            });
+}
+
+void ConversionTab::askAboutLosses(const std::vector<KeptOriginals::Original>& originals) {
+    if (originals.empty()) {
+        return;
+    }
+    const auto count = originals.size();
+    QStringList names;
+    for (const KeptOriginals::Original& original : originals) {
+        names << lastPathComponent(original.path);
+    }
+    if (!services().prompts.confirm(
+            {count == 1
+                 ? tr("One source was kept, since not all of its tags, pictures and chunks are in "
+                      "the new file; its warning says which. Delete it all the same?")
+                 : tr("%L1 sources were kept, since not all of their tags, pictures and chunks are "
+                      "in the new files; the warnings say which. Delete them all the same?")
+                       .arg(count),
+             namesForMessage(names), tr("Keep"), tr("Delete"), false,
+             QStringLiteral("--accept-losses")})) {
+        return;
+    }
+    QStringList troubles;
+    for (const KeptOriginals::Original& original : originals) {
+        const QString trouble =
+            FileIdentity::of(original.path) != original.identity
+                ? tr("the original has changed since it was read")
+                : deleteOriginal(original.path, services().settings, services().desktop);
+        if (!trouble.isEmpty()) {
+            troubles << QStringLiteral("%1: %2").arg(original.path, trouble);
+        }
+    }
+    if (!troubles.isEmpty()) {
+        services().prompts.alert(tr("Not every source could be deleted."),
+                                 namesForMessage(troubles));
+    }
 }
 
 } // namespace quav

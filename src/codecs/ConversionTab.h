@@ -2,10 +2,12 @@
 
 #include "app/BaseTab.h"
 #include "codecs/ConversionPlan.h"
+#include "engine/FileConversion.h"
 
 #include <QLatin1StringView>
 
 #include <memory>
+#include <vector>
 
 namespace quav {
 
@@ -24,6 +26,15 @@ public:
 
     bool deleteOriginals() const { return deleteOriginals_; }
     void setDeleteOriginals(bool deleteOriginals);
+
+    /// Whether the sound of source and output is compared also when nothing is deleted.
+    bool verifyAudio() const { return verifyAudio_; }
+    void setVerifyAudio(bool verifyAudio);
+
+    /// Whether sources are deleted although not all of their tags, pictures and chunks are in the
+    /// outputs. Otherwise they are kept, and when all is done it is asked what is to become of
+    /// them.
+    void setAcceptLosses(bool acceptLosses) { acceptLosses_ = acceptLosses; }
 
     /// Whether each output is written next to its source instead of into a chosen folder.
     bool besideSources() const;
@@ -56,9 +67,14 @@ private:
     void tellWhatIsLeftOut(const ConversionPlan& plan);
     void takeOff(const QStringList& listed, const QStringList& staying);
     CommandOutcome start(const ConversionPlan& plan);
+    void askAfterwards(const std::vector<std::shared_ptr<QUAVTask>>& tasks,
+                       const std::shared_ptr<KeptOriginals>& kept);
+    void askAboutLosses(const std::vector<KeptOriginals::Original>& originals);
 
     QLatin1StringView besideKey_;
     bool deleteOriginals_ = false;
+    bool verifyAudio_ = false;
+    bool acceptLosses_ = false;
 };
 
 } // namespace quav

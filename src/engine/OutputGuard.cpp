@@ -1,40 +1,101 @@
 #include "engine/OutputGuard.h"
 
+#include "engine/ClaimedFolders.h"
+#include "platform/FileIdentity.h"
 #include "platform/PathNames.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
 
+#include <cerrno>
+#include <cstdio>
 #include <stdexcept>
+#include <unistd.h>
 #include <utility>
 
 namespace quav {
 
-OutputGuard::OutputGuard(QString output, const QString& source, Existing existing)
-    : output_(std::move(output)) {
-    if (!QFileInfo::exists(output_)) {
-        return;
+namespace {
+
+using State = OutputClaim::State;
+
+[[noreturn]] void refuse(const QString& sentence) {
+    throw std::runtime_error(sentence.toStdString());
+}
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("OutputGuard", text);
+}
+
+/// What `flac` calls its output while it overwrites its own source; a killed one leaves it behind.
+QString ownLeftover(const QString& output) {
+    return output + QStringLiteral(".tmp,fl-ac+en'c");
+}
+
+/// A second name for a file, or a copy where the file system has no second names.
+bool keepCopy(const QString& path, const QString& copy) {
+    return ::link(QFile::encodeName(path).constData(), QFile::encodeName(copy).constData()) == 0 ||
+           QFile::copy(path, copy);
+}
+
+} // namespace
+
+OutputGuard::OutputGuard(const QString& output, const QString& source, Existing existing,
+                         ClaimedFolders& folders)
+    : output_(output), claim_(claim(output, source, folders)) {
+    if (isDanglingLink(output_)) {
+        refuse(tr("“%1” is a link that leads nowhere. Remove it, or choose another folder.")
+                   .arg(output_));
     }
-    if (existing == Existing::Keep || !QFileInfo(output_).isFile() || isSameFile(output_, source)) {
+    const bool exists = QFileInfo::exists(output_);
+    overwritesSource_ = exists && isSameFile(output_, source);
+    if (exists && (existing == Existing::Keep || !QFileInfo(output_).isFile())) {
         foreign_ = true;
-        return;
     }
-    // A name of its own and not one made from the output's, which may be as long as names can be.
-    const QString name = QStringLiteral(".quav-%1").arg(QUuid::createUuid().toString(QUuid::Id128));
-    const QString aside = joinPath(folderOf(output_), name);
-    if (!QFile::rename(output_, aside)) {
-        throw std::runtime_error(
-            QCoreApplication::translate("OutputGuard", "“%1” could not be put aside")
-                .arg(output_)
-                .toStdString());
+    State state = exists ? State::Replacing : State::Making;
+    if (foreign_) {
+        state = State::Untouched;
+    } else if (exists) {
+        putAside_ = claim_.asidePath();
     }
-    putAside_ = aside;
+    if (const auto noted =
+            claim_.note(state, putAside_, overwritesSource_ ? ownLeftover(output_) : QString());
+        !noted) {
+        refuse(tr("“%1” cannot be written: %2").arg(output_, qt_error_string(noted.error())));
+    }
+    if (!putAside_.isEmpty()) {
+        putAside();
+    }
 }
 
 OutputGuard::~OutputGuard() {
     rollBack();
+}
+
+OutputClaim OutputGuard::claim(const QString& output, const QString& source,
+                               ClaimedFolders& folders) {
+    folders.note(folderOf(output));
+    auto taken = OutputClaim::take(output);
+    if (!taken) {
+        refuse(taken.error());
+    }
+    if (const auto writer = OutputClaim::holderOf(source); writer && !isSameFile(output, source)) {
+        refuse(*writer);
+    }
+    return std::move(*taken);
+}
+
+void OutputGuard::putAside() {
+    // What lies there is of a run that nobody could clean up after; it is not to be lost either.
+    const bool done =
+        !isTaken(putAside_) &&
+        (overwritesSource_ ? keepCopy(output_, putAside_) : QFile::rename(output_, putAside_));
+    if (!done) {
+        [[maybe_unused]] const auto noted = claim_.note(State::Untouched);
+        settled_ = true;
+        refuse(tr("“%1” could not be put aside").arg(output_));
+    }
 }
 
 bool OutputGuard::producedHere() const {
@@ -42,7 +103,11 @@ bool OutputGuard::producedHere() const {
 }
 
 void OutputGuard::commit() {
-    if (!std::exchange(settled_, true) && !putAside_.isEmpty()) {
+    if (std::exchange(settled_, true) || foreign_) {
+        return;
+    }
+    // Written down first: from here on what lies aside is not to come back.
+    if (claim_.note(State::Whole, putAside_) && !putAside_.isEmpty()) {
         QFile::remove(putAside_);
     }
 }

@@ -1,27 +1,46 @@
 #pragma once
 
+#include "engine/OutputClaim.h"
+
 #include <QString>
+#include <QStringList>
 
 namespace quav {
 
-/// Watches over the one file that a tool is about to write, so that it appears whole or not at
-/// all. A file that stands there already and is to be overwritten is put aside under a hidden name
-/// beside it and comes back if the tool fails.
+class ClaimedFolders;
+
+/// Watches over the one file that a tool is about to write, so that it appears whole or not at all
+/// and belongs to one run. The output is claimed; a file that stands there already and is to be
+/// overwritten is put aside under a hidden name beside it and comes back if the tool fails. A
+/// source that is overwritten by its own conversion is kept aside in the same way.
 class OutputGuard {
 public:
     enum class Existing { Keep, Overwrite };
 
-    /// Looks at what is there now, and puts it aside when it is to be overwritten; never the
-    /// source itself, which a tool that overwrites its own input replaces by itself. Throws
-    /// std::runtime_error when it cannot be put aside.
-    OutputGuard(QString output, const QString& source, Existing existing);
+    /// Throws std::runtime_error with a sentence for the user when somebody else has the output or
+    /// the source, when a link that leads nowhere stands there, or when the earlier file cannot be
+    /// put aside.
+    OutputGuard(const QString& output, const QString& source, Existing existing,
+                ClaimedFolders& folders);
     OutputGuard(const OutputGuard&) = delete;
     OutputGuard& operator=(const OutputGuard&) = delete;
     /// An output that was never committed is not kept.
     ~OutputGuard();
 
+    /// What was cleaned up first after a run that was killed, as sentences.
+    const QStringList& recovered() const { return claim_.recovered(); }
+
     /// True when the output is there and this run has made it.
     bool producedHere() const;
+
+    /// Where the source lies once the tool overwrites it in its own place; empty otherwise.
+    QString sourceAside() const { return overwritesSource_ ? putAside_ : QString(); }
+
+    /// Whether an earlier file, or the source, is there to come back.
+    bool hasAside() const { return !putAside_.isEmpty(); }
+
+    /// What the tool writes to the output from now on is still ours.
+    void stillAtWork() { claim_.stillAtWork(); }
 
     /// The output is whole: what was put aside goes.
     void commit();
@@ -31,8 +50,13 @@ public:
     QString rollBack();
 
 private:
+    static OutputClaim claim(const QString& output, const QString& source, ClaimedFolders& folders);
+    void putAside();
+
     QString output_;
+    OutputClaim claim_;
     QString putAside_;
+    bool overwritesSource_ = false;
     bool foreign_ = false; ///< what stands there is not ours to touch
     bool settled_ = false;
 };

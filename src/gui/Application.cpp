@@ -5,6 +5,7 @@
 #include "gui/OutputWindows.h"
 #include "gui/SingleInstance.h"
 #include "gui/StatusPanel.h"
+#include "platform/BackgroundWork.h"
 #include "platform/DBusDesktop.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
@@ -19,6 +20,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 
 namespace quav {
 
@@ -91,6 +93,19 @@ void obeyLaterStarts(SingleInstance& instance, MainWindow& window, QUAVControlle
                      [&controller](const QStringList& files) { controller.addFiles(files); });
 }
 
+/// A start after one that was killed: its half outputs go, on a thread, since disks may be slow.
+void cleanUpAfterDeadRuns(const ClaimedFolders& claims, BackgroundWork& work,
+                          OutputWindows& windows) {
+    const auto sentences = std::make_shared<QStringList>();
+    work.run([&claims, sentences] { *sentences = claims.recover(); },
+             [&windows, sentences] {
+                 if (!sentences->isEmpty()) {
+                     windows.show(sentences->join(u'\n') + u'\n',
+                                  QApplication::translate("Application", "Cleaned Up"));
+                 }
+             });
+}
+
 } // namespace
 
 int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)>& whenReady) {
@@ -145,6 +160,11 @@ int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)
                 controller.addFiles(options.files);
             }
         },
+        Qt::QueuedConnection);
+    BackgroundWork recovery(workbench.queue().mainThread());
+    QObject::connect(
+        &window, &MainWindow::firstPainted, &window,
+        [&] { cleanUpAfterDeadRuns(workbench.claims(), recovery, outputWindows); },
         Qt::QueuedConnection);
     window.show();
     return QApplication::exec();

@@ -18,6 +18,10 @@ void ConversionPage::addOutputGroup() {
     deleteOriginals_ = addCheckBox(output, tr("Delete the &source files after"),
                                    tr("Remove each source once its output is complete and nothing "
                                       "went wrong"));
+    verifyAudio_ = addCheckBox(output, tr("C&ompare the sound after"),
+                               tr("Read each source and its output once more and compare their "
+                                  "sound. Before a source is deleted that is done anyhow."));
+    connect(verifyAudio_, &QCheckBox::clicked, &tab_, &ConversionTab::setVerifyAudio);
     connect(beside_, &QCheckBox::clicked, &tab_, &ConversionTab::setBesideSources);
     connect(deleteOriginals_, &QCheckBox::clicked, &tab_, &ConversionTab::setDeleteOriginals);
 }
@@ -33,6 +37,7 @@ QString ConversionPage::ellipsis() const {
 
 void ConversionPage::showOptions() {
     beside_->setChecked(tab_.besideSources());
+    verifyAudio_->setChecked(tab_.verifyAudio());
     deleteOriginals_->setChecked(tab_.deleteOriginals());
 }
 

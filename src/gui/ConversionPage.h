@@ -28,6 +28,7 @@ private:
     ConversionTab& tab_;
     QCheckBox* beside_ = nullptr;
     QCheckBox* deleteOriginals_ = nullptr;
+    QCheckBox* verifyAudio_ = nullptr;
 };
 
 } // namespace quav

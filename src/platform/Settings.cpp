@@ -61,6 +61,8 @@ const auto& table() {
         textSetting("incomingSurroundOrder", "L R C LFE LS RS (STANDARD)"),
         booleanSetting("noPaddingFlacTags", false),
         textSetting("cdProviderText", ""),
+        booleanSetting("verifyBeforeDelete", true),
+        booleanSetting("keepModificationTime", false),
     };
     return definitions;
 }

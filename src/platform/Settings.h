@@ -40,6 +40,8 @@ inline constexpr QLatin1StringView warnOnDelete{"warnOnDelete"};
 inline constexpr QLatin1StringView warnOnFilesSkipped{"warnOnFilesSkipped"};
 inline constexpr QLatin1StringView encodeToSourceDirectory{"encodeToSourceDirectory"};
 inline constexpr QLatin1StringView decodeToSourceDirectory{"decodeToSourceDirectory"};
+inline constexpr QLatin1StringView verifyBeforeDelete{"verifyBeforeDelete"};
+inline constexpr QLatin1StringView keepModificationTime{"keepModificationTime"};
 } // namespace keys
 
 /// The user's settings: an INI file, written only for what the user changed. May be read from any

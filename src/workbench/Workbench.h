@@ -5,6 +5,7 @@
 #include "checksums/ChecksumTab.h"
 #include "codecs/DecodeTab.h"
 #include "codecs/EncodeTab.h"
+#include "engine/ClaimedFolders.h"
 #include "engine/Notifications.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/ToolsFolder.h"
@@ -22,12 +23,14 @@ public:
     QUAVController& controller() { return controller_; }
     QUAVTaskQueue& queue() { return queue_; }
     const ToolsFolder& tools() const { return tools_; }
+    const ClaimedFolders& claims() const { return claims_; }
     DecodeTab& decodeTab() { return decodeTab_; }
     EncodeTab& encodeTab() { return encodeTab_; }
     ChecksumTab& checksumTab() { return checksumTab_; }
 
 private:
     ToolsFolder tools_;
+    ClaimedFolders claims_;
     MainThread mainThread_;
     Notifications notifications_;
     QUAVTaskQueue queue_;

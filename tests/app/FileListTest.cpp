@@ -36,7 +36,7 @@ public:
 struct Shell {
     Rig rig;
     test::ScriptedPrompts prompts;
-    Services services{rig.settings, prompts, rig.desktop, rig.tools, rig.queue};
+    Services services{rig.settings, prompts, rig.desktop, rig.tools, rig.queue, rig.claims};
     PlainTab decode{tabs::decode, services};
     PlainTab encode{tabs::encode, services};
     QUAVController controller{services};

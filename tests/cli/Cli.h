@@ -43,6 +43,7 @@ public:
         qputenv("QUAV", QUAV_CLI);
         qputenv("QUAV_TOOLS_DIR", QFile::encodeName(tools_.path()));
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(config_.path()));
+        qputenv("XDG_STATE_HOME", QFile::encodeName(config_.filePath(u"state"_s)));
     }
 
     QString path(const QString& name) const { return folder_.filePath(name); }

@@ -1,3 +1,4 @@
+#include "engine/ClaimedFolders.h"
 #include "engine/NSTaskWrapperSync.h"
 #include "engine/OutputGuard.h"
 #include "engine/QUAVAsyncNSTask.h"
@@ -300,9 +301,10 @@ private Q_SLOTS:
             write("old");
         }
         {
-            OutputGuard guard(output, folder.filePath(u"source.wav"_s),
-                              overwrite ? OutputGuard::Existing::Overwrite
-                                        : OutputGuard::Existing::Keep);
+            ClaimedFolders claims(folder.filePath(u"state"_s));
+            OutputGuard guard(
+                output, folder.filePath(u"source.wav"_s),
+                overwrite ? OutputGuard::Existing::Overwrite : OutputGuard::Existing::Keep, claims);
             QVERIFY(!guard.producedHere());
             if (!existed || overwrite) {
                 write("new");

@@ -31,6 +31,7 @@ void ProgramTest::signalsEndTheProgram() {
     QVERIFY2(QDBusConnection::sessionBus().isConnected(), "Run this under dbus-run-session");
     const QTemporaryDir config;
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));
+    qputenv("XDG_STATE_HOME", QFile::encodeName(config.path()));
     for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
         // Whoever ignores it, as nohup does, bequeaths that to the program.
         std::signal(signal, SIG_DFL);

@@ -22,6 +22,8 @@ namespace quav::test {
 struct Bench {
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
+    const bool hasOwnState =
+        qputenv("XDG_STATE_HOME", QFile::encodeName(folder.filePath(u"state"_s)));
     Settings settings{folder.filePath(u"settings.ini"_s)};
     ScriptedPrompts prompts;
     FakeDesktop desktop;

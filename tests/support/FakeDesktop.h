@@ -13,6 +13,7 @@ class FakeDesktop : public NoDesktop {
 public:
     bool offersNotifications = true;
     bool grantsSleep = true;
+    bool trashWorks = true;
 
     QStringList notifications;
     int attentionRequests = 0;
@@ -29,6 +30,9 @@ public:
     void preventSleep(const QString& /*reason*/, SleepAnswer answer) override {
         ++sleepRequests;
         answer(grantsSleep ? std::optional<uint32_t>(77) : std::nullopt);
+    }
+    bool moveToTrash(const QString& path) override {
+        return trashWorks && NoDesktop::moveToTrash(path);
     }
     void allowSleep(uint32_t assertion) override { givenBack.push_back(assertion); }
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/ClaimedFolders.h"
 #include "engine/Notifications.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/ToolsFolder.h"
@@ -35,6 +36,7 @@ public:
     Settings settings{joinPath(folder.path(), u"settings.ini"_s)};
     FakeDesktop desktop;
     ToolsFolder tools{toolsDir.path()};
+    ClaimedFolders claims{joinPath(folder.path(), u"state"_s)};
     MainThread mainThread;
     Notifications notifications;
     QUAVTaskQueue queue;

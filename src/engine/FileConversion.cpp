@@ -1,0 +1,267 @@
+#include "engine/FileConversion.h"
+
+#include "engine/QUAVTask.h"
+#include "engine/QUAVTaskResults.h"
+#include "engine/Util.h"
+#include "platform/PathNames.h"
+#include "platform/Settings.h"
+#include "platform/SoundProof.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <exception>
+#include <utility>
+
+namespace quav {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("FileConversion", text);
+}
+
+bool isFlac(const QString& path) {
+    return formatWord(path) == u"FLAC";
+}
+
+} // namespace
+
+void KeptOriginals::add(Original original) {
+    const std::lock_guard lock(mutex_);
+    originals_.push_back(std::move(original));
+}
+
+std::vector<KeptOriginals::Original> KeptOriginals::take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(originals_, {});
+}
+
+FileConversion::FileConversion(QUAVTask& task, QString source, QString output,
+                               const Surroundings& surroundings, Hooks hooks)
+    : task_(task), source_(std::move(source)), output_(std::move(output)),
+      surroundings_(surroundings), hooks_(std::move(hooks)) {}
+
+void FileConversion::begin() {
+    guard_.emplace(output_, source_, wishes_.existing, surroundings_.claims);
+    for (const QString& sentence : guard_->recovered()) {
+        task_.addWarning(sentence);
+    }
+    before_ = FileIdentity::of(source_);
+}
+
+void FileConversion::stillAtWork() {
+    guard_->stillAtWork();
+}
+
+void FileConversion::complete() {
+    conclude();
+    guard_.reset(); // others may have the output from here on
+}
+
+/// Whether the source is no longer what it was when the work began: what it says then is no
+/// measure for the output. One that is replaced by its own conversion does not count.
+bool FileConversion::hasChanged() const {
+    return guard_->sourceAside().isEmpty() && FileIdentity::of(source_) != before_;
+}
+
+void FileConversion::conclude() {
+    if (!isOutputThere() || !isAllRead() || !writeTags() || !haveHeadersOfOneSound()) {
+        rollBack();
+        return;
+    }
+    if (!isProven()) {
+        // Both are kept, for the user to look at; but an earlier file comes back in place of one
+        // that is wrong.
+        if (guard_->hasAside()) {
+            rollBack();
+        } else {
+            guard_->commit();
+        }
+        return;
+    }
+    noteLosses();
+    if (surroundings_.settings.boolean(keys::keepModificationTime)) {
+        copyModificationTime(whereSourceIs(), output_);
+    }
+    guard_->commit();
+    removeSource();
+}
+
+void FileConversion::rollBack() {
+    const QString putAside = guard_->rollBack();
+    if (!putAside.isEmpty()) {
+        fail(tr("The earlier output file is now “%1”.").arg(putAside));
+    }
+}
+
+void FileConversion::giveUp() {
+    if (guard_) {
+        rollBack();
+        guard_.reset();
+    }
+}
+
+QString FileConversion::whereSourceIs() const {
+    const QString aside = guard_->sourceAside();
+    return aside.isEmpty() ? source_ : aside;
+}
+
+bool FileConversion::isOutputThere() {
+    const bool isThere = guard_->producedHere() && QFileInfo(output_).isFile();
+    if (!isThere) {
+        fail(tr("There is no output file “%1”.").arg(output_));
+    }
+    return isThere;
+}
+
+bool FileConversion::isAllRead() {
+    const QString leftOut = sound::leftOut(whereSourceIs());
+    if (!leftOut.isEmpty() && !hasChanged()) {
+        fail(tr("“%1” was not converted, since not all of it would be read: %2")
+                 .arg(lastPathComponent(source_), leftOut));
+        return false;
+    }
+    return true;
+}
+
+bool FileConversion::writeTags() {
+    tl::expected<void, QString> written;
+    try {
+        written = hooks_.copyTags();
+    } catch (const std::exception& exception) {
+        written = tl::make_unexpected(QString::fromUtf8(exception.what()));
+    }
+    if (!written && damaged_) {
+        // The tool went on through damage because it was told to, and what it wrote may be torn.
+        task_.addWarning(tr("the tags could not be written: %1").arg(written.error()));
+        return true;
+    }
+    if (!written) {
+        fail(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' + written.error());
+    }
+    return written.has_value();
+}
+
+bool FileConversion::haveHeadersOfOneSound() {
+    // What a tool made of damage is told by its complaint, and compared only before a deletion.
+    if (damaged_) {
+        return true;
+    }
+    const sound::Comparison headers = sound::compareHeaders(whereSourceIs(), output_);
+    if (headers.answer == sound::Comparison::Answer::Different && !hasChanged()) {
+        fail(tr("The new file has not the sound of the original: %1.").arg(headers.why));
+        return false;
+    }
+    return true;
+}
+
+bool FileConversion::isProofNeeded() const {
+    const bool verify = surroundings_.settings.boolean(keys::verifyBeforeDelete);
+    // Damage that `flac` passes over can make a FLAC file of a FLAC file that nothing can read.
+    const bool always = isFlac(source_) && isFlac(output_);
+    const bool replaces = !guard_->sourceAside().isEmpty();
+    return wishes_.verifyAudio || ((verify || always) && (replaces || wantsDeletion()));
+}
+
+bool FileConversion::isProven() {
+    using Answer = sound::Comparison::Answer;
+    if (!isProofNeeded()) {
+        return true;
+    }
+    task_.setTopTextFieldString(tr("Comparing the sound"));
+    task_.push(QUAVTask::StatusLine);
+    const sound::Comparison proof = sound::compare(
+        whereSourceIs(), output_, [this] { return abandoned_ || task_.cancelled(); });
+    if (hasChanged()) {
+        unproven_ = tr("the original has changed since it was read");
+        if (wishes_.verifyAudio) {
+            fail(unproven_);
+        }
+        return !wishes_.verifyAudio;
+    }
+    switch (proof.answer) {
+    case Answer::Equal:
+        return true;
+    case Answer::Stopped:
+        return guard_->sourceAside().isEmpty();
+    case Answer::Different:
+        fail(tr("The new file has not the sound of the original: %1.").arg(proof.why));
+        return false;
+    case Answer::Damaged:
+    case Answer::Unreadable:
+        break;
+    }
+    unproven_ = tr("the sound could not be compared: %1").arg(proof.why);
+    // Damage that the tool has told may have been gone through on purpose.
+    const bool passedOver = proof.answer == Answer::Damaged && !damaged_;
+    if (wishes_.verifyAudio || passedOver || !guard_->sourceAside().isEmpty()) {
+        fail(unproven_);
+        return false;
+    }
+    return true;
+}
+
+void FileConversion::noteLosses() {
+    losses_ = hooks_.losses(whereSourceIs(), output_);
+    if (!losses_.isEmpty()) {
+        task_.addWarning(tr("not in the new file: %1").arg(losses_.join(QStringLiteral("; "))));
+    }
+}
+
+bool FileConversion::wantsDeletion() const {
+    return wishes_.deleteOriginal && !task_.error() && !task_.cancelled() && !abandoned_ &&
+           !isSameFile(source_, output_);
+}
+
+/// Why the source is not to go although that was asked for; empty when it may.
+QString FileConversion::reasonToKeep() const {
+    if (!unproven_.isEmpty()) {
+        return unproven_;
+    }
+    if (damaged_) {
+        return tr("the tool complained of damage");
+    }
+    return !losses_.isEmpty() && !wishes_.acceptLosses ? tr("not all of it is in the new file")
+                                                       : QString();
+}
+
+void FileConversion::removeSource() {
+    if (!guard_->sourceAside().isEmpty()) {
+        return; // it has been replaced
+    }
+    if (hasChanged()) {
+        task_.addWarning(wantsDeletion()
+                             ? tr("the original has changed since it was read, and was kept")
+                             : tr("the original has changed since it was read"));
+        return;
+    }
+    if (!wantsDeletion()) {
+        return;
+    }
+    const QString reason = reasonToKeep();
+    if (!reason.isEmpty()) {
+        task_.addWarning(tr("the original was kept: %1").arg(reason));
+        if (kept_ && unproven_.isEmpty() && !damaged_) {
+            kept_->add({source_, *before_});
+        }
+        return;
+    }
+    if (const QString trouble =
+            deleteOriginal(source_, surroundings_.settings, surroundings_.desktop);
+        !trouble.isEmpty()) {
+        task_.addWarning(trouble);
+    }
+}
+
+void FileConversion::fail(const QString& reason) {
+    task_.setError(true);
+    task_.results()->appendResults(reason + u'\n', task_);
+}
+
+QString deleteOriginal(const QString& path, const Settings& settings, DesktopServices& desktop) {
+    Util::deleteFile(path, settings, desktop);
+    return isTaken(path) ? tr("the original could not be deleted and is still there") : QString();
+}
+
+} // namespace quav

@@ -1,0 +1,204 @@
+#include "platform/SoundProof.h"
+
+#include "audio/file/AudioFile.h"
+#include "audio/file/Completeness.h"
+#include "audio/pcm/Digest.h"
+#include "audio/pcm/Failure.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <tl/expected.hpp>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace quav::sound {
+
+namespace {
+
+using Answer = Comparison::Answer;
+
+constexpr std::size_t pieceSize = std::size_t{256} << 10;
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("SoundProof", text);
+}
+
+std::string pathOf(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+/// What the audio library throws, as a value.
+struct Trouble {
+    QString why; ///< names the file
+    bool isDamage = false;
+};
+
+template <typename Work>
+auto guarded(const QString& path, Work work) -> tl::expected<decltype(work()), Trouble> {
+    try {
+        return work();
+    } catch (const pcm::Failure& failure) {
+        const QString said = QString::fromUtf8(failure.what());
+        if (said.isEmpty()) {
+            return tl::make_unexpected(
+                Trouble{tr("“%1” is of no kind that can be read here.").arg(path), false});
+        }
+        return tl::make_unexpected(Trouble{said, failure.kind() == pcm::Failure::Kind::Input});
+    } catch (const std::exception& error) {
+        return tl::make_unexpected(Trouble{QString::fromUtf8(error.what()), false});
+    }
+}
+
+Comparison troubled(const Trouble& trouble) {
+    return {trouble.isDamage ? Answer::Damaged : Answer::Unreadable, trouble.why, {}};
+}
+
+tl::expected<audio::AudioFile, Trouble> open(const QString& path, bool learnsLength) {
+    return guarded(path, [&] {
+        audio::OpenSettings settings;
+        settings.learnsLength = learnsLength;
+        return audio::AudioFile::open(pathOf(path), settings);
+    });
+}
+
+/// What two numbers say when they differ, else nothing.
+QString unlike(const QString& text, std::uint64_t source, std::uint64_t output) {
+    return source == output ? QString() : text.arg(output).arg(source);
+}
+
+/// In what two descriptions differ; empty when in nothing.
+QString difference(const wav::Wave& source, const wav::Wave& output) {
+    const pcm::PcmFormat from = source.format();
+    const pcm::PcmFormat to = output.format();
+    const std::array differences{
+        unlike(tr("its channels are %1 instead of %2"), from.channels, to.channels),
+        unlike(tr("its sample rate is %1 Hz instead of %2 Hz"), from.sampleRate, to.sampleRate),
+        unlike(tr("its samples have %1 bits instead of %2"), from.containerBits(),
+               to.containerBits()),
+    };
+    const auto* const found = std::find_if(differences.begin(), differences.end(),
+                                           [](const QString& one) { return !one.isEmpty(); });
+    return found == differences.end() ? QString() : *found;
+}
+
+std::uint64_t blocksOf(const wav::Wave& wave) {
+    return wave.dataSize / wave.format().blockAlign();
+}
+
+QString lengthDifference(const wav::Wave& source, const wav::Wave& output) {
+    return unlike(tr("it is %1 samples long instead of %2"), blocksOf(source), blocksOf(output));
+}
+
+/// One of the two files on its way through its reader.
+class Stream {
+public:
+    Stream(const QString& path, const audio::AudioFile& file)
+        : path_(path), reader_(file.reader()), left_(file.wave().dataSize), buffer_(pieceSize) {}
+
+    /// The next samples; none at the end, when the reader has checked what it checks last.
+    tl::expected<std::span<const std::uint8_t>, Trouble> next() {
+        return guarded(path_, [this] {
+            const auto wanted =
+                static_cast<std::size_t>(std::min<std::uint64_t>(left_, buffer_.size()));
+            const std::size_t got = reader_->read(std::span(buffer_).first(wanted));
+            if (got < wanted) {
+                throw pcm::Failure(pcm::Failure::Kind::Input,
+                                   pathOf(path_) + ": ends before its header says it does");
+            }
+            left_ -= got;
+            if (wanted == 0) {
+                reader_->finish();
+            }
+            return std::span<const std::uint8_t>(buffer_).first(got);
+        });
+    }
+
+private:
+    const QString& path_;
+    std::unique_ptr<pcm::Reader> reader_;
+    std::uint64_t left_;
+    std::vector<std::uint8_t> buffer_;
+};
+
+Comparison compareSamples(Stream source, Stream output, const std::function<bool()>& stop) {
+    pcm::Md5 digest;
+    while (!stop()) {
+        const auto from = source.next();
+        if (!from) {
+            return troubled(from.error());
+        }
+        const auto to = output.next();
+        if (!to) {
+            return {Answer::Different, to.error().why, {}};
+        }
+        if (!std::equal(from->begin(), from->end(), to->begin(), to->end())) {
+            return {Answer::Different, tr("its samples are others"), {}};
+        }
+        if (from->empty()) {
+            const pcm::Md5Digest result = digest.result();
+            return {Answer::Equal,
+                    {},
+                    QByteArray(reinterpret_cast<const char*>(result.data()), result.size())};
+        }
+        digest.add(*from);
+    }
+    return {Answer::Stopped, {}, {}};
+}
+
+} // namespace
+
+Comparison compare(const QString& source, const QString& output,
+                   const std::function<bool()>& stop) {
+    const auto from = open(source, true);
+    if (!from) {
+        return troubled(from.error());
+    }
+    const auto to = open(output, true);
+    if (!to) {
+        return {Answer::Different, to.error().why, {}};
+    }
+    const QString unequal = difference(from->wave(), to->wave());
+    if (!unequal.isEmpty()) {
+        return {Answer::Different, unequal, {}};
+    }
+    if (const QString longer = lengthDifference(from->wave(), to->wave()); !longer.isEmpty()) {
+        return {Answer::Different, longer, {}};
+    }
+    const auto streams = guarded(source, [&] {
+        return std::pair(std::make_unique<Stream>(source, *from),
+                         std::make_unique<Stream>(output, *to));
+    });
+    if (!streams) {
+        return troubled(streams.error());
+    }
+    return compareSamples(std::move(*streams->first), std::move(*streams->second), stop);
+}
+
+Comparison compareHeaders(const QString& source, const QString& output) {
+    const auto from = open(source, false);
+    const auto to = open(output, false);
+    if (!from || !to) {
+        return {};
+    }
+    QString unequal = difference(from->wave(), to->wave());
+    const bool bothTell = from->wave().dataSize > 0 && to->wave().dataSize > 0;
+    if (unequal.isEmpty() && bothTell) {
+        unequal = lengthDifference(from->wave(), to->wave());
+    }
+    return {unequal.isEmpty() ? Answer::Equal : Answer::Different, unequal, {}};
+}
+
+QString leftOut(const QString& path) {
+    const auto found = guarded(path, [&] { return audio::soundLeftOut(pathOf(path)); });
+    return found && *found ? QString::fromStdString(**found) : QString();
+}
+
+} // namespace quav::sound
