@@ -14,6 +14,13 @@ namespace quav {
 namespace {
 
 const QString dateKey = QStringLiteral("DATE");
+/// Understanding a date takes its time, and only a hostile file has more; of those the texts alone
+/// are compared.
+constexpr std::size_t mostDates = 16;
+
+/// More values than any honest file has; memory need not follow what a hostile one holds.
+constexpr std::size_t mostValues = 100000;
+
 const QString genreKey = QStringLiteral("GENRE");
 
 /// Made by encoders for themselves or for decoders.
@@ -80,11 +87,8 @@ void Inventory::add(const QString& phrase, const QString& key, const QString& va
     const QString common = commonKey(key);
     const QString total = totalOf(common);
     const qsizetype slash = total.isEmpty() ? -1 : value.indexOf(u'/');
-    if (common == dateKey) {
-        // Understanding a date takes its time, and only a hostile file has many.
-        constexpr std::size_t mostDates = 16;
-        const auto date = dates_.size() < mostDates ? parseTagDate(value, DateSource::VorbisComment)
-                                                    : std::nullopt;
+    if (common == dateKey && dates_.size() < mostDates) {
+        const auto date = parseTagDate(value, DateSource::VorbisComment);
         addDate(date ? Date{phrase, value, date->year, date->month, date->day}
                      : Date{phrase, value, {}, {}, {}});
     } else if (slash >= 0) {
@@ -96,7 +100,7 @@ void Inventory::add(const QString& phrase, const QString& key, const QString& va
 }
 
 void Inventory::addValue(const QString& phrase, const QString& key, const QString& value) {
-    if (value.isEmpty()) {
+    if (value.isEmpty() || isTooMuch() || ++values_ > mostValues) {
         return;
     }
     const QString place = key + u'\n' + phrase;
@@ -107,6 +111,10 @@ void Inventory::addValue(const QString& phrase, const QString& key, const QStrin
         fields_.push_back({phrase, key, {}});
     }
     fields_[index].values.append(comparable(key, value));
+}
+
+bool Inventory::isTooMuch() const {
+    return values_ > mostValues;
 }
 
 void Inventory::addDate(const Date& date) {

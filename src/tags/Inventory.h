@@ -55,6 +55,9 @@ public:
     /// that nothing in it can be lost.
     bool isElsewhere(const QByteArray& kind, const QByteArray& content);
 
+    /// True when the file holds so many values that they were not all taken in.
+    bool isTooMuch() const;
+
     const std::vector<Field>& fields() const { return fields_; }
     const std::vector<Date>& dates() const { return dates_; }
     const std::vector<Picture>& pictures() const { return pictures_; }
@@ -67,6 +70,7 @@ private:
     QSet<QByteArray> elsewhere_;
     QSet<QByteArray> digests_;
     std::vector<Field> fields_;
+    std::size_t values_ = 0;
     QHash<QString, std::size_t> indexOfField_; ///< by key and phrase
     std::vector<Date> dates_;
     std::vector<Picture> pictures_;

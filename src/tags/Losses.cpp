@@ -33,8 +33,16 @@ constexpr Container containers[] = {
 /// end.
 std::optional<std::uint64_t> readTagsInFront(FileContent& file, Inventory& inventory) {
     constexpr std::uint64_t headerSize = 10;
+    constexpr int mostTags = 32;
     std::uint64_t position = 0;
-    while (const std::uint64_t size = id3v2Size(file.peek(position, headerSize))) {
+    for (int count = 0;; ++count) {
+        const std::uint64_t size = id3v2Size(file.peek(position, headerSize));
+        if (size == 0) {
+            return position;
+        }
+        if (count == mostTags) {
+            return std::nullopt;
+        }
         const auto tag = file.read(position, size);
         if (!tag) {
             return std::nullopt;
@@ -42,7 +50,6 @@ std::optional<std::uint64_t> readTagsInFront(FileContent& file, Inventory& inven
         readId3v2Inventory(*tag, inventory);
         position += size;
     }
-    return position;
 }
 
 /// Nothing when the file cannot be read as any container that we know.
@@ -61,7 +68,8 @@ std::optional<Inventory> inventoryOf(const QString& path, const QSet<QByteArray>
     const QByteArray beginning = file.peek(*start, enoughToSee);
     const auto* container = std::ranges::find_if(
         containers, [&](const Container& kind) { return kind.begins(beginning); });
-    if (container == std::end(containers) || !container->read(file, *start, inventory)) {
+    if (container == std::end(containers) || !container->read(file, *start, inventory) ||
+        inventory.isTooMuch()) {
         return std::nullopt;
     }
     return inventory;

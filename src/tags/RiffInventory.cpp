@@ -158,10 +158,15 @@ void RiffWalk::take(const Chunk& chunk) {
     if (chunk.size == 0 || isTechnical(kind_, chunk.id)) {
         return;
     }
-    if (const auto content = file_.read(chunk.start, chunk.size)) {
+    // No FLAC file keeps a larger chunk, and only a tag with pictures can honestly be larger.
+    constexpr std::uint64_t largestPiece = 0xFFFFFF;
+    const bool isTag = chunk.id.toUpper() == "ID3 ";
+    if (!isTag && chunk.size > largestPiece) {
+        inventory_.addPiece(chunkPhrase(chunk.id));
+    } else if (const auto content = file_.read(chunk.start, chunk.size)) {
         addChunk(kind_, chunk.id, *content, inventory_);
     } else {
-        inventory_.addPiece(chunkPhrase(chunk.id)); // too large to be found anywhere else
+        inventory_.addPiece(chunkPhrase(chunk.id));
     }
 }
 

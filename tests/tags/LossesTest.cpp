@@ -321,18 +321,27 @@ private Q_SLOTS:
     }
     void encoding() { convert(); }
 
-    void largeFilesTellTheirSizesElsewhere() {
+    void onlyInTheSource_data() {
+        columns<QByteArray, QStringList>("source", "lost");
         const Bench bench;
-        const QByteArray chunks = chunk("bext", "who");
         const QByteArray sizes = QByteArray(8, '\0') + little(10) + little(0) +
                                  QByteArray(8, '\0') + little(1) + "bext" + little(3) + little(0);
-        const auto path = bench.written(
-            u"x.wav"_s, "RF64\xff\xff\xff\xff"_ba + "WAVE" + chunk("ds64", sizes) +
-                            "data\xff\xff\xff\xff"_ba + "bextbextbe" + "bext\xff\xff\xff\xff"_ba +
-                            "who\0"_ba + chunk("iXML", "<x/>"));
-        flac({})(bench, u"x.flac"_s);
-        QCOMPARE(lostBetween(path, bench.path(u"x.flac"_s)),
-                 (QStringList{u"the chunk bext"_s, u"the chunk iXML"_s}));
+        row("sizes in the chunk ds64",
+            "RF64\xff\xff\xff\xffWAVE"_ba + chunk("ds64", sizes) + "data\xff\xff\xff\xff"_ba +
+                "bextbextbe" + "bext\xff\xff\xff\xff"_ba + "who\0"_ba + chunk("iXML", "<x/>"),
+            QStringList{u"the chunk bext"_s, u"the chunk iXML"_s});
+        row("a size that no recorder wrote", "RIFF\0\0\0\0WAVEdata\0\0\0\0bext\1\0\0\0"_ba,
+            QStringList());
+        flac({}, {}, {}, "APETAGEX" + QByteArray(24, 'x') + "TAG" + QByteArray(125, 'x'))(bench,
+                                                                                          u"x"_s);
+        row("tags behind a FLAC file", contents(bench.path(u"x"_s)),
+            QStringList{u"the ID3v1 tag"_s, u"the APE tag"_s});
+    }
+    void onlyInTheSource() {
+        QFETCH(QByteArray, source);
+        const Bench bench;
+        flac({})(bench, u"output"_s);
+        QTEST(lostBetween(bench.written(u"source"_s, source), bench.path(u"output"_s)), "lost");
     }
 
     void whatCannotBeReadIsSaid_data() {
@@ -351,6 +360,8 @@ private Q_SLOTS:
                                                     .replace("MOOD=", 5, "\0\0\0\0\0", 5)
                                                     .replace("\11\0\0\0", 4, "\11\0\0\7", 4));
             both("tag that goes on", "ID3\4\0\0\x7f\x7f\x7f\x7f"_ba + whole);
+            const QByteArray values = "\3x" + "\0y"_ba.repeated(100001);
+            both("flood of values", tag(frame("TALB", values)) + whole);
             both("only a tag", tag(text("TIT2", "t")));
         }
     }
