@@ -13,8 +13,8 @@
 
 namespace quav {
 
-/// A file that is read from its beginning to its end, and nothing but a file: opening a pipe or a
-/// device under a file's name may wait for ever or never end. Errors are numbers of the system's
+/// A file, most often read from its beginning to its end, and nothing but a file: opening a pipe or
+/// a device under a file's name may wait for ever or never end. Errors are numbers of the system's
 /// list (errno).
 class RegularFile {
 public:
