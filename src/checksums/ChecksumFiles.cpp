@@ -17,7 +17,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <fcntl.h>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace quav::checksumfiles {
 
@@ -54,6 +56,33 @@ QString dateText(const QDateTime& date) {
 QString extension(ChecksumKind kind, const Settings& settings) {
     const char* fixed = textsOf(kind).extension;
     return fixed ? QString::fromLatin1(fixed) : settings.text(keys::ffpExtension);
+}
+
+/// Gives a file a second name beside its own that nothing else has.
+QString setAside(const QString& path) {
+    const QByteArray own = QFile::encodeName(path);
+    for (int number = 1;; ++number) {
+        const QString other = path + QStringLiteral(".old") +
+                              (number == 1 ? QString() : u'.' + QString::number(number));
+        if (::linkat(AT_FDCWD, own.constData(), AT_FDCWD, QFile::encodeName(other).constData(),
+                     AT_SYMLINK_FOLLOW) == 0) {
+            return other;
+        }
+        const int error = errno;
+        const QFileInfo info(other);
+        if (error == EEXIST || info.exists() || info.isSymLink()) {
+            continue;
+        }
+        // File systems without second names, and links that lead to another one.
+        if (!QFile::copy(path, other)) {
+            throw std::runtime_error(
+                QCoreApplication::translate("ChecksumFiles",
+                                            "“%1” could not be kept under another name: %2")
+                    .arg(path, qt_error_string(error))
+                    .toStdString());
+        }
+        return other;
+    }
 }
 
 } // namespace
@@ -93,6 +122,23 @@ void write(const QString& path, const QString& text) {
                 .arg(path, file.errorString())
                 .toStdString());
     }
+}
+
+QString writeIncomplete(const QString& path, const QString& text) {
+    if (!QFileInfo(path).isFile()) {
+        write(path, text);
+        return {};
+    }
+    const QString aside = setAside(path);
+    try {
+        write(path, text);
+    } catch (...) {
+        QFile::remove(aside); // the earlier list still has its place
+        throw;
+    }
+    return QCoreApplication::translate(
+               "ChecksumFiles", "“%1” lacks entries. The list that was there before is now “%2”.")
+        .arg(path, aside);
 }
 
 bool isForeign(const QString& path) {

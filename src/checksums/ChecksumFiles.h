@@ -38,6 +38,11 @@ QString pathIn(const QString& folder, ChecksumKind kind, const Settings& setting
 /// Replaces the file as a whole. Throws std::runtime_error, with a sentence that names it.
 void write(const QString& path, const QString& text);
 
+/// The same for a list that lacks an entry, which is no equal of one that may have all: an earlier
+/// file stays, under a name of its own beside the new one ("x.md5.old", "x.md5.old.2" and so on).
+/// Gives a sentence that names it; nothing when there was none.
+QString writeIncomplete(const QString& path, const QString& text);
+
 /// True when there is a file that this program has not written, so that replacing it would lose
 /// what somebody else has made.
 bool isForeign(const QString& path);

@@ -5,6 +5,7 @@
 #include "checksums/CreateFFPTask.h"
 #include "checksums/CreateMD5Task.h"
 #include "checksums/CreateST5Task.h"
+#include "checksums/ListNames.h"
 #include "checksums/VerifyFFPTask.h"
 #include "checksums/VerifyMD5Task.h"
 #include "checksums/VerifyST5Task.h"
@@ -252,12 +253,18 @@ CommandOutcome ChecksumTab::create() {
 /// The path of a checksum file that is about to be written; none when the user cancelled.
 std::optional<QString> ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind,
                                                bool beside) {
+    UserPrompts& prompts = services().prompts;
+    std::optional<QString> path;
     if (!beside) {
-        return openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
+        path = openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
                              checksumfiles::fixedName(kind, services().settings));
+    } else {
+        path = checksumfiles::pathIn(folderOf(files.first()), kind, services().settings);
+        if (!checksumfiles::mayReplace(*path, prompts)) {
+            return std::nullopt;
+        }
     }
-    QString path = checksumfiles::pathIn(folderOf(files.first()), kind, services().settings);
-    return checksumfiles::mayReplace(path, services().prompts) ? std::optional(path) : std::nullopt;
+    return path && listnames::mayName(kind, files, *path, prompts) ? path : std::nullopt;
 }
 
 std::shared_ptr<CreateMD5Task> ChecksumTab::createMD5(const QStringList& files,
@@ -279,10 +286,8 @@ std::shared_ptr<CreateST5Task> ChecksumTab::createST5(const QStringList& files,
     if (!path) {
         return nullptr;
     }
-    auto task = std::make_shared<CreateST5Task>(*path, queue,
-                                                services().tools.tool(QStringLiteral("shntool")),
-                                                CreateST5Task::argumentsFor(files));
-    task->setDirectory(folderOf(files.last()));
+    auto task = std::make_shared<CreateST5Task>(
+        *path, queue, services().tools.tool(QStringLiteral("shntool")), files);
     task->setTitle(tr("Create ST5"));
     for (const QString& file : files) {
         if (!checksumlist::isReadBack(ChecksumKind::St5, lastPathComponent(file))) {
@@ -297,7 +302,7 @@ bool ChecksumTab::areAllSameDirectory(const QStringList& paths) {
 }
 
 QString ChecksumTab::fingerprint(const QString& path) const {
-    return CreateFFPTask::fingerprint(services().tools, path);
+    return CreateFFPTask::fingerprint(services().tools, path).value_or(QString());
 }
 
 CommandOutcome ChecksumTab::createFFP(const QStringList& files) {
@@ -355,8 +360,8 @@ bool ChecksumTab::writeFingerprints(const QStringList& files, const QString& pat
     if (stopWriting_) {
         return false;
     }
-    checksumfiles::write(path, made.text);
-    Q_EMIT fingerprintsWritten(path, made.verdicts, made.warnings);
+    CreateFFPTask::write(made, path);
+    Q_EMIT fingerprintsWritten(path, made.verdicts, made.warnings, made.failures);
     return true;
 }
 

@@ -86,10 +86,11 @@ public:
     void stopWriting() { stopWriting_ = true; }
 
 Q_SIGNALS:
-    /// A fingerprint file was written. The verdicts are only of files that gave no fingerprint; the
-    /// warnings are sentences.
+    /// A fingerprint file was made. The verdicts are only of files that gave no fingerprint; the
+    /// warnings are sentences, and so are the failures, of which there are none when every file has
+    /// an entry.
     void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts,
-                             const QStringList& warnings);
+                             const QStringList& warnings, const QStringList& failures);
 
 private:
     checksumlist::Reading reading() const;

@@ -18,7 +18,14 @@ namespace quav {
 namespace {
 
 void take(FingerprintText& result, const QString& ffpFile, const QString& file,
-          const QString& entry) {
+          const tl::expected<QString, QString>& made) {
+    if (!made) {
+        result.verdicts.push_back(checksumfiles::unreadable(ffpFile, file, made.error()));
+        result.failures << CreateFFPTask::tr("“%1” has no entry: %2").arg(file, made.error());
+        return;
+    }
+    const QString& entry = *made;
+    ++result.entries;
     result.text += entry;
     if (fingerprint::isComplaint(entry)) {
         result.verdicts.push_back(checksumfiles::unreadable(ffpFile, file, entry));
@@ -42,7 +49,8 @@ CreateFFPTask::CreateFFPTask(TaskHost& queue, const QMap<QString, QStringList>& 
     setTitle(tr("Create FFP checksum file"));
 }
 
-QString CreateFFPTask::fingerprint(const ToolsFolder& tools, const QString& path) {
+tl::expected<QString, QString> CreateFFPTask::fingerprint(const ToolsFolder& tools,
+                                                          const QString& path) {
     return fingerprint::entry(tools, path);
 }
 
@@ -55,15 +63,32 @@ FingerprintText CreateFFPTask::textOver(const QStringList& files, const QString&
     }
     FingerprintText result;
     result.text = checksumfiles::header(ChecksumKind::Ffp, QDateTime::currentDateTime());
-    OrderedWork<QString>::run(
+    OrderedWork<tl::expected<QString, QString>>::run(
         static_cast<size_t>(files.size()), maxThreads,
         [&](size_t index) { return fingerprint(tools, files[static_cast<qsizetype>(index)]); },
-        [&](size_t at, const QString& entry) {
+        [&](size_t at, const tl::expected<QString, QString>& entry) {
             const auto index = static_cast<qsizetype>(at);
             take(result, ffpFile, files[index], entry);
             return taken(index);
         });
     return result;
+}
+
+void CreateFFPTask::write(FingerprintText& made, const QString& path) {
+    if (made.verdicts.empty()) {
+        checksumfiles::write(path, made.text);
+        return;
+    }
+    const QString told = made.entries > 0
+                             ? checksumfiles::writeIncomplete(path, made.text)
+                             : tr("“%1” was not written: it would have no entry").arg(path);
+    if (told.isEmpty()) {
+        return;
+    }
+    made.warnings << told;
+    if (!made.failures.isEmpty()) {
+        made.failures.prepend(told);
+    }
 }
 
 void CreateFFPTask::doStartTask() {
@@ -101,10 +126,14 @@ void CreateFFPTask::doCreateFFP(const QStringList& outputs, const QString& outpu
     if (stopRequested()) {
         return;
     }
+    write(made, path);
     for (const QString& warning : made.warnings) {
         addWarning(warning);
     }
-    checksumfiles::write(path, made.text);
+    if (!made.failures.isEmpty()) {
+        setError(true);
+        results()->appendResults(made.failures.join(u'\n') + u'\n', *this);
+    }
     results()->appendVerdicts(std::move(made.verdicts), *this);
 }
 

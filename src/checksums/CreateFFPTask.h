@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <tl/expected.hpp>
+
 #include <functional>
 
 namespace quav {
@@ -17,8 +19,10 @@ class Settings;
 /// The text of a fingerprint file, and what is to be said of its entries.
 struct FingerprintText {
     QString text;
-    Verdicts verdicts;    ///< only of files without a fingerprint entry
-    QStringList warnings; ///< sentences
+    qsizetype entries = 0; ///< also those that are a complaint of the tool
+    Verdicts verdicts;     ///< only of files without a fingerprint entry
+    QStringList warnings;  ///< sentences
+    QStringList failures;  ///< sentences about files without an entry, and what became of the list
 };
 
 /// Writes a fingerprint file into each of several folders.
@@ -32,13 +36,18 @@ public:
                   const Settings& settings);
 
     /// The entry of one file; see `fingerprint::entry`.
-    static QString fingerprint(const ToolsFolder& tools, const QString& path);
+    static tl::expected<QString, QString> fingerprint(const ToolsFolder& tools,
+                                                      const QString& path);
 
     /// The whole text over some files, with so many tools side by side, on the calling thread.
     /// `taken` is called there after each file and says whether to go on.
     static FingerprintText textOver(const QStringList& files, const QString& ffpFile,
                                     const ToolsFolder& tools, int maxThreads,
                                     const std::function<bool(qsizetype index)>& taken);
+
+    /// Writes the text, unless it has no entry, and adds what there is to say of that. Throws as
+    /// `checksumfiles::write` does.
+    static void write(FingerprintText& made, const QString& path);
 
 protected:
     void doStartTask() override;

@@ -3,28 +3,32 @@
 #include "checksums/ChecksumFiles.h"
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
-#include "platform/PathNames.h"
+#include "engine/ToolPieces.h"
+#include "engine/ToolsFolder.h"
+#include "platform/OrderedWork.h"
 
 #include <algorithm>
-#include <iterator>
+#include <csignal>
+#include <utility>
 
 namespace quav {
 
-CreateST5Task::CreateST5Task(const QString& fileName, TaskHost& queue, const QString& launchPath,
-                             const QStringList& arguments)
-    : QUAVAsyncNSTaskFileOutputRedirection(fileName, queue, launchPath, arguments) {}
+namespace {
 
-QStringList CreateST5Task::argumentsFor(const QStringList& files) {
-    QStringList names;
-    std::transform(files.begin(), files.end(), std::back_inserter(names), lastPathComponent);
-    QStringList arguments{QStringLiteral("hash"), QStringLiteral("-m")};
-    const bool looksLikeOption = std::any_of(
-        names.begin(), names.end(), [](const QString& name) { return name.startsWith(u'-'); });
-    if (looksLikeOption) {
-        // From here on names that begin with a dash are names.
-        arguments << QStringLiteral("--");
-    }
-    return arguments << names;
+const QString shntool = QStringLiteral("shntool");
+
+} // namespace
+
+CreateST5Task::CreateST5Task(const QString& fileName, TaskHost& queue, const QString& launchPath,
+                             const QStringList& files)
+    : CreateST5Task(fileName, queue, launchPath,
+                    HashRun::over(files, launchPath, queue.toolsFolder().environment())) {}
+
+CreateST5Task::CreateST5Task(const QString& fileName, TaskHost& queue, const QString& launchPath,
+                             std::vector<HashRun> runs)
+    : QUAVAsyncNSTaskFileOutputRedirection(fileName, queue, launchPath, runs.front().arguments()),
+      launchPath_(launchPath), runs_(std::move(runs)) {
+    setDirectory(runs_.front().folder());
 }
 
 void CreateST5Task::startTask() {
@@ -33,7 +37,22 @@ void CreateST5Task::startTask() {
     QUAVAsyncNSTaskFileOutputRedirection::startTask();
 }
 
+void CreateST5Task::terminateTool() {
+    children_.signal(SIGTERM);
+    QUAVAsyncNSTaskFileOutputRedirection::terminateTool();
+}
+
+void CreateST5Task::abandon() {
+    abandoned_ = true;
+    children_.signal(SIGKILL);
+    QUAVAsyncNSTaskFileOutputRedirection::abandon();
+}
+
 void CreateST5Task::processTaskOutput(const QString& text) {
+    take(text, runs_.front());
+}
+
+void CreateST5Task::take(const QString& text, HashRun& run) {
     const QString piece = toolwords::withoutBackspaces(text);
     const toolwords::HashPiece said = toolwords::hashPiece(piece);
     if (!said.fileName.isEmpty()) {
@@ -43,41 +62,121 @@ void CreateST5Task::processTaskOutput(const QString& text) {
         showProgress(tr("Creating ST5: %1%").arg(toolwords::sixDecimals(*said.percent)),
                      *said.percent);
     }
-    takeLine(piece.endsWith(u'\n') ? piece.chopped(1) : piece);
+    run.take(piece);
 }
 
-void CreateST5Task::takeLine(const QString& line) {
-    if (line.contains(toolwords::hashMarker)) {
-        const bool oneCharacter = results()->resultsOf(*this).size() == 1;
-        results()->appendResults(oneCharacter ? line : u'\n' + line, *this);
-    } else if (line.startsWith(u"shntool [hash]: ")) {
-        complaints_ << line;
+void CreateST5Task::runToItsEnd(HashRun& run) {
+    if (stopRequested()) {
+        return;
     }
+    ToolPieces pieces;
+    const auto hand = [&](const QStringList& complete) {
+        for (const QString& piece : complete) {
+            take(piece, run);
+        }
+    };
+    const auto status =
+        runToEnd({launchPath_, run.arguments(), queue().toolsFolder().environment(), run.folder()},
+                 children_, [&](const QByteArray& bytes) { hand(pieces.feed(bytes)); });
+    hand(pieces.finish());
+    if (!status) {
+        run.fail(tr("shntool could not be started: %1").arg(status.error()));
+    } else if (*status != 0) {
+        run.fail(toolwords::failureOf(shntool, *status));
+    }
+}
+
+void CreateST5Task::runTheOthers() {
+    if (const int status = exitStatus().value_or(0); status != 0) {
+        runs_.front().fail(toolwords::failureOf(shntool, status));
+    }
+    OrderedWork<bool>::run(
+        runs_.size() - 1, queue().toolsAtOnce(),
+        [this](size_t index) {
+            runToItsEnd(runs_[index + 1]);
+            return true;
+        },
+        [this](size_t /*index*/, bool /*done*/) { return !stopRequested(); });
 }
 
 void CreateST5Task::cleanup() {
-    const QString text = results()->resultsOf(*this);
+    runTheOthers();
     // The digests go into the file; what may be left to tell is why some are missing.
-    results()->setResults(complaints_.isEmpty() ? QString() : complaints_.join(u'\n') + u'\n',
-                          *this);
-    if (cancelled() || !text.contains(toolwords::hashMarker)) {
+    const QString header = results()->resultsOf(*this);
+    const QString words = this->words();
+    results()->setResults(words, *this);
+    if (stopRequested()) {
         return; // an earlier file is better than one with less than everything
     }
-    checksumfiles::write(fileName(), text);
-    Verdicts verdicts;
-    for (const QString& complaint : complaints_) {
-        verdicts.push_back(
-            {fileName(), fileIn(complaint), Verdict::Kind::Unreadable, {}, {}, complaint});
+    if (std::any_of(runs_.begin(), runs_.end(), [](const HashRun& run) {
+            return !run.isComplete() || !run.failure().isEmpty();
+        })) {
+        setError(true);
     }
-    results()->appendVerdicts(std::move(verdicts), *this);
+    if (const QString told = save(header); !told.isEmpty()) {
+        addWarning(told);
+        results()->setResults(told + u'\n' + words, *this);
+    }
+    results()->appendVerdicts(verdicts(), *this);
 }
 
-/// The file that a complaint names at its end, in brackets; the list itself when it names none.
-QString CreateST5Task::fileIn(const QString& complaint) const {
-    const qsizetype first = complaint.indexOf(u": [");
-    return complaint.endsWith(u']') && first >= 0
-               ? complaint.mid(first + 3, complaint.size() - first - 4)
-               : fileName();
+/// Writes the file if there is anything to write; gives a sentence about an earlier one.
+QString CreateST5Task::save(const QString& header) const {
+    const QStringList lines = entries();
+    if (lines.isEmpty()) {
+        return {};
+    }
+    QString text = header;
+    for (const QString& line : lines) {
+        text += text.size() == 1 ? line : u'\n' + line;
+    }
+    if (std::all_of(runs_.begin(), runs_.end(),
+                    [](const HashRun& run) { return run.isComplete(); })) {
+        checksumfiles::write(fileName(), text);
+        return {};
+    }
+    return checksumfiles::writeIncomplete(fileName(), text);
+}
+
+/// The lines of all runs, in the order of the files.
+QStringList CreateST5Task::entries() const {
+    std::vector<HashRun::Entry> all;
+    for (const HashRun& run : runs_) {
+        all.insert(all.end(), run.entries().begin(), run.entries().end());
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    QStringList lines;
+    for (HashRun::Entry& entry : all) {
+        lines << std::move(entry.second);
+    }
+    return lines;
+}
+
+Verdicts CreateST5Task::verdicts() const {
+    Verdicts verdicts;
+    for (const HashRun& run : runs_) {
+        for (const auto& [file, words] : run.remarks()) {
+            verdicts.push_back({fileName(),
+                                file.isEmpty() ? fileName() : file,
+                                Verdict::Kind::Unreadable,
+                                {},
+                                {},
+                                words});
+        }
+    }
+    return verdicts;
+}
+
+/// A line each.
+QString CreateST5Task::words() const {
+    QString all;
+    for (const HashRun& run : runs_) {
+        for (const QString& line : run.words()) {
+            all += line + u'\n';
+        }
+    }
+    return all;
 }
 
 void CreateST5Task::finalCleanup() {

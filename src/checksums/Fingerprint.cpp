@@ -1,9 +1,11 @@
 #include "checksums/Fingerprint.h"
 
+#include "checksums/ToolWords.h"
 #include "engine/NSTaskWrapperSync.h"
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -35,18 +37,33 @@ qsizetype id3Size(const QByteArray& bytes) {
     return id3HeaderSize + size + ((byteAt(bytes, flags) & hasFooter) != 0 ? id3FooterSize : 0);
 }
 
+/// Whether the tool has ended by itself, and no signal has ended it.
+bool isOwnEnd(int exitStatus) {
+    constexpr int signalled = 128;
+    return exitStatus < signalled;
+}
+
 } // namespace
 
-QString entry(const ToolsFolder& tools, const QString& path) {
+tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& path) {
     const QFileInfo info(path);
     if (info.exists() && !info.isFile() && !info.isDir()) {
         // The tool would wait for ever for what comes out of a pipe; these would be its words.
         return path + QStringLiteral(": ERROR: reading metadata, status = "
                                      "\"FLAC__METADATA_CHAIN_STATUS_READ_ERROR\"\n");
     }
-    const QString output = NSTaskWrapperSync(tools, tools.tool(QStringLiteral("metaflac")),
-                                             {QStringLiteral("--show-md5"), path})
-                               .runTask();
+    const QString metaflac = QStringLiteral("metaflac");
+    NSTaskWrapperSync run(tools, tools.tool(metaflac), {QStringLiteral("--show-md5"), path});
+    const QString output = run.runTask();
+    const auto status = run.exitStatus();
+    if (!status) {
+        return tl::make_unexpected(
+            QCoreApplication::translate("Fingerprint", "metaflac could not be started: %1")
+                .arg(output));
+    }
+    if (*status == 0 ? output.isEmpty() : !isOwnEnd(*status) || !isComplaint(output)) {
+        return tl::make_unexpected(toolwords::failureOf(metaflac, *status));
+    }
     return isComplaint(output) ? output : lastPathComponent(path) + u':' + output;
 }
 

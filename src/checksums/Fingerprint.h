@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <tl/expected.hpp>
+
 #include <optional>
 
 /// The fingerprint of a FLAC file: the MD5 of its audio, which the encoder has put into STREAMINFO.
@@ -12,8 +14,9 @@ class ToolsFolder;
 namespace fingerprint {
 
 /// The entry of a fingerprint file as `metaflac --show-md5` gives it, on the calling thread: name,
-/// ":", 32 digits and a line break; or the tool's words when it could not read the file.
-QString entry(const ToolsFolder& tools, const QString& path);
+/// ":", 32 digits and a line break; or the tool's words when it could not read the file. The error
+/// says why there is neither: the tool could not be started, or did not get to its end.
+tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& path);
 
 /// Whether an entry is the tool's complaint.
 bool isComplaint(const QString& entry);

@@ -1,9 +1,11 @@
 #include "checksums/ToolWords.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace quav::toolwords {
@@ -88,6 +90,15 @@ HashPiece hashPiece(const QString& piece) {
         read.fileName = match.captured(1);
     }
     return read;
+}
+
+QString failureOf(const QString& tool, int exitStatus) {
+    constexpr int signalled = 128;
+    return exitStatus > signalled
+               ? QCoreApplication::translate("ToolWords", "%1 was ended by a signal: %2")
+                     .arg(tool, QString::fromLocal8Bit(strsignal(exitStatus - signalled)))
+               : QCoreApplication::translate("ToolWords", "%1 ended with the exit status %2")
+                     .arg(tool, QString::number(exitStatus));
 }
 
 QString hashResult(const QString& output) {

@@ -45,6 +45,9 @@ HashPiece hashPiece(const QString& piece);
 /// it, or the warning, from " warning: " on; whichever came last. Empty when neither came.
 QString hashResult(const QString& output);
 
+/// A sentence about a tool that ended with a status other than 0, as `ChildProcess::ended` has it.
+QString failureOf(const QString& tool, int exitStatus);
+
 /// The marker between digest and name.
 inline const QString hashMarker = QStringLiteral("  [shntool]  ");
 

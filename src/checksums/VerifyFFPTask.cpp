@@ -3,6 +3,7 @@
 #include "checksums/Fingerprint.h"
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
+#include "platform/FlacCount.h"
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 
@@ -54,17 +55,21 @@ QStringList VerifyFFPTask::doVerifyFPP(const checksumlist::List& list) {
 
 /// The entry of a file as it should stand in the list. What the tool would print is read from the
 /// file itself; the tool is asked only when it has something to complain of.
-QString VerifyFFPTask::fingerprint(const QString& path) const {
-    const auto digest = fingerprint::inFile(path);
-    return digest ? lastPathComponent(path) + u':' + *digest
-                  : fingerprint::entry(queue().toolsFolder(), path).trimmed();
+tl::expected<QString, QString> VerifyFFPTask::fingerprint(const QString& path) const {
+    if (const auto digest = fingerprint::inFile(path)) {
+        return lastPathComponent(path) + u':' + *digest;
+    }
+    return fingerprint::entry(queue().toolsFolder(), path).map([](const QString& entry) {
+        return entry.trimmed();
+    });
 }
 
 bool VerifyFFPTask::take(const Line& line, const QString& path) {
     const QString name = lastPathComponent(path);
-    const QString actual = fingerprint(path);
+    const auto read = fingerprint(path);
+    const QString actual = read ? *read : read.error();
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
-    if (fingerprint::isComplaint(actual)) {
+    if (!read || fingerprint::isComplaint(actual)) {
         verdict = checksumfiles::unreadable(fileName(), path, actual);
         verdict.expected = line.entry->digest;
         const QString strictWords = line.strict ? name : invalidFormat();
@@ -106,7 +111,7 @@ void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
 VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
     const QString file = lastPathComponent(path);
     Tested tested;
-    tested.exitStatus = runTool(
+    const int status = runTool(
         QStringLiteral("flac"), {QStringLiteral("-t"), path}, {}, [&](const QString& piece) {
             const QString said = processFlacFileOutput(piece, file);
             if (said == u"ok") {
@@ -117,6 +122,11 @@ VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
             }
         });
     tested.log = toolwords::fromLastProgress(tested.log);
+    if (status != 0) {
+        tested.damage = tr("flac found it damaged");
+    } else if (const auto count = flacCount(path); count && !count->agrees()) {
+        tested.damage = count->difference();
+    }
     return tested;
 }
 
@@ -131,13 +141,13 @@ QString VerifyFFPTask::processFlacFileOutput(const QString& piece, const QString
 }
 
 void VerifyFFPTask::noteDamage(const QString& path, const Tested& tested) {
-    if (tested.exitStatus == 0) {
+    if (tested.damage.isEmpty()) {
         return;
     }
     for (Verdict& verdict : verdicts()) {
         if (verdict.file == path && verdict.kind == Verdict::Kind::Ok) {
             verdict.kind = Verdict::Kind::Failed;
-            verdict.note = tr("flac found it damaged");
+            verdict.note = tested.damage;
         }
     }
 }

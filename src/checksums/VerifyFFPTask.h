@@ -22,12 +22,12 @@ protected:
 private:
     /// What `flac -t` came to for one file.
     struct Tested {
-        QString log; ///< what the report has of it
-        int exitStatus = 0;
+        QString log;    ///< what the report has of it
+        QString damage; ///< what is wrong with it; empty when nothing is
     };
 
     QStringList doVerifyFPP(const checksumlist::List& list);
-    QString fingerprint(const QString& path) const;
+    tl::expected<QString, QString> fingerprint(const QString& path) const;
     bool take(const Line& line, const QString& path);
     void verifyFlacFilesSync(const QStringList& paths);
     Tested test(const QString& path);

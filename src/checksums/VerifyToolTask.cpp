@@ -2,6 +2,7 @@
 
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
+#include "platform/FlacCount.h"
 #include "platform/PathNames.h"
 
 #include <QFileInfo>
@@ -59,8 +60,16 @@ void VerifyToolTask::cleanup() {
     if (exitStatus() != 0) {
         verdict.kind = QFileInfo::exists(path_) ? Verdict::Kind::Failed : Verdict::Kind::Missing;
         verdict.note = lastWords_;
+    } else if (const QString damage = hiddenDamage(); !damage.isEmpty()) {
+        verdict.kind = Verdict::Kind::Failed;
+        verdict.note = damage;
+        setError(true);
     }
     results()->appendVerdicts({verdict}, *this);
+}
+
+QString VerifyToolTask::hiddenDamage() const {
+    return {};
 }
 
 VerifyFlacTask::VerifyFlacTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
@@ -131,6 +140,11 @@ void VerifyFlacTask::cleanup() {
     }
     results()->appendResults(toolwords::fromLastProgress(singleResult_), *this);
     VerifyToolTask::cleanup();
+}
+
+QString VerifyFlacTask::hiddenDamage() const {
+    const auto count = flacCount(path());
+    return count && !count->agrees() ? count->difference() : QString();
 }
 
 VerifyApeTask::VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,

@@ -30,6 +30,12 @@ protected:
 
     void cleanup() override;
 
+    /// What is wrong with the file although the tool has found nothing; empty when nothing is.
+    virtual QString hiddenDamage() const;
+
+    /// The tested file, with its path.
+    const QString& path() const { return path_; }
+
     /// The last component of the tested file.
     const QString& fileName() const { return fileName_; }
 
@@ -59,6 +65,7 @@ public:
 protected:
     void processTaskOutput(const QString& text) override;
     void cleanup() override;
+    QString hiddenDamage() const override;
 
 private:
     QString canceledLine() const;

@@ -22,15 +22,19 @@ void ChecksumRun::setOptions() {
 
 void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
     QObject::connect(&signals, &StopSignals::stopRequested, &tab(), &ChecksumTab::stopWriting);
-    QObject::connect(
-        &tab(), &ChecksumTab::fingerprintsWritten, &face,
-        [&face](const QString& path, const Verdicts& verdicts, const QStringList& warnings) {
-            TaskEnd end;
-            end.title = lastPathComponent(path);
-            end.output = path;
-            end.warnings = warnings;
-            face.finished(end, verdicts);
-        });
+    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &face,
+                     [&face](const QString& path, const Verdicts& verdicts,
+                             const QStringList& warnings, const QStringList& failures) {
+                         TaskEnd end;
+                         if (!failures.isEmpty()) {
+                             end.status = TaskEnd::Status::Failed;
+                             end.error = failures.last();
+                         }
+                         end.title = lastPathComponent(path);
+                         end.output = path;
+                         end.warnings = warnings;
+                         face.finished(end, verdicts);
+                     });
 }
 
 int ChecksumRun::run() {

@@ -11,6 +11,7 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
+#include <QHash>
 #include <QMap>
 #include <QSet>
 
@@ -26,10 +27,21 @@ bool needsAnotherDecoder(const QString& word) {
     return foreign.contains(word);
 }
 
+/// By the folders that get a list each, whatever the spellings of one of them: of two lists in one
+/// place the second would replace the first.
 QMap<QString, QStringList> outputsByFolder(const ConversionPlan& plan) {
     QMap<QString, QStringList> outputs;
+    QHash<QString, QString> firstSpelling; // by the real folder
+    QHash<QString, QString> spellings;     // to the first one of the same folder
     for (const PlannedConversion& conversion : plan.conversions) {
-        outputs[folderOf(conversion.output)] << conversion.output;
+        const QString folder = folderOf(conversion.output);
+        QString& spelling = spellings[folder];
+        if (spelling.isEmpty()) {
+            QString& first = firstSpelling[folderOf(withRealFolder(conversion.output))];
+            first = first.isEmpty() ? folder : first;
+            spelling = first;
+        }
+        outputs[spelling] << conversion.output;
     }
     return outputs;
 }

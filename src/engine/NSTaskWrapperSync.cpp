@@ -17,8 +17,12 @@ void NSTaskWrapperSync::setDirectory(const QString& path) {
 }
 
 QString NSTaskWrapperSync::runTask() {
-    const auto printed = runToEnd(command_);
-    totalOutput_ = printed ? QString::fromUtf8(*printed) : printed.error();
+    RunningChildren running;
+    QByteArray printed;
+    const auto status =
+        runToEnd(command_, running, [&printed](const QByteArray& bytes) { printed += bytes; });
+    exitStatus_ = status ? std::optional(*status) : std::nullopt;
+    totalOutput_ = status ? QString::fromUtf8(printed) : status.error();
     return totalOutput_;
 }
 

@@ -5,12 +5,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quav {
 
 class ToolsFolder;
 
-/// Runs one tool to its end on the calling thread and keeps everything that it printed. Whether it
-/// succeeded is to be read from the text.
+/// Runs one tool to its end on the calling thread and keeps everything that it printed.
 class NSTaskWrapperSync {
 public:
     NSTaskWrapperSync(const ToolsFolder& tools, const QString& launchPath,
@@ -24,9 +25,13 @@ public:
 
     const QString& output() const { return totalOutput_; }
 
+    /// How it ended, as `ChildProcess::ended` has it; none when it could not be started.
+    std::optional<int> exitStatus() const { return exitStatus_; }
+
 private:
     ChildCommand command_;
     QString totalOutput_;
+    std::optional<int> exitStatus_;
 };
 
 } // namespace quav

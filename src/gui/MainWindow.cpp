@@ -9,6 +9,7 @@
 #include "gui/OutputWindows.h"
 #include "gui/StatusPanel.h"
 #include "gui/WarningsLine.h"
+#include "platform/PathNames.h"
 #include "workbench/Workbench.h"
 
 #include <QAction>
@@ -77,14 +78,18 @@ QWidget* MainWindow::makePage(const QString& label) {
     }
     if (label == tabs::checksum) {
         ChecksumTab& tab = workbench_.checksumTab();
-        connect(
-            &tab, &ChecksumTab::fingerprintsWritten, this,
-            [this](const QString& path, const Verdicts& /*verdicts*/, const QStringList& warnings) {
-                statusBar()->showMessage(tr("Saved %1").arg(path));
-                if (!warnings.isEmpty()) {
-                    outputWindows_.show(warnings.join(u'\n') + u'\n', tr("Warnings"));
-                }
-            });
+        connect(&tab, &ChecksumTab::fingerprintsWritten, this,
+                [this](const QString& path, const Verdicts& /*verdicts*/,
+                       const QStringList& warnings, const QStringList& failures) {
+                    statusBar()->showMessage(failures.isEmpty()
+                                                 ? tr("Saved %1").arg(path)
+                                                 : tr("Failed: %1").arg(lastPathComponent(path)));
+                    QStringList said = failures + warnings;
+                    said.removeDuplicates();
+                    if (!said.isEmpty()) {
+                        outputWindows_.show(said.join(u'\n') + u'\n', tr("Warnings"));
+                    }
+                });
         return new ChecksumPage(tab);
     }
     if (label == tabs::about) {

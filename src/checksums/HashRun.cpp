@@ -1,0 +1,160 @@
+#include "checksums/HashRun.h"
+
+#include "checksums/ToolWords.h"
+#include "platform/ArgumentRoom.h"
+#include "platform/PathNames.h"
+
+#include <QCoreApplication>
+#include <QSet>
+
+#include <algorithm>
+
+namespace quav {
+
+namespace {
+
+QStringList argumentsFor(const QStringList& names) {
+    QStringList arguments{QStringLiteral("hash"), QStringLiteral("-m")};
+    const bool looksLikeOption = std::any_of(
+        names.begin(), names.end(), [](const QString& name) { return name.startsWith(u'-'); });
+    if (looksLikeOption) {
+        // From here on names that begin with a dash are names.
+        arguments << QStringLiteral("--");
+    }
+    return arguments << names;
+}
+
+/// What the first piece of a line that ends in this name has of it.
+QString shownPart(const QString& name) {
+    const auto ends = [](QChar character) {
+        return character == u'\n' || character == u'\r' || character == u'\b';
+    };
+    return name.left(std::find_if(name.begin(), name.end(), ends) - name.begin());
+}
+
+} // namespace
+
+std::vector<HashRun> HashRun::over(const QStringList& files, const QString& tool,
+                                   const QProcessEnvironment& environment) {
+    struct Open {
+        std::size_t run;
+        std::uint64_t taken; ///< of the command line, in bytes
+    };
+    const std::uint64_t room = argumentRoom(tool, environment);
+    const std::uint64_t fixed = argumentCost(QStringLiteral("hash")) +
+                                argumentCost(QStringLiteral("-m")) +
+                                argumentCost(QStringLiteral("--"));
+    std::vector<HashRun> runs;
+    QHash<QString, Open> open; // by folder
+    for (qsizetype i = 0; i < files.size(); ++i) {
+        const QString folder = folderOf(files[i]);
+        const QString name = lastPathComponent(files[i]);
+        const std::uint64_t cost = argumentCost(name);
+        const auto place = static_cast<std::size_t>(i);
+        auto found = open.find(folder);
+        const bool fits = found != open.end() && found->taken + cost <= room;
+        if (!fits || !runs[found->run].add(name, place)) {
+            runs.push_back(HashRun(folder));
+            runs.back().add(name, place);
+            found = open.insert(folder, {runs.size() - 1, fixed});
+        }
+        found->taken += cost;
+    }
+    return runs;
+}
+
+bool HashRun::add(const QString& name, std::size_t place) {
+    const QString shown = shownPart(name);
+    if (indexes_.contains(shown)) {
+        return false;
+    }
+    indexes_.insert(shown, places_.size());
+    names_ << name;
+    places_.push_back(place);
+    hashed_.push_back(false);
+    return true;
+}
+
+QStringList HashRun::arguments() const {
+    return argumentsFor(names_);
+}
+
+void HashRun::take(const QString& piece) {
+    const bool isWhole = piece.endsWith(u'\n');
+    const QString line = isWhole ? piece.chopped(1) : piece;
+    lastIsCut_ = false;
+    const qsizetype marker = line.indexOf(toolwords::hashMarker);
+    if (marker < 0) {
+        if (line.startsWith(u"shntool [hash]: ")) {
+            complaints_ << line;
+        }
+        return;
+    }
+    const auto index = indexes_.constFind(line.mid(marker + toolwords::hashMarker.size()));
+    if (index != indexes_.constEnd()) {
+        hashed_[*index] = true;
+        entries_.emplace_back(places_[*index], line);
+    } else {
+        entries_.emplace_back(entries_.empty() ? places_.front() : entries_.back().first, line);
+    }
+    lastIsCut_ = !isWhole;
+}
+
+void HashRun::fail(const QString& reason) {
+    failure_ = reason;
+    if (!lastIsCut_) {
+        return;
+    }
+    const std::size_t place = entries_.back().first;
+    entries_.pop_back();
+    const auto at = std::lower_bound(places_.begin(), places_.end(), place);
+    hashed_[static_cast<std::size_t>(at - places_.begin())] = false;
+    lastIsCut_ = false;
+}
+
+/// The file that a complaint names at its end, in brackets; empty when it names none of the run's.
+QString HashRun::fileIn(const QString& complaint) const {
+    const qsizetype first = complaint.indexOf(u": [");
+    if (!complaint.endsWith(u']') || first < 0) {
+        return {};
+    }
+    const QString name = complaint.mid(first + 3, complaint.size() - first - 4);
+    return indexes_.contains(name) ? joinPath(folder_, name) : QString();
+}
+
+bool HashRun::isComplete() const {
+    return std::find(hashed_.begin(), hashed_.end(), false) == hashed_.end();
+}
+
+QStringList HashRun::words() const {
+    const auto all = remarks();
+    const bool saysWhy = !complaints_.isEmpty() &&
+                         std::none_of(all.begin(), all.end(), [this](const Remark& remark) {
+                             return remark.second == failure_;
+                         });
+    return saysWhy || failure_.isEmpty() ? complaints_ : complaints_ + QStringList{failure_};
+}
+
+std::vector<HashRun::Remark> HashRun::remarks() const {
+    std::vector<Remark> all;
+    QSet<QString> named;
+    for (const QString& complaint : complaints_) {
+        const QString file = fileIn(complaint);
+        if (file.isEmpty() || !named.contains(file)) {
+            all.emplace_back(file, complaint);
+            named.insert(file);
+        }
+    }
+    for (qsizetype i = 0; i < names_.size(); ++i) {
+        const QString file = joinPath(folder_, names_[i]);
+        if (!hashed_[static_cast<std::size_t>(i)] && !named.contains(file)) {
+            all.emplace_back(
+                file, failure_.isEmpty()
+                          ? QCoreApplication::translate("HashRun", "shntool gave no digest of it")
+                          : failure_);
+        }
+    }
+    return all;
+}
+
+} // namespace quav
