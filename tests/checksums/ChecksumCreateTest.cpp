@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace quav;
@@ -36,6 +37,37 @@ void create(Bench& bench, ChecksumKind kind, const QStringList& files) {
         bench.run(bench.checksum);
     }
 }
+
+/// The entry that a file has by the tools alone.
+QString entryOf(ChecksumKind kind, const QString& file, const QString& name) {
+    switch (kind) {
+    case ChecksumKind::Md5:
+        return QString::fromLatin1(md5Of(file)) + u" *"_s + name;
+    case ChecksumKind::St5:
+        return QString::fromLatin1(run(u"shntool"_s, {u"hash"_s, u"-q"_s, file}).output.left(32)) +
+               u"  [shntool]  "_s + name;
+    case ChecksumKind::Ffp:
+        return name + u':' +
+               QString::fromLatin1(run(u"metaflac"_s, {u"--show-md5"_s, file}).output.trimmed());
+    }
+    return {};
+}
+
+/// A lower limit of the stack, and with it of the room for arguments, while it lives.
+class SmallStack {
+public:
+    explicit SmallStack(rlim_t bytes) {
+        ::getrlimit(RLIMIT_STACK, &before_);
+        const rlimit small{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_STACK, &small);
+    }
+    ~SmallStack() { ::setrlimit(RLIMIT_STACK, &before_); }
+    SmallStack(const SmallStack&) = delete;
+    SmallStack& operator=(const SmallStack&) = delete;
+
+private:
+    rlimit before_{};
+};
 
 void clearFingerprint(const QString& flac) {
     constexpr qint64 md5InStreamInfo = 26;
@@ -235,8 +267,10 @@ private Q_SLOTS:
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
             bench.checksum.setCreateChecksumOptions(kind);
             bench.checksum.addFiles({wav});
+            bench.prompts.answers = {true};
             bench.run(bench.checksum);
         }
+        bench.prompts.answers = {true};
         QCOMPARE(bench.failed, (QStringList{u"Creating MD5"_s, u"Create ST5"_s}));
         QVERIFY(bench.reports.value(0).contains(u"could not be written"));
         QVERIFY2(bench.reports.value(1).startsWith(u"“"), qPrintable(bench.reports.value(1)));
@@ -270,6 +304,171 @@ private Q_SLOTS:
         QCOMPARE(bench.checksum.fileNames().size(), 1);
     }
 
+    void eachEntryIsOfItsOwnFileAndLeadsToItOrTheUserIsAsked_data() {
+        columns<ChecksumKind, QString, QString, QString, QString>("kind", "files", "list", "names",
+                                                                  "question");
+        const QString two = u"2 names in this list will not lead to their files."_s;
+        const QString twins = u"d1/t.flac d2/t.flac"_s;
+        row("ST5, twins", ChecksumKind::St5, twins, u"l.st5"_s, u"t.flac t.flac"_s,
+            two + u" 1 name stands in it more than once."_s);
+        row("ST5, twins, beside one", ChecksumKind::St5, twins, u"d1/l.st5"_s, u"t.flac t.flac"_s,
+            u"1 name in this list will not lead to its file. 1 name stands"_s);
+        row("ST5, by turns", ChecksumKind::St5, u"d1/a.flac d2/a.flac d1/b.flac d2/b.flac"_s,
+            u"l.st5"_s, u"a.flac a.flac b.flac b.flac"_s,
+            u"4 names in this list will not lead to "
+            "their files. 2 names stand in it more than once."_s);
+        row("ST5, elsewhere", ChecksumKind::St5, u"d1/a.flac d1/b.flac"_s, u"out/l.st5"_s,
+            u"a.flac b.flac"_s, two);
+        row("ST5, beside", ChecksumKind::St5, u"d1/b.flac d1/a.flac"_s, u"d1/l.st5"_s,
+            u"b.flac a.flac"_s, QString());
+        row("FFP, twins", ChecksumKind::Ffp, twins, u"l.ffp"_s, u"t.flac t.flac"_s, two);
+        row("FFP, beside", ChecksumKind::Ffp, u"d1/b.flac d1/a.flac"_s, u"d1/l.ffp"_s,
+            u"b.flac a.flac"_s, QString());
+        row("MD5, above", ChecksumKind::Md5, twins, u"l.md5"_s, u"/d1/t.flac /d2/t.flac"_s,
+            QString());
+        row("MD5, elsewhere", ChecksumKind::Md5, twins, u"out/l.md5"_s, u"t.flac t.flac"_s,
+            two + u" 1 name stands in it more than once."_s);
+        row("MD5, beside one", ChecksumKind::Md5, twins, u"d2/l.md5"_s, u"t.flac t.flac"_s,
+            u"1 name in this list will not lead to its file. 1 name stands"_s);
+    }
+    void eachEntryIsOfItsOwnFileAndLeadsToItOrTheUserIsAsked() {
+        QFETCH(ChecksumKind, kind);
+        QFETCH(QString, files);
+        QFETCH(QString, list);
+        QFETCH(QString, names);
+        QFETCH(QString, question);
+        Bench bench;
+        QStringList paths;
+        QStringList entries;
+        unsigned seed = 1;
+        for (const QString& file : files.split(u' ')) {
+            paths << bench.flac(file, {.frames = 5000, .seed = ++seed});
+            entries << entryOf(kind, paths.back(),
+                               names.section(u' ', entries.size(), entries.size()));
+        }
+        bench.checksum.setCommandOptions(Command::Create);
+        bench.checksum.setCreateChecksumOptions(kind);
+        bench.prompts.savePath = bench.path(list);
+        const auto press = [&](bool answer) {
+            bench.prompts.answers = {answer};
+            bench.checksum.addFiles(paths);
+            const CommandOutcome outcome = bench.press(bench.checksum);
+            QTRY_COMPARE(bench.workbench.queue().taskCount(), 0);
+            return outcome;
+        };
+        if (!question.isEmpty()) {
+            QCOMPARE(press(false), CommandOutcome::Declined);
+            QVERIFY(!QFile::exists(bench.path(list)));
+            const Question& asked = bench.prompts.questions.at(0);
+            QVERIFY2(asked.title.startsWith(question), qPrintable(asked.title));
+            QVERIFY2(asked.message.contains(u"” would be “"_s) &&
+                         asked.message.contains(u"make one for the files of each folder"_s),
+                     qPrintable(asked.message));
+        }
+        QVERIFY(press(true) != CommandOutcome::Declined);
+        QCOMPARE(bench.prompts.questions.size(), question.isEmpty() ? 0 : 2);
+        QCOMPARE(QString::fromUtf8(contents(bench.path(list))).section(u"\n\n"_s, 1).trimmed(),
+                 entries.join(u'\n'));
+        verify(bench, {bench.path(list)});
+        QCOMPARE(VerdictCounts(bench.verdicts).allOk(), question.isEmpty());
+    }
+
+    void namesTooLongForOneCommandLineAreHashedInSeveralRuns() {
+        Bench bench;
+        const QString first =
+            bench.wav(u"d/%1.wav"_s.arg(0, 240, 10, QLatin1Char('0')), {.frames = 600});
+        QStringList files{first};
+        constexpr int count = 1200;
+        for (int number = 1; number < count; ++number) {
+            files << bench.path(u"d/%1.wav"_s.arg(number, 240, 10, QLatin1Char('0')));
+            QVERIFY(QFile::link(first, files.back()));
+        }
+        wrapTool(bench.toolsDir.filePath(u"shntool"_s),
+                 u"echo >>'%1'"_s.arg(bench.path(u"runs"_s)));
+        const SmallStack small(rlim_t(1) << 20);
+        create(bench, ChecksumKind::St5, files);
+        QVERIFY2(bench.failed.isEmpty(), qPrintable(bench.reports.join(u'\n')));
+        QCOMPARE(contents(bench.path(u"runs"_s)).size(), 2);
+        const QString digest = entryOf(ChecksumKind::St5, first, {});
+        QString expected;
+        for (const QString& file : std::as_const(files)) {
+            expected += digest + QFileInfo(file).fileName() + u'\n';
+        }
+        QVERIFY(entriesOf(bench.path(u"d/checksum.st5"_s), u";shntool st5 checksums"_s) + u'\n' ==
+                expected);
+    }
+
+    void aToolThatFailsGivesNoEntry_data() {
+        columns<ChecksumKind, QString, QString, QString, QString>("kind", "script", "entries",
+                                                                  "aside", "says");
+        const QString killed = u"ended by a signal: Killed"_s;
+        const QString atB = u"case \"$*\" in *b.flac) %1;; esac"_s;
+        row("FFP, killed", ChecksumKind::Ffp, atB.arg(u"\"$real\" \"$@\"; kill -9 $$"_s),
+            u"a.flac c.flac"_s, u"kept"_s, killed);
+        row("FFP, failed", ChecksumKind::Ffp, atB.arg(u"echo x; exit 3"_s), u"a.flac c.flac"_s,
+            u"kept"_s, u"exit status 3"_s);
+        row("FFP, never", ChecksumKind::Ffp, u"kill -9 $$"_s, QString(), QString(), killed);
+        row("ST5, killed", ChecksumKind::St5, u"\"$real\" hash a.flac b.flac; kill -9 $$"_s,
+            u"a.flac b.flac"_s, u"kept"_s, killed);
+        row("ST5, cut", ChecksumKind::St5,
+            u"\"$real\" hash a.flac b.flac c.flac | head -c -1; kill -9 $$"_s, u"a.flac b.flac"_s,
+            u"kept"_s, killed);
+        row("ST5, never", ChecksumKind::St5, u"kill -9 $$"_s, QString(), QString(), killed);
+        row("FFP, not startable", ChecksumKind::Ffp, QString(), QString(), QString(),
+            u"could not be started: "_s);
+        row("ST5, not startable", ChecksumKind::St5, QString(), QString(), QString(),
+            u"could not be started: "_s);
+    }
+    void aToolThatFailsGivesNoEntry() {
+        QFETCH(ChecksumKind, kind);
+        QFETCH(QString, script);
+        QFETCH(QString, entries);
+        QFETCH(QString, aside);
+        QFETCH(QString, says);
+        Bench bench;
+        const bool isFfp = kind == ChecksumKind::Ffp;
+        const QString list = bench.path(isFfp ? u"d/fingerprint.ffp.txt"_s : u"d/checksum.st5"_s);
+        const QString tool = isFfp ? u"metaflac"_s : u"shntool"_s;
+        QStringList files;
+        for (const QString& name : {u"a.flac"_s, u"b.flac"_s, u"c.flac"_s}) {
+            files << bench.flac(u"d/"_s + name, {.frames = 5000});
+        }
+        create(bench, kind, files);
+        const QByteArray before = contents(list);
+        bench.written(list.mid(bench.path({}).size()) + u".old"_s, "somebody's");
+        if (script.isEmpty()) {
+            QFile::remove(bench.toolsDir.filePath(tool));
+            QFile broken(bench.toolsDir.filePath(tool));
+            QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("#!/no/such\n") > 0);
+            broken.close();
+            QVERIFY(broken.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        } else {
+            wrapTool(bench.toolsDir.filePath(tool), script);
+        }
+        QStringList failures;
+        QObject::connect(&bench.checksum, &ChecksumTab::fingerprintsWritten, &bench.checksum,
+                         [&](const QString&, const Verdicts&, const QStringList&,
+                             const QStringList& told) { failures = told; });
+        create(bench, kind, files);
+        const QString report = isFfp ? failures.join(u'\n') : bench.reports.join(u'\n');
+        QVERIFY2(report.contains(says), qPrintable(report));
+        QCOMPARE(bench.failed.size(), isFfp ? 0 : 1);
+        QCOMPARE(contents(list + u".old"_s), "somebody's");
+        if (aside.isEmpty()) {
+            QCOMPARE(contents(list), before);
+            QVERIFY(!QFile::exists(list + u".old.2"_s));
+            return;
+        }
+        QCOMPARE(contents(list + u".old.2"_s), before);
+        QVERIFY2(report.contains(list + u".old.2"_s), qPrintable(report));
+        QStringList expected;
+        for (const QString& name : entries.split(u' ')) {
+            expected << entryOf(kind, bench.path(u"d/"_s + name), name);
+        }
+        QCOMPARE(QString::fromUtf8(contents(list)).section(u"\n\n"_s, 1).trimmed(),
+                 expected.join(u'\n'));
+    }
+
     void encodesAreFollowedByAFingerprintFileInEachFolder() {
         Bench bench;
         const QStringList sources{bench.wav(u"a/1.wav"_s), bench.wav(u"a/2.wav"_s, {.seed = 2}),
@@ -295,6 +494,25 @@ private Q_SLOTS:
         QCOMPARE(bench.press(bench.encode), CommandOutcome::Declined);
         QCOMPARE(contents(bench.path(u"a/fingerprint.ffp.txt"_s)), "theirs\n");
         bench.encode.clearFiles();
+
+        // Two spellings of one folder share one list; a tool that fails leaves the earlier one.
+        QVERIFY(QFile::link(bench.path(u"a"_s), bench.path(u"same"_s)));
+        QFile::remove(bench.path(u"a/fingerprint.ffp.txt"_s));
+        QFile::remove(bench.path(u"a/2.flac"_s));
+        bench.encode.addFiles({sources[0], bench.path(u"same/2.wav"_s)});
+        bench.run(bench.encode);
+        QCOMPARE(entries(u"a"_s).count(u'\n'), 2);
+        const QByteArray whole = contents(bench.path(u"a/fingerprint.ffp.txt"_s));
+        wrapTool(bench.toolsDir.filePath(u"metaflac"_s),
+                 u"case \"$*\" in *2.flac) kill -9 $$;; esac"_s);
+        QFile::remove(bench.path(u"a/1.flac"_s));
+        QFile::remove(bench.path(u"a/2.flac"_s));
+        bench.encode.addFiles({sources[0], bench.path(u"same/2.wav"_s)});
+        bench.run(bench.encode);
+        QCOMPARE(bench.failed, QStringList{u"Create FFP checksum file"_s});
+        QCOMPARE(entries(u"a"_s).count(u'\n'), 1);
+        QCOMPARE(contents(bench.path(u"a/fingerprint.ffp.txt.old"_s)), whole);
+        QVERIFY(bench.reports.last().contains(u"a/fingerprint.ffp.txt.old”"_s));
 
         // A batch that comes to nothing leaves the earlier list alone.
         const QByteArray before = contents(bench.path(u"b/fingerprint.ffp.txt"_s));

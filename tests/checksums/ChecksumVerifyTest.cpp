@@ -119,6 +119,52 @@ private Q_SLOTS:
         QCOMPARE(bench.workbench.queue().warnings().join(u'\n').contains(u"looked up"), leadsAway);
     }
 
+    void aWrongCountOfSamplesFailsWhateverTheToolSays() {
+        Bench bench;
+        constexpr quint64 frames = 30011;
+        constexpr int bits = 36;
+        const QString good = bench.flac(u"good.flac"_s, {.frames = frames});
+        const QByteArray bytes = contents(good);
+        const auto withTotal = [&](const QString& name, quint64 total) {
+            constexpr qsizetype lastOfTotal = 25;
+            QByteArray changed = bytes;
+            for (qsizetype i = 0; i < 5; ++i) {
+                const quint64 kept = i == 4 ? quint64(bytes[lastOfTotal - i]) & 0xf0U : 0;
+                changed[lastOfTotal - i] =
+                    char(kept | (total >> (8 * i) & (i == 4 ? 0xfU : 0xffU)));
+            }
+            return bench.written(name, changed);
+        };
+        QCOMPARE(contents(withTotal(u"same.flac"_s, frames)), bytes);
+        QStringList files{good, withTotal(u"unset.flac"_s, 0)};
+        for (int bit = 0; bit < bits; ++bit) {
+            files << withTotal(u"bit%1.flac"_s.arg(bit), frames ^ (quint64(1) << bit));
+        }
+        bench.checksum.addFiles(files);
+        bench.run(bench.checksum);
+        const QString report = bench.reports.join(u'\n');
+        QCOMPARE(bench.verdicts.size(), files.size());
+        QVERIFY(report.contains(u"good.flac: ok"_s) && report.contains(u"unset.flac: "_s));
+        QCOMPARE(words({bench.verdicts.begin(), bench.verdicts.begin() + 2}), u"ok ok");
+        for (int bit = 0; bit < bits; ++bit) {
+            const Verdict& verdict = bench.verdicts[static_cast<size_t>(bit) + 2];
+            QVERIFY2(verdict.kind == Verdict::Kind::Failed, qPrintable(verdict.file));
+            // flac itself has no word about a total that is too small.
+            const bool isTooSmall = (frames >> bit & 1) != 0;
+            QCOMPARE(report.contains(u"\nbit%1.flac: ok\n"_s.arg(bit)), isTooSmall);
+            QCOMPARE(verdict.note.startsWith(u"its beginning tells of "_s), isTooSmall);
+        }
+        QCOMPARE(bench.failed.size(), bits);
+
+        const QString fingerprint =
+            QString::fromLatin1(run(u"metaflac"_s, {u"--show-md5"_s, good}).output);
+        bench.written(u"l.ffp"_s, (u"good.flac:%1bit3.flac:%1"_s.arg(fingerprint)).toUtf8());
+        verify(bench, {bench.path(u"l.ffp"_s)});
+        QCOMPARE(words(bench.verdicts), u"ok failed");
+        QCOMPARE(bench.verdicts[1].note,
+                 u"its beginning tells of 30,003 samples, and it has 30,011");
+    }
+
     void whatIsNoListIsToldAndHarmless_data() {
         columns<QString, QString>("kind", "says");
         row("gigabyte.md5", u"gigabyte.md5"_s, u"larger than any list"_s);

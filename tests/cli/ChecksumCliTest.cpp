@@ -1,6 +1,7 @@
 #include "cli/Cli.h"
 #include "support/Table.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -53,9 +54,16 @@ private Q_SLOTS:
             QVERIFY(cli.shell(u"cd in && md5sum -c --strict md5sum.md5"_s).status == 0);
         }
         const QString elsewhere = cli.path(u"else where"_s);
-        QCOMPARE(
-            checksum({u"create"_s, u"--kind"_s, kind, u"--save"_s, elsewhere, cli.in({})}).status,
-            0);
+        // Its names would lead nowhere from there.
+        const QStringList create{u"create"_s, u"--kind"_s, kind,
+                                 u"--save"_s, elsewhere,   cli.in({})};
+        const Ran asked = checksum(create);
+        QVERIFY2(asked.errors.contains("names in this list will not lead to their files"),
+                 asked.errors.constData());
+        QCOMPARE(asked.status, 3);
+        QCOMPARE(checksum(create + QStringList{u"--no"_s}).status, 3);
+        QVERIFY(!QFile::exists(elsewhere));
+        QCOMPARE(checksum(create + QStringList{u"--yes"_s}).status, 0);
         // The list beside the files is one of the files now, for the kind that takes any.
         const QByteArray first = contents(cli.in(name));
         const QByteArray second = contents(elsewhere);
@@ -124,6 +132,40 @@ private Q_SLOTS:
         QVERIFY2(ran.errors.contains(says.toUtf8()), ran.errors.constData());
         QCOMPARE(contents(cli.in(u"x.txt"_s)), "a text\n");
         QVERIFY(!QFile::exists(cli.in(u"md5sum.md5"_s)));
+    }
+
+    void aFileWithoutAnEntryIsTold_data() {
+        columns<QString, QString, QString>("kind", "script", "says");
+        row("FFP, killed", u"ffp"_s, u"case \"$*\" in *b.flac) kill -9 $$;; esac"_s,
+            u"ended by a signal: Killed"_s);
+        row("FFP, complaint", u"ffp"_s, QString(), u"has no entry but what metaflac said of it"_s);
+        row("ST5, killed", u"st5"_s, u"\"$real\" hash a.flac; kill -9 $$"_s,
+            u"ended by a signal: Killed"_s);
+    }
+    void aFileWithoutAnEntryIsTold() {
+        QFETCH(QString, kind);
+        QFETCH(QString, script);
+        QFETCH(QString, says);
+        const Cli cli;
+        const QString list = cli.in(kind == u"ffp" ? u"fingerprint.ffp.txt"_s : u"checksum.st5"_s);
+        cli.flac(u"a.flac"_s);
+        cli.flac(u"b.flac"_s);
+        const QStringList create{u"create"_s, u"--kind"_s, kind, u"--beside"_s, cli.in({})};
+        QCOMPARE(checksum(create).status, 0);
+        const QByteArray before = contents(list);
+        if (script.isEmpty()) {
+            writeFile(cli.in(u"b.flac"_s), "no sound");
+        } else {
+            wrapTool(cli.tool(kind == u"ffp" ? u"metaflac"_s : u"shntool"_s), script);
+        }
+        const Ran ran = checksum(create);
+        QCOMPARE(ran.status, 1);
+        QVERIFY2(ran.errors.contains(says.toUtf8()), ran.errors.constData());
+        QVERIFY2(ran.errors.contains(list.toUtf8() + ".old”"), ran.errors.constData());
+        QCOMPARE(contents(list + u".old"_s), before);
+        const QString text = QString::fromUtf8(contents(list));
+        QCOMPARE(text.count(QRegularExpression(u"[0-9a-f]{32}"_s)), 1);
+        QCOMPARE(text.contains(u"FLAC__METADATA_CHAIN"_s), script.isEmpty());
     }
 
     void encodesBringTheirFingerprints() {

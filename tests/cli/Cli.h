@@ -49,7 +49,7 @@ public:
     QString path(const QString& name) const { return folder_.filePath(name); }
     QString in(const QString& name) const { return path(u"in/"_s + name); }
     QString out(const QString& name) const { return path(u"out/"_s + name); }
-    QString tool() const { return tools_.filePath(u"flac"_s); }
+    QString tool(const QString& name = u"flac"_s) const { return tools_.filePath(name); }
     QString settingsFile() const { return config_.filePath(u"quav/quav.ini"_s); }
 
     static QString program() { return QStringLiteral(QUAV_CLI); }

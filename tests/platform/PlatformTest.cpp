@@ -1,5 +1,6 @@
 #include "platform/AudioProbe.h"
 #include "platform/DirectoryWalk.h"
+#include "platform/FlacCount.h"
 #include "platform/MainThread.h"
 #include "platform/NaturalOrder.h"
 #include "platform/PathNames.h"
@@ -12,6 +13,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -188,6 +190,61 @@ private Q_SLOTS:
         QTEST(isAiffOrWav(probed), "plain");
         QTEST(isAppleLossless(probed), "lossless");
         QVERIFY(!isAiffOrWav(dir.path()) && !isAppleLossless(u"/no/such.m4a"_s));
+    }
+
+    void aFlacFileIsAsLongAsItsLastFrameSays_data() {
+        quav::test::columns<int, int, int, int, QByteArray, QByteArray>(
+            "block", "frames", "channels", "bits", "before", "behind");
+        const QByteArray id3 = QByteArray("ID3\x04\0\0\0\0\0\x0a", 10) + QByteArray(10, 'x');
+        const QByteArray ape = "APETAGEX" +
+                               QByteArray("\xd0\7\0\0\x28\0\0\0\0\0\0\0\0\0\0\x80", 16) +
+                               QByteArray(8, '\0');
+        const QByteArray apeTag = QByteArray(40, 'x') + ape;
+        const QByteArray none;
+        row("one sample", 4096, 1, 1, 16, none, none);
+        row("one block", 4096, 4096, 2, 16, none, none);
+        row("and one more", 4096, 4097, 2, 24, none, none);
+        row("smallest blocks", 16, 40000, 2, 16, none, none);
+        row("largest blocks", 65535, 200001, 8, 24, none, none);
+        row("192", 192, 1000, 1, 8, none, none);
+        row("576", 576, 99999, 6, 16, none, none);
+        row("odd", 9999, 99999, 2, 32, none, none);
+        row("tags", 1152, 99999, 2, 16, id3 + id3, apeTag + "TAG" + QByteArray(125, ' '));
+        row("tags, too", 4608, 70000, 2, 16, none, "TAG" + QByteArray(125, ' ') + apeTag);
+    }
+    void aFlacFileIsAsLongAsItsLastFrameSays() {
+        QFETCH(int, block);
+        QFETCH(int, frames);
+        QFETCH(int, channels);
+        QFETCH(int, bits);
+        const QTemporaryDir dir;
+        const QString raw = dir.filePath(u"a.raw"_s);
+        const QString flac = dir.filePath(u"a.flac"_s);
+        QByteArray noise(qsizetype(frames) * channels * bits / 8, Qt::Uninitialized);
+        std::minstd_rand random(7);
+        std::generate(noise.begin(), noise.end(), [&] { return char(random() >> 8); });
+        write(raw, noise);
+        const auto ran = quav::test::run(
+            u"flac"_s, QStringList{u"-s"_s, u"--lax"_s, u"--force-raw-format"_s, u"--sign=signed"_s,
+                                   u"--endian=little"_s, u"--sample-rate=44056"_s,
+                                   u"--channels=%1"_s.arg(channels), u"--bps=%1"_s.arg(bits),
+                                   u"-b"_s, QString::number(block), raw, u"-o"_s, flac});
+        QVERIFY2(ran.status == 0, ran.errors.constData());
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, behind);
+        write(flac, before + contents(flac) + behind);
+        const auto count = flacCount(flac);
+        QVERIFY(count);
+        QCOMPARE(count->told, quint64(frames));
+        QCOMPARE(count->held, quint64(frames));
+        // A byte of the last frame, and there is no such frame.
+        QFile file(flac);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() - behind.size() - 1));
+        const char byte = char(~file.peek(1)[0]);
+        file.write(&byte, 1);
+        file.close();
+        const auto damaged = flacCount(flac);
+        QVERIFY(!damaged || damaged->held != quint64(frames));
     }
 
     void postedWorkRunsInOrderFromEveryThread() {

@@ -93,4 +93,15 @@ inline QByteArray contents(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Lets a tool of a tools folder be, but for what a script does before it. "$real" is the tool.
+inline void wrapTool(const QString& tool, const QString& script) {
+    const QString real = QFile::symLinkTarget(tool);
+    QFile file(tool);
+    file.remove();
+    file.open(QIODevice::WriteOnly);
+    file.write(u"#!/bin/sh\nreal='%1'\n%2\nexec \"$real\" \"$@\"\n"_s.arg(real, script).toUtf8());
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+}
+
 } // namespace quav::test
