@@ -3,7 +3,6 @@
 #include "platform/RegularFile.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -262,11 +261,10 @@ std::optional<Frame> lastFrame(const Places& file, const Beginning& beginning, b
 } // namespace
 
 QString FlacCount::difference() const {
-    const QLocale locale = QLocale::c();
     return QCoreApplication::translate("FlacCount",
-                                       "its beginning tells of %1 samples, and it has %2")
-        .arg(locale.toString(static_cast<qulonglong>(told)),
-             locale.toString(static_cast<qulonglong>(held)));
+                                       "its beginning tells of %L1 samples, and it has %L2")
+        .arg(told)
+        .arg(held);
 }
 
 std::optional<FlacCount> flacCount(const QString& path) {
