@@ -62,7 +62,7 @@ QString extension(ChecksumKind kind, const Settings& settings) {
 QString setAside(const QString& path) {
     const QByteArray own = QFile::encodeName(path);
     for (int number = 1;; ++number) {
-        const QString other = path + QStringLiteral(".old") +
+        QString other = path + QStringLiteral(".old") +
                               (number == 1 ? QString() : u'.' + QString::number(number));
         if (::linkat(AT_FDCWD, own.constData(), AT_FDCWD, QFile::encodeName(other).constData(),
                      AT_SYMLINK_FOLLOW) == 0) {
