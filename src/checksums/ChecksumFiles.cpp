@@ -63,7 +63,7 @@ QString setAside(const QString& path) {
     const QByteArray own = QFile::encodeName(path);
     for (int number = 1;; ++number) {
         QString other = path + QStringLiteral(".old") +
-                              (number == 1 ? QString() : u'.' + QString::number(number));
+                        (number == 1 ? QString() : u'.' + QString::number(number));
         if (::linkat(AT_FDCWD, own.constData(), AT_FDCWD, QFile::encodeName(other).constData(),
                      AT_SYMLINK_FOLLOW) == 0) {
             return other;
