@@ -75,7 +75,7 @@ void TextEvents::found(const Verdicts& /*verdicts*/) {
     // The report says it.
 }
 
-void TextEvents::report(const QString& /*title*/, const QString& text) {
+void TextEvents::report(const QString& /*title*/, const ReportText& text) {
     terminal_.print(text);
 }
 
@@ -121,10 +121,14 @@ void JsonEvents::found(const Verdicts& verdicts) {
     }
 }
 
-void JsonEvents::report(const QString& title, const QString& text) {
-    terminal_.print(jsonLine({{QStringLiteral("event"), QStringLiteral("report")},
-                              {QStringLiteral("title"), title},
-                              {QStringLiteral("text"), text}}));
+void JsonEvents::report(const QString& title, const ReportText& text) {
+    // A text may be longer than the memory has room for: its line is written as it is read.
+    terminal_.printPart(QStringLiteral(R"({"event":"report","text":")"));
+    text.read([this](const QByteArray& piece) {
+        terminal_.printPart(jsonCharacters(QString::fromUtf8(piece)));
+    });
+    const QString rest = jsonLine(QJsonObject{{QStringLiteral("title"), title}});
+    terminal_.print(QStringLiteral("\",") + rest.mid(1));
 }
 
 void JsonEvents::summary(const RunSummary& summary) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/TaskEnd.h"
+#include "engine/ReportText.h"
 #include "engine/Verdict.h"
 
 #include <QString>
@@ -31,7 +32,7 @@ public:
 
     virtual void finished(const TaskEnd& end) = 0;
     virtual void found(const Verdicts& verdicts) = 0;
-    virtual void report(const QString& title, const QString& text) = 0;
+    virtual void report(const QString& title, const ReportText& text) = 0;
     virtual void summary(const RunSummary& summary) = 0;
 };
 
@@ -45,7 +46,7 @@ public:
 
     void finished(const TaskEnd& end) override;
     void found(const Verdicts& verdicts) override;
-    void report(const QString& title, const QString& text) override;
+    void report(const QString& title, const ReportText& text) override;
     void summary(const RunSummary& summary) override;
 
 protected:
@@ -62,7 +63,7 @@ public:
 
     void finished(const TaskEnd& end) override;
     void found(const Verdicts& verdicts) override;
-    void report(const QString& title, const QString& text) override;
+    void report(const QString& title, const ReportText& text) override;
     void summary(const RunSummary& summary) override;
 };
 

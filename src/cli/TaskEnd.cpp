@@ -30,7 +30,8 @@ QString reasonOf(const QUAVTask& task) {
             return verdict.note;
         }
     }
-    return reasonIn(task.results()->resultsOf(task));
+    constexpr qint64 readForReason = 1 << 20;
+    return reasonIn(task.results()->reportOf(task).ending(readForReason));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "cli/Terminal.h"
 
 #include "cli/Text.h"
+#include "engine/ReportText.h"
 
 #include <sys/ioctl.h>
 
@@ -43,11 +44,25 @@ void Terminal::say(const QString& message) {
 }
 
 void Terminal::print(const QString& text) {
+    printPart(text.endsWith(u'\n') ? text : text + u'\n');
+}
+
+void Terminal::print(const ReportText& text) {
+    bool endsLine = false;
+    text.read([&](const QByteArray& piece) {
+        printPart(QString::fromUtf8(piece));
+        endsLine = piece.endsWith('\n');
+    });
+    if (!endsLine) {
+        printPart(QStringLiteral("\n"));
+    }
+}
+
+void Terminal::printPart(const QString& text) {
     if (outputIsTerminal_) {
         clear();
     }
-    const QString lines = text.endsWith(u'\n') ? text : text + u'\n';
-    write(stdout, outputIsTerminal_ ? text::printableLines(lines) : lines);
+    write(stdout, outputIsTerminal_ ? text::printableLines(text) : text);
 }
 
 std::optional<QString> Terminal::ask(const QString& prompt) {

@@ -7,6 +7,8 @@
 
 namespace quav {
 
+class ReportText;
+
 /// The three standard streams. Messages and the lines that show progress go to the standard error
 /// stream, results to the standard output. Control characters never reach a terminal.
 class Terminal {
@@ -24,6 +26,10 @@ public:
 
     /// Results: the text and a line break unless it ends in one.
     void print(const QString& text);
+    void print(const ReportText& text);
+
+    /// A part of a result, which goes on.
+    void printPart(const QString& text);
 
     /// The line that the user types behind the prompt; nothing at the end of the input or when
     /// a signal came in between.

@@ -28,7 +28,7 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
                 finished(endOf(*task), task->results()->verdictsOf(*task));
             });
     connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
-            [this](const QString& text, const QString& title) { events_.report(title, text); });
+            [this](const ReportText& text, const QString& title) { events_.report(title, text); });
     redrawTimer_.setSingleShot(true);
     redrawTimer_.setInterval(redrawInterval);
     if (progress == Progress::Shown) {

@@ -52,7 +52,7 @@ void ConversionTask::report(const QString& piece) {
     for (const QString& line : lines) {
         const ToolComplaint complaint = complaintReader_(line, title());
         if (complaint != ToolComplaint::None) {
-            complaints_ << line;
+            complaints_.add(line);
         }
         if (complaint == ToolComplaint::Damage) {
             conversion_.noteDamage();
@@ -70,7 +70,7 @@ void ConversionTask::cleanup() {
     if (exitStatus() != 0) {
         conversion_.giveUp();
     } else {
-        for (const QString& complaint : complaints_) {
+        for (const QString& complaint : complaints_.lines()) {
             addWarning(complaint);
         }
         conversion_.complete();

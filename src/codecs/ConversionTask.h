@@ -49,7 +49,8 @@ protected:
 private:
     FileConversion conversion_;
     ComplaintReader complaintReader_;
-    QStringList complaints_;
+    static constexpr qsizetype mostComplaints = 20;
+    BoundedLines complaints_{mostComplaints};
 };
 
 } // namespace quav

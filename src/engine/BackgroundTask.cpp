@@ -81,6 +81,7 @@ void BackgroundTask::finish() {
     runHook([this] { beforeEnd(); });
     QUAVTask::stopTask();
     reportCompletion();
+    work_.wait(); // its thread has nothing left to do, and would keep its stack
 }
 
 } // namespace quav

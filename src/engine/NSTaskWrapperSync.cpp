@@ -2,7 +2,15 @@
 
 #include "engine/ToolsFolder.h"
 
+#include <algorithm>
+
 namespace quav {
+
+namespace {
+
+constexpr qsizetype mostBytes = 1 << 20;
+
+} // namespace
 
 NSTaskWrapperSync::NSTaskWrapperSync(const ToolsFolder& tools, const QString& launchPath,
                                      const QStringList& arguments)
@@ -19,8 +27,9 @@ void NSTaskWrapperSync::setDirectory(const QString& path) {
 QString NSTaskWrapperSync::runTask() {
     RunningChildren running;
     QByteArray printed;
-    const auto status =
-        runToEnd(command_, running, [&printed](const QByteArray& bytes) { printed += bytes; });
+    const auto status = runToEnd(command_, running, [&printed](const QByteArray& bytes) {
+        printed += QByteArrayView(bytes).first(std::min(bytes.size(), mostBytes - printed.size()));
+    });
     exitStatus_ = status ? std::optional(*status) : std::nullopt;
     totalOutput_ = status ? QString::fromUtf8(printed) : status.error();
     return totalOutput_;

@@ -11,7 +11,8 @@ namespace quav {
 
 class ToolsFolder;
 
-/// Runs one tool to its end on the calling thread and keeps everything that it printed.
+/// Asks one tool something: runs it to its end on the calling thread and keeps what it printed, of
+/// an answer without end the first megabyte.
 class NSTaskWrapperSync {
 public:
     NSTaskWrapperSync(const ToolsFolder& tools, const QString& launchPath,

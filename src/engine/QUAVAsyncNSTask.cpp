@@ -37,6 +37,7 @@ void QUAVAsyncNSTask::startTask() {
                 .toStdString());
     }
     child_ = std::move(child);
+    launched_ = true;
 }
 
 void QUAVAsyncNSTask::taskDataAvailable(const QByteArray& bytes) {
@@ -65,7 +66,7 @@ void QUAVAsyncNSTask::stopTask() {
 }
 
 void QUAVAsyncNSTask::terminateTool() {
-    if (wasLaunched()) {
+    if (child_) {
         child_->terminate();
     }
 }
@@ -74,6 +75,19 @@ void QUAVAsyncNSTask::finish() {
     QUAVTask::stopTask();
     runHook([this] { finalCleanup(); });
     reportCompletion();
+    letGo();
+}
+
+/// A task that has ended keeps its row for as long as the others run, and there may be thousands.
+void QUAVAsyncNSTask::letGo() {
+    child_.reset();
+    cleanupWork_.wait();
+    pieces_ = {};
+    terminal_ = {};
+    command_.environment = QProcessEnvironment();
+    if (!error()) {
+        command_.arguments.clear(); // those of a failed one are yet to be logged
+    }
 }
 
 void QUAVAsyncNSTask::abandon() {

@@ -46,7 +46,7 @@ public:
     QString description() const override;
 
     /// True once the tool has been started.
-    bool wasLaunched() const { return child_ != nullptr; }
+    bool wasLaunched() const { return launched_; }
 
     /// The tool's exit status, once it has ended.
     std::optional<int> exitStatus() const { return exitStatus_; }
@@ -69,9 +69,11 @@ private:
     void taskDataAvailable(const QByteArray& bytes);
     void toolEnded(int exitStatus);
     void finish();
+    void letGo();
 
     ChildCommand command_;
-    std::unique_ptr<ChildProcess> child_;
+    std::unique_ptr<ChildProcess> child_; ///< until the task ends
+    bool launched_ = false;
     ToolPieces pieces_;
     TerminalText terminal_;
     std::optional<int> exitStatus_;

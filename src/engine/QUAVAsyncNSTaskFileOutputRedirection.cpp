@@ -23,7 +23,7 @@ void QUAVAsyncNSTaskFileOutputRedirection::cleanup() {
     // A report that cannot be written is no failure of the tool.
     QSaveFile file(fileName_);
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(results()->results().toUtf8());
+        results()->report().read([&file](const QByteArray& piece) { file.write(piece); });
         file.commit();
     }
 }

@@ -140,12 +140,12 @@ void QUAVTask::setProgressIndicatorValue(double percent) {
 
 QStringList QUAVTask::warnings() const {
     const std::lock_guard lock(handOver_);
-    return warnings_;
+    return warnings_.lines();
 }
 
 void QUAVTask::addWarning(const QString& line) {
     const std::lock_guard lock(handOver_);
-    warnings_ << line;
+    warnings_.add(line);
 }
 
 void QUAVTask::fillRow(unsigned parts) {

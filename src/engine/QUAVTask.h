@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/BoundedLines.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRow.h"
 
@@ -104,7 +105,7 @@ public:
     double weight() const { return weight_; }
     void setWeight(double weight) { weight_ = weight; }
 
-    /// What the user should know although the task succeeded. Any thread.
+    /// What the user should know although the task succeeded: the first lines of it. Any thread.
     QStringList warnings() const;
     void addWarning(const QString& line);
 
@@ -125,6 +126,8 @@ protected:
     void showProgress(const QString& status, double percent);
 
 private:
+    static constexpr qsizetype mostWarnings = 50;
+
     void fillRow(unsigned parts);
 
     TaskHost& queue_;
@@ -140,7 +143,7 @@ private:
     QString topTextFieldString_;
     QString textFieldString_;
     double progressIndicatorValue_ = 0;
-    QStringList warnings_;
+    BoundedLines warnings_{mostWarnings};
     unsigned pushedParts_ = 0;
 
     std::chrono::steady_clock::time_point startTime_;

@@ -17,7 +17,7 @@ QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
                              const ToolsFolder& tools, MainThread& mainThread,
                              Notifications& notifications)
     : desktop_(desktop), tools_(tools), mainThread_(mainThread),
-      maxThreads_(settings.integer(keys::maxThreads)) {
+      spillFile_(std::make_shared<SpillFile>()), maxThreads_(settings.integer(keys::maxThreads)) {
     connect(&notifications, &Notifications::QUAVMaxThreadsChangedNotification, this,
             &QUAVTaskQueue::maxThreadsChanged);
 }
@@ -54,7 +54,7 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
         warnings_.clear();
     }
     progress_.add(task->weight());
-    taskArray_.push_back(task);
+    places_[task.get()] = taskArray_.insert(taskArray_.end(), task);
     setTaskNumberInDock();
     panelArray_.push_back(task);
     task->showProgressInView();
@@ -66,6 +66,8 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
         lowestActivePosition_ =
             std::max(lowestActivePosition_, static_cast<int32_t>(panelArray_.size()) - 1);
         startTask(task);
+    } else {
+        waiting_.push_back(task);
     }
 }
 
@@ -119,6 +121,7 @@ bool QUAVTaskQueue::resetWhenEmpty() {
     if (taskArray_.empty()) {
         activeTask_ = 0;
         lowestActivePosition_ = 0;
+        waiting_.clear();
     }
     return taskArray_.empty();
 }
@@ -129,20 +132,22 @@ void QUAVTaskQueue::removeCompleted(const std::shared_ptr<QUAVTask>& task) {
     if (task->isDone()) {
         activeTask_ -= 1;
     }
-    const auto found = std::find(taskArray_.begin(), taskArray_.end(), task);
-    if (found != taskArray_.end()) {
-        taskArray_.erase(found);
+    if (const auto found = places_.find(task.get()); found != places_.end()) {
+        taskArray_.erase(found->second);
+        places_.erase(found);
         noteEnd(*task);
     }
     setTaskNumberInDock();
 }
 
 void QUAVTaskQueue::startWaitingTasks() {
-    for (size_t i = 0; i < taskArray_.size() && activeTask_ < maxThreads_; ++i) {
-        const auto& waiting = taskArray_[i];
-        if (!waiting->isActive() && !waiting->isDone()) {
-            lowestActivePosition_ = std::max(lowestActivePosition_, rowInPanel(*waiting));
-            startTask(waiting);
+    while (!waiting_.empty() && activeTask_ < maxThreads_) {
+        const auto next = waiting_.front();
+        waiting_.pop_front();
+        // One that was cancelled while it waited is done.
+        if (!next->isActive() && !next->isDone()) {
+            lowestActivePosition_ = std::max(lowestActivePosition_, rows_.rowOf(*next));
+            startTask(next);
         }
     }
 }
@@ -150,7 +155,7 @@ void QUAVTaskQueue::startWaitingTasks() {
 void QUAVTaskQueue::noteEnd(const QUAVTask& task) {
     progress_.finish(task.weight());
     for (const QString& warning : task.warnings()) {
-        warnings_ << QStringLiteral("%1: %2").arg(task.title(), warning);
+        warnings_.add(QStringLiteral("%1: %2").arg(task.title(), warning));
     }
 }
 
@@ -160,12 +165,6 @@ bool QUAVTaskQueue::nothingRuns() const {
     // has not told so yet still runs: cancelling hundreds at once is one end and not hundreds.
     return std::none_of(taskArray_.begin(), taskArray_.end(),
                         [](const auto& task) { return task->isActive() || task->isDone(); });
-}
-
-int QUAVTaskQueue::rowInPanel(const QUAVTask& task) const {
-    const auto found = std::find_if(panelArray_.begin(), panelArray_.end(),
-                                    [&](const auto& listed) { return listed.get() == &task; });
-    return static_cast<int>(std::distance(panelArray_.begin(), found));
 }
 
 void QUAVTaskQueue::tidyRows() {
@@ -188,11 +187,11 @@ void QUAVTaskQueue::tidyRows() {
 void QUAVTaskQueue::showResults(const QUAVTask& task) {
     const auto& results = task.results();
     if (results && results->taskSetDone() && results->hasResults()) {
-        showOutputWindow(results->results(), task.title(), results->verdicts());
+        showOutputWindow(results->report(), task.title(), results->verdicts());
     }
 }
 
-void QUAVTaskQueue::showOutputWindow(const QString& text, const QString& title,
+void QUAVTaskQueue::showOutputWindow(const ReportText& text, const QString& title,
                                      const Verdicts& verdicts) {
     Q_EMIT outputWindowRequested(text, title.isEmpty() ? tr("Output") : title, verdicts);
 }
@@ -226,7 +225,7 @@ int QUAVTaskQueue::runningCount() const {
 
 QUAVTaskQueue::Tasks QUAVTaskQueue::tasks() const {
     const std::lock_guard lock(lock_);
-    return taskArray_;
+    return {taskArray_.begin(), taskArray_.end()};
 }
 
 void QUAVTaskQueue::terminateTools() {

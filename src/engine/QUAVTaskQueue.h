@@ -1,7 +1,9 @@
 #pragma once
 
 #include "engine/BatchProgress.h"
+#include "engine/BoundedLines.h"
 #include "engine/QUAVTask.h"
+#include "engine/ReportText.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRowsModel.h"
 #include "engine/Verdict.h"
@@ -12,10 +14,13 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace quav {
@@ -72,12 +77,14 @@ public:
     double share() const;
     std::optional<std::chrono::seconds> timeLeft() const;
 
-    /// What tasks that succeeded had to say, title and line, since the queue was last idle.
-    const QStringList& warnings() const { return warnings_; }
+    /// What tasks that succeeded had to say, title and line, since the queue was last idle: the
+    /// first ten thousand.
+    QStringList warnings() const { return warnings_.lines(); }
 
     void rowChanged(const QUAVTask& task) override;
     MainThread& mainThread() override { return mainThread_; }
     const ToolsFolder& toolsFolder() const override { return tools_; }
+    const std::shared_ptr<SpillFile>& spillFile() const override { return spillFile_; }
     int toolsAtOnce() const override;
 
 Q_SIGNALS:
@@ -86,7 +93,7 @@ Q_SIGNALS:
     void panelClosed();
     void scrolledToRow(int row);
     /// A report is to be shown in a window of its own, with what it says of files as data.
-    void outputWindowRequested(const QString& text, const QString& title,
+    void outputWindowRequested(const quav::ReportText& text, const QString& title,
                                const quav::Verdicts& verdicts);
     /// A task was added, started or completed.
     void countsChanged();
@@ -95,6 +102,8 @@ Q_SIGNALS:
     void becameIdle();
 
 private:
+    static constexpr qsizetype mostWarnings = 10000;
+
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
 
     void enter(const std::shared_ptr<QUAVTask>& task);
@@ -103,22 +112,25 @@ private:
     void removeCompleted(const std::shared_ptr<QUAVTask>& task);
     void tidyRows();
     void showResults(const QUAVTask& task);
-    void showOutputWindow(const QString& text, const QString& title, const Verdicts& verdicts);
+    void showOutputWindow(const ReportText& text, const QString& title, const Verdicts& verdicts);
     void setTaskNumberInDock();
     void noteEnd(const QUAVTask& task);
     double runningWeight() const;
     bool nothingRuns() const;
     bool resetWhenEmpty();
     Tasks tasks() const;
-    int rowInPanel(const QUAVTask& task) const;
 
     DesktopServices& desktop_;
     const ToolsFolder& tools_;
     MainThread& mainThread_;
+    std::shared_ptr<SpillFile> spillFile_;
 
     // Recursive: a view that is told of a new row may ask for the counts.
     mutable std::recursive_mutex lock_;
-    Tasks taskArray_;
+    using TaskList = std::list<std::shared_ptr<QUAVTask>>;
+    TaskList taskArray_;
+    std::unordered_map<const QUAVTask*, TaskList::iterator> places_; ///< of tasks in `taskArray_`
+    std::deque<std::shared_ptr<QUAVTask>> waiting_; ///< those of them that were never started
     Tasks panelArray_;
     int32_t activeTask_ = 0;
     int32_t maxThreads_;
@@ -130,7 +142,7 @@ private:
 
     TaskRowsModel rows_;
     BatchProgress progress_;
-    QStringList warnings_;
+    BoundedLines warnings_{mostWarnings};
 };
 
 } // namespace quav

@@ -1,5 +1,7 @@
 #include "engine/QUAVTaskResults.h"
 
+#include "engine/QUAVTask.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -7,27 +9,32 @@
 namespace quav {
 
 const QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) const {
-    const auto found = std::find_if(members_.begin(), members_.end(),
-                                    [&](const Member& member) { return member.task == &task; });
-    return found == members_.end() ? nullptr : &*found;
+    const auto found = places_.find(&task);
+    return found == places_.end() ? nullptr : &members_[found->second];
 }
 
 QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) {
     return const_cast<Member*>(std::as_const(*this).find(task));
 }
 
+void QUAVTaskResults::Member::replaceText(const QString& with) {
+    text.clear();
+    text.append(with);
+}
+
 void QUAVTaskResults::addTaskInSet(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
-    members_.push_back({&task, {}, {}, false});
+    places_.emplace(&task, members_.size());
+    members_.push_back({ReportText(task.queue().spillFile()), {}, false});
 }
 
 bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
-    if (Member* member = find(task)) {
-        member->stopped = true;
+    if (Member* member = find(task); member && !std::exchange(member->stopped, true)) {
+        ++stopped_;
+        member->text.putAway();
     }
-    taskSetDone_ = std::all_of(members_.begin(), members_.end(),
-                               [](const Member& member) { return member.stopped; });
+    taskSetDone_ = stopped_ == members_.size();
     return taskSetDone_;
 }
 
@@ -59,21 +66,21 @@ void QUAVTaskResults::setHasResults(bool hasResults) {
 void QUAVTaskResults::appendResults(const QString& text) {
     const std::lock_guard lock(resultsLock_);
     if (!members_.empty()) {
-        members_.front().text += text;
+        members_.front().text.append(text);
     }
 }
 
 void QUAVTaskResults::appendResults(const QString& text, const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     if (Member* member = find(task)) {
-        member->text += text;
+        member->text.append(text);
     }
 }
 
 void QUAVTaskResults::setResults(const QString& text) {
     const std::lock_guard lock(resultsLock_);
     if (!members_.empty()) {
-        members_.front().text = text;
+        members_.front().replaceText(text);
     }
     hasResults_ = true;
 }
@@ -81,24 +88,37 @@ void QUAVTaskResults::setResults(const QString& text) {
 void QUAVTaskResults::setResults(const QString& text, const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     if (Member* member = find(task)) {
-        member->text = text;
+        member->replaceText(text);
     }
     hasResults_ = true;
 }
 
 QString QUAVTaskResults::results() const {
+    return report().text();
+}
+
+ReportText QUAVTaskResults::report() const {
     const std::lock_guard lock(resultsLock_);
-    QString all;
-    for (const Member& member : members_) {
-        all += member.text + u'\n';
+    if (members_.empty()) {
+        return {};
+    }
+    ReportText all = members_.front().text;
+    all.append(QStringLiteral("\n"));
+    for (auto member = std::next(members_.begin()); member != members_.end(); ++member) {
+        all.append(member->text);
+        all.append(QStringLiteral("\n"));
     }
     return all;
 }
 
 QString QUAVTaskResults::resultsOf(const QUAVTask& task) const {
+    return reportOf(task).text();
+}
+
+ReportText QUAVTaskResults::reportOf(const QUAVTask& task) const {
     const std::lock_guard lock(resultsLock_);
     const Member* member = find(task);
-    return member ? member->text : QString();
+    return member ? member->text : ReportText();
 }
 
 void QUAVTaskResults::appendVerdicts(Verdicts verdicts, const QUAVTask& task) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "engine/ReportText.h"
 #include "engine/Verdict.h"
 
 #include <QString>
 
 #include <memory>
 #include <mutex>
+#include <unordered_map>
 #include <vector>
 
 namespace quav {
@@ -45,11 +47,14 @@ public:
     /// Replaces the text of one member and makes the set worth showing.
     void setResults(const QString& text, const QUAVTask& task);
 
-    /// The texts of all members, each followed by one line break.
+    /// The texts of all members, each followed by one line break: whole, or to be read piece by
+    /// piece by whoever may meet a very long one.
     QString results() const;
+    ReportText report() const;
 
     /// The text of one member alone.
     QString resultsOf(const QUAVTask& task) const;
+    ReportText reportOf(const QUAVTask& task) const;
 
     /// What one member has found out about files, beside its text.
     void appendVerdicts(Verdicts verdicts, const QUAVTask& task);
@@ -60,10 +65,11 @@ public:
 
 private:
     struct Member {
-        const QUAVTask* task;
-        QString text;
+        ReportText text;
         Verdicts verdicts;
         bool stopped = false;
+
+        void replaceText(const QString& with);
     };
 
     Member* find(const QUAVTask& task);
@@ -71,6 +77,8 @@ private:
 
     mutable std::mutex resultsLock_;
     std::vector<Member> members_;
+    std::unordered_map<const QUAVTask*, size_t> places_; ///< of tasks among the members
+    size_t stopped_ = 0;
     std::shared_ptr<QUAVTask> taskAfterSetDone_;
     bool taskSetDone_ = false;
     bool hasResults_ = true;

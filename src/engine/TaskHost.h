@@ -6,6 +6,7 @@ namespace quav {
 
 class MainThread;
 class QUAVTask;
+class SpillFile;
 class ToolsFolder;
 
 /// What a task knows of the queue that runs it.
@@ -28,6 +29,9 @@ public:
 
     virtual MainThread& mainThread() = 0;
     virtual const ToolsFolder& toolsFolder() const = 0;
+
+    /// Where reports go that are too long for memory. Any thread.
+    virtual const std::shared_ptr<SpillFile>& spillFile() const = 0;
 
     /// How many tools a running task may have side by side: as many as nobody else needs, and one
     /// at least. Any thread.

@@ -76,6 +76,11 @@ std::shared_ptr<QUAVTask> TaskRowsModel::taskAt(int row) const {
     return row >= 0 && row < rowCount() ? tasks_[static_cast<size_t>(row)] : nullptr;
 }
 
+int TaskRowsModel::rowOf(const QUAVTask& task) const {
+    const auto found = rowOf_.find(&task);
+    return found == rowOf_.end() ? rowCount() : found->second;
+}
+
 void TaskRowsModel::markChanged(const QUAVTask& task) {
     changed_.push_back(&task);
     if (!timer_.isActive()) {

@@ -42,6 +42,9 @@ public:
     /// The task in a row, or none.
     std::shared_ptr<QUAVTask> taskAt(int row) const;
 
+    /// The row of a task; one behind all others when it has none.
+    int rowOf(const QUAVTask& task) const;
+
     void markChanged(const QUAVTask& task);
 
 private:

@@ -6,6 +6,19 @@
 
 namespace quav {
 
+namespace {
+
+constexpr qsizetype longest = 65536; // bytes of a piece, characters of a line
+constexpr qsizetype longestCharacter = 4;
+
+bool isInsideCharacter(char byte) {
+    constexpr unsigned mask = 0xC0;
+    constexpr unsigned mark = 0x80;
+    return (static_cast<unsigned char>(byte) & mask) == mark;
+}
+
+} // namespace
+
 QStringList ToolPieces::feed(const QByteArray& bytes) {
     QStringList pieces;
     for (const char byte : bytes) {
@@ -20,6 +33,10 @@ void ToolPieces::take(char byte, QStringList& pieces) {
             handOut(pieces);
         }
         piece_ += '\r';
+    }
+    if (piece_.size() >= longest &&
+        (!isInsideCharacter(byte) || piece_.size() >= longest + longestCharacter)) {
+        handOut(pieces);
     }
     switch (byte) {
     case '\r':
@@ -67,6 +84,9 @@ QString TerminalText::feed(const QString& piece) {
         } else if (character == u'\n') {
             completed += finish() + u'\n';
         } else {
+            if (line_.size() >= longest && !character.isLowSurrogate()) {
+                completed += std::exchange(line_, {});
+            }
             line_ += character;
         }
     }

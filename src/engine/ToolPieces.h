@@ -9,7 +9,8 @@ namespace quav {
 /// Cuts what a tool prints into its logical pieces: one a completed line (with its line feed), one
 /// an update in place. A run of backspaces or a carriage return begins the next update. A piece is
 /// handed out when the next one begins, so no piece depends on where the pipe was cut. Pieces that
-/// are not UTF-8 are left out.
+/// are not UTF-8 are left out. What goes on and on without a line end is handed out at some 64 KiB,
+/// between two characters, since it would fill the memory otherwise.
 class ToolPieces {
 public:
     /// The pieces that are complete with these bytes.
@@ -27,11 +28,12 @@ private:
 };
 
 /// The lines as a terminal shows them: a backspace takes back one character, a carriage return the
-/// whole line.
+/// whole line. Of a line that is longer than any terminal could show, some 64 Ki characters, they
+/// take back only what came last.
 class TerminalText {
 public:
     /// Takes the next piece; gives the lines that it completed, each with its line feed and without
-    /// the blanks that only covered an older text.
+    /// the blanks that only covered an older text. A very long line comes in parts.
     QString feed(const QString& piece);
 
     /// The line that was not completed, or nothing.

@@ -43,9 +43,24 @@ bool isUtf8Locale(const QProcessEnvironment& environment) {
     return false;
 }
 
+QProcessEnvironment environmentWith(const QString& folder) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString path = QStringLiteral("PATH");
+    environment.insert(path, environment.value(path) + u':' + folder);
+    environment.insert(QStringLiteral("NSUnbufferedIO"), QStringLiteral("YES"));
+    for (const char* misleading : {"POSIXLY_CORRECT", "LAMEOPT", "SOX_OPTS", "ST_DEBUG"}) {
+        environment.remove(QString::fromLatin1(misleading));
+    }
+    if (!isUtf8Locale(environment)) {
+        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    }
+    return environment;
+}
+
 } // namespace
 
-ToolsFolder::ToolsFolder(QString folder) : folder_(std::move(folder)) {}
+ToolsFolder::ToolsFolder(QString folder)
+    : folder_(std::move(folder)), environment_(environmentWith(folder_)) {}
 
 QString ToolsFolder::standardFolder() {
     const QString chosen = qEnvironmentVariable("QUAV_TOOLS_DIR");
@@ -94,20 +109,6 @@ QStringList ToolsFolder::whatIsMissing(QStringList names) const {
         }
     }
     return sentences;
-}
-
-QProcessEnvironment ToolsFolder::environment() const {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString path = QStringLiteral("PATH");
-    environment.insert(path, environment.value(path) + u':' + folder_);
-    environment.insert(QStringLiteral("NSUnbufferedIO"), QStringLiteral("YES"));
-    for (const char* misleading : {"POSIXLY_CORRECT", "LAMEOPT", "SOX_OPTS", "ST_DEBUG"}) {
-        environment.remove(QString::fromLatin1(misleading));
-    }
-    if (!isUtf8Locale(environment)) {
-        environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    }
-    return environment;
 }
 
 } // namespace quav

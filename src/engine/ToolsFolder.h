@@ -41,10 +41,12 @@ public:
 
     /// The environment in which tools run: our own, with the tools folder at the end of PATH, a
     /// UTF-8 locale, and without the variables that change what tools do behind our back.
-    QProcessEnvironment environment() const;
+    /// One for all of them, which thousands of tasks share.
+    const QProcessEnvironment& environment() const { return environment_; }
 
 private:
     QString folder_;
+    QProcessEnvironment environment_;
 };
 
 } // namespace quav

@@ -20,6 +20,8 @@ namespace {
 constexpr int pointSize = 10;
 constexpr int columns = 84;
 constexpr int lines = 24;
+constexpr qint64 megabyte = 1000000;
+constexpr qint64 shownAtEachEnd = 2 * megabyte;
 
 QFont fixedPitchFont() {
     QFont font(QStringLiteral("Courier"), pointSize);
@@ -68,9 +70,9 @@ OutputWindow::OutputWindow(UserPrompts& prompts, QWidget* parent)
     resize(metrics.averageCharWidth() * columns, metrics.lineSpacing() * lines);
 }
 
-void OutputWindow::setTextValue(const QString& text, const QString& title) {
+void OutputWindow::setTextValue(const ReportText& text, const QString& title) {
     text_ = text;
-    view_->setPlainText(text);
+    view_->setPlainText(shownText());
     setWindowTitle(withoutLineEnds(title));
 }
 
@@ -88,7 +90,18 @@ void OutputWindow::setVerdicts(const Verdicts& verdicts) {
 }
 
 void OutputWindow::showFailures(bool only) {
-    view_->setPlainText(only ? failures_ : text_);
+    view_->setPlainText(only ? failures_ : shownText());
+}
+
+QString OutputWindow::shownText() const {
+    const qint64 leftOut = text_.size() - 2 * shownAtEachEnd;
+    if (leftOut <= 0) {
+        return text_.text();
+    }
+    return text_.beginning(shownAtEachEnd) +
+           tr("\n\n[About %L1 MB of this text are not shown here. Save it to have all of it.]\n\n")
+               .arg(leftOut / megabyte + 1) +
+           text_.ending(shownAtEachEnd);
 }
 
 QString OutputWindow::text() const {
@@ -106,9 +119,10 @@ void OutputWindow::save() {
         return;
     }
     QSaveFile file(*path);
-    const bool saved =
-        file.open(QIODevice::WriteOnly) && file.write(text().toUtf8()) >= 0 && file.commit();
-    if (!saved) {
+    bool saved = file.open(QIODevice::WriteOnly);
+    const ReportText shown = onlyFailures_->isChecked() ? ReportText(failures_) : text_;
+    shown.read([&](const QByteArray& piece) { saved = saved && file.write(piece) == piece.size(); });
+    if (!saved || !file.commit()) {
         prompts_.alert(tr("The text could not be saved"),
                        tr("%1: %2").arg(*path, file.errorString()));
     }

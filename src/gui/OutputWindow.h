@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/ReportText.h"
 #include "engine/Verdict.h"
 
 #include <QString>
@@ -20,7 +21,9 @@ class OutputWindow : public QWidget {
 public:
     explicit OutputWindow(UserPrompts& prompts, QWidget* parent = nullptr);
 
-    void setTextValue(const QString& text, const QString& title);
+    /// Of a text of many megabytes its beginning and its end are shown; all of it is saved.
+    void setTextValue(const ReportText& text, const QString& title);
+    /// What is shown.
     QString text() const;
 
     /// What the text says of files, as data: counted in a line below it, with a button that shows
@@ -36,12 +39,13 @@ protected:
 private:
     void save();
     void showFailures(bool only);
+    QString shownText() const;
 
     UserPrompts& prompts_;
     QPlainTextEdit* view_;
     QLabel* counts_;
     QPushButton* onlyFailures_;
-    QString text_;
+    ReportText text_;
     QString failures_;
 };
 

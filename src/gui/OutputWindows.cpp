@@ -29,7 +29,7 @@ QPoint OutputWindows::nextTopLeft(const OutputWindow& window) const {
     return screen.contains(QRect(next, window.size())) ? next : first;
 }
 
-void OutputWindows::show(const QString& text, const QString& title, const Verdicts& verdicts) {
+void OutputWindows::show(const ReportText& text, const QString& title, const Verdicts& verdicts) {
     if (ending_) {
         return;
     }

@@ -22,7 +22,7 @@ public:
     explicit OutputWindows(UserPrompts& prompts, QObject* parent = nullptr);
 
     /// The verdicts are what the text says of files, if it does.
-    void show(const QString& text, const QString& title, const Verdicts& verdicts = {});
+    void show(const ReportText& text, const QString& title, const Verdicts& verdicts = {});
 
     /// From now on texts are let go: the program is about to end.
     void showNoMore() { ending_ = true; }

@@ -168,8 +168,8 @@ void StatusPanel::showWhatTheToolSaid() {
     if (!task || !task->error()) {
         return;
     }
-    const QString text = task->results()->resultsOf(*task);
-    outputWindows_.show(text.isEmpty() ? tr("Nothing was said.") : text, task->title());
+    const ReportText text = task->results()->reportOf(*task);
+    outputWindows_.show(text.size() == 0 ? tr("Nothing was said.") : text, task->title());
 }
 
 void StatusPanel::showContextMenu(const QPoint& where) {

@@ -226,6 +226,7 @@ void ChildProcess::childExited() {
         Q_EMIT outputArrived(readFrom(output_, waiting));
     }
     output_.reset();
+    process_.reset();
     Q_EMIT ended(status);
 }
 
@@ -271,14 +272,6 @@ tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren
     waitForEnd(started->pid);
     running.left(started->pid);
     return reap(started->pid);
-}
-
-tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command) {
-    RunningChildren running;
-    QByteArray all;
-    const auto status =
-        runToEnd(command, running, [&all](const QByteArray& bytes) { all += bytes; });
-    return status ? tl::expected<QByteArray, QString>(all) : tl::make_unexpected(status.error());
 }
 
 } // namespace quav

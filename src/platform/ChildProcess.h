@@ -101,7 +101,4 @@ private:
 tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren& running,
                                     const std::function<void(const QByteArray&)>& outputArrived);
 
-/// The same for whoever wants all of the output at once and nothing else.
-tl::expected<QByteArray, QString> runToEnd(const ChildCommand& command);
-
 } // namespace quav

@@ -292,7 +292,7 @@ private Q_SLOTS:
         QCOMPARE(windows.count(), 0);
         complete(rig, tasks[1]);
         QCOMPARE(windows.count(), 1);
-        QCOMPARE(windows[0][0].toString(), u"set\n\nthird\n");
+        QCOMPARE(windows[0][0].value<ReportText>().text(), u"set\n\nthird\n");
         QCOMPARE(windows[0][1].toString(), u"1");
     }
 

@@ -46,8 +46,8 @@ struct Bench {
                          });
         QObject::connect(
             &queue, &QUAVTaskQueue::outputWindowRequested, &queue,
-            [this](const QString& text, const QString& /*title*/, const Verdicts& found) {
-                reports << text;
+            [this](const ReportText& text, const QString& /*title*/, const Verdicts& found) {
+                reports << text.text();
                 verdicts = found;
             });
     }
