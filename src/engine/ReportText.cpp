@@ -35,9 +35,10 @@ QByteArray ReportText::Piece::read() const {
     }
     QByteArray bytes = spilled->read();
     if (bytes.size() < spilled->size()) {
-        bytes += QCoreApplication::translate(
-                     "ReportText", "\n[A part of this text could not be read back from the disk.]\n")
-                     .toUtf8();
+        bytes +=
+            QCoreApplication::translate(
+                "ReportText", "\n[A part of this text could not be read back from the disk.]\n")
+                .toUtf8();
     }
     return bytes;
 }

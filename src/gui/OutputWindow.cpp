@@ -121,7 +121,8 @@ void OutputWindow::save() {
     QSaveFile file(*path);
     bool saved = file.open(QIODevice::WriteOnly);
     const ReportText shown = onlyFailures_->isChecked() ? ReportText(failures_) : text_;
-    shown.read([&](const QByteArray& piece) { saved = saved && file.write(piece) == piece.size(); });
+    shown.read(
+        [&](const QByteArray& piece) { saved = saved && file.write(piece) == piece.size(); });
     if (!saved || !file.commit()) {
         prompts_.alert(tr("The text could not be saved"),
                        tr("%1: %2").arg(*path, file.errorString()));
