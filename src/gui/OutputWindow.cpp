@@ -13,6 +13,8 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace quav {
 
 namespace {
@@ -99,8 +101,8 @@ QString OutputWindow::shownText() const {
         return text_.text();
     }
     return text_.beginning(shownAtEachEnd) +
-           tr("\n\n[About %L1 MB of this text are not shown here. Save it to have all of it.]\n\n")
-               .arg(leftOut / megabyte + 1) +
+           tr("\n\n[About %L1 MB are left out here. Save the text to have all of it.]\n\n")
+               .arg(std::max<qint64>(1, (leftOut + megabyte / 2) / megabyte)) +
            text_.ending(shownAtEachEnd);
 }
 

@@ -121,6 +121,29 @@ private Q_SLOTS:
         QCOMPARE(seen, words(told));
     }
 
+    void aLongReportIsPrintedWhole_data() {
+        columns<QString>("option");
+        row("text", "");
+        row("JSON", " --json");
+    }
+    void aLongReportIsPrintedWhole() {
+        QFETCH(QString, option);
+        const Cli cli;
+        const QByteArray line = "said \"ä€\"\t\\ and so on\n"; // no piece ends with it
+        QFile::remove(cli.tool());
+        QVERIFY(writeFile(cli.path(u"line"_s), line));
+        QVERIFY(writeFile(cli.tool(), "#!/bin/sh\nyes \"$(cat line)\" | head -n 20000\nexit 1\n"));
+        QFile(cli.tool()).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        cli.wav(u"a.wav"_s);
+        QByteArray output = cli.encode(u"--output out in"_s + option).output;
+        if (!option.isEmpty()) {
+            const QJsonObject event = jsonLines(output).front();
+            QCOMPARE(event[u"title"_s].toString(), u"a.wav");
+            output = event[u"text"_s].toString().toUtf8();
+        }
+        QVERIFY(output == line.repeated(20000) + '\n' || output == line.repeated(20000));
+    }
+
     void aRunThatGoesWellMayBeQuietAndDeleteOriginals() {
         const Cli cli;
         cli.wav(u"a.wav"_s);

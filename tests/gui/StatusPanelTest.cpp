@@ -68,6 +68,7 @@ private Q_SLOTS:
     void cancelAllEndsTheQueue();
     void rowsArePaintedInTheirColours();
     void theTextOfAnOutputWindowIsSaved();
+    void aVeryLongTextIsShownInPartAndSavedWhole();
 };
 
 void StatusPanelTest::rowsComeCompleteAndGo() {
@@ -180,6 +181,23 @@ void StatusPanelTest::theTextOfAnOutputWindowIsSaved() {
     QVERIFY(prompts.alertMessages.first().startsWith(*prompts.savePath + u": "_s));
     press(window, "Close");
     QVERIFY(windows.windows().empty());
+}
+
+void StatusPanelTest::aVeryLongTextIsShownInPartAndSavedWhole() {
+    const QTemporaryDir folder;
+    ScriptedPrompts prompts;
+    OutputWindows windows(prompts);
+    const QString text = u"first\n"_s + u"Größe\n"_s.repeated(1500000) + u"last\n"_s;
+    windows.show(text, u"Report"_s);
+    OutputWindow& window = *windows.windows().front();
+    QVERIFY(window.text().startsWith(u"first\nGröße\n") &&
+            window.text().endsWith(u"Größe\nlast\n"));
+    QVERIFY(window.text().contains(u"[About 8 MB are left out here."));
+    QVERIFY(window.text().toUtf8().size() < 4001000);
+    QVERIFY(becomesActive(window));
+    prompts.savePath = folder.filePath(u"report.txt"_s);
+    press(window, "Save");
+    QCOMPARE(contents(*prompts.savePath), text.toUtf8());
 }
 
 QTEST_MAIN(StatusPanelTest)
