@@ -12,7 +12,6 @@ namespace quav::toolwords {
 
 namespace {
 
-const QString progressInFlac = QStringLiteral("% complete");
 const QString progressInApe = QStringLiteral("Progress: ");
 
 /// The last of the lines that contains a text; -1 when none does.
@@ -40,11 +39,6 @@ QString flacWords(const QString& piece, const QString& fileName) {
     const QString words = stripped(piece);
     const QString prefix = fileName + u':';
     return words.startsWith(prefix) ? words.mid(prefix.size()).trimmed() : words;
-}
-
-QString fromLastProgress(const QString& log) {
-    const QStringList lines = log.split(u'\n');
-    return lines.mid(std::max<qsizetype>(0, lastWith(lines, progressInFlac))).join(u'\n');
 }
 
 QString fromLastApeProgress(const QString& log, const QString& title) {

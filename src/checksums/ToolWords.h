@@ -17,12 +17,9 @@ QString withoutBackspaces(const QString& piece);
 /// by itself or together with them; the words are what counts.
 QString flacWords(const QString& piece, const QString& fileName);
 
-/// The part of a report that is worth keeping: from the last line that tells of progress on; all of
-/// it when none does.
-QString fromLastProgress(const QString& log);
-
-/// The same for `mac -v`, whose progress lines are overwritten in place; with the title above them,
-/// and a line break behind each line.
+/// The part of what `mac -v` says that is worth keeping: from the last line that tells of progress
+/// on, all of it when none does. Progress lines are overwritten in place; the title stands above
+/// them, and a line break behind each line.
 QString fromLastApeProgress(const QString& log, const QString& title);
 
 /// The number in front of a word; none without the word, or when no number stands there.

@@ -101,7 +101,7 @@ void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
         },
         [&](size_t index, const Tested& tested) {
             if (!stopRequested()) {
-                results()->appendResults(tested.log, *this);
+                results()->appendResults(tested.log.text(), *this);
                 noteDamage(paths[static_cast<qsizetype>(index)], tested);
             }
             return !stopRequested();
@@ -111,17 +111,17 @@ void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
 VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
     const QString file = lastPathComponent(path);
     Tested tested;
+    tested.log = TestLog(queue().spillFile());
     const int status = runTool(
         QStringLiteral("flac"), {QStringLiteral("-t"), path}, {}, [&](const QString& piece) {
             const QString said = processFlacFileOutput(piece, file);
             if (said == u"ok") {
-                tested.log += QStringLiteral("%1: testing, 100% complete\n").arg(file);
+                tested.log.add(QStringLiteral("%1: testing, 100% complete").arg(file));
             }
             if (!said.isEmpty()) {
-                tested.log += QStringLiteral("%1: %2\n").arg(file, said);
+                tested.log.add(QStringLiteral("%1: %2").arg(file, said));
             }
         });
-    tested.log = toolwords::fromLastProgress(tested.log);
     if (status != 0) {
         tested.damage = tr("flac found it damaged");
     } else if (const auto count = flacCount(path); count && !count->agrees()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checksums/TestLog.h"
 #include "checksums/VerifyListTask.h"
 
 #include <QStringList>
@@ -22,7 +23,7 @@ protected:
 private:
     /// What `flac -t` came to for one file.
     struct Tested {
-        QString log;    ///< what the report has of it
+        TestLog log;    ///< what the report has of it
         QString damage; ///< what is wrong with it; empty when nothing is
     };
 

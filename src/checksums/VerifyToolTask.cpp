@@ -74,7 +74,8 @@ QString VerifyToolTask::hiddenDamage() const {
 
 VerifyFlacTask::VerifyFlacTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,
                                const QString& launchPath, const QStringList& arguments)
-    : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)) {}
+    : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)),
+      singleResult_(queue.spillFile()) {}
 
 void VerifyFlacTask::startTask() {
     showStatus(tr("Verifying"));
@@ -83,13 +84,13 @@ void VerifyFlacTask::startTask() {
 
 void VerifyFlacTask::stopTask() {
     if (cancelled() && !wasLaunched()) {
-        results()->appendResults(canceledLine(), *this);
+        results()->appendResults(canceledWords() + u'\n', *this);
     }
     VerifyToolTask::stopTask();
 }
 
-QString VerifyFlacTask::canceledLine() const {
-    return fileName() + QStringLiteral(" canceled\n");
+QString VerifyFlacTask::canceledWords() const {
+    return fileName() + QStringLiteral(" canceled");
 }
 
 void VerifyFlacTask::processTaskOutput(const QString& text) {
@@ -107,9 +108,10 @@ void VerifyFlacTask::processTaskOutput(const QString& text) {
 
 void VerifyFlacTask::takeWords(const QString& words) {
     if (words.endsWith(u"ok")) {
-        singleResult_ += QStringLiteral("%1: testing, 100% complete\n%1: ok\n").arg(fileName());
+        singleResult_.add(QStringLiteral("%1: testing, 100% complete").arg(fileName()));
+        singleResult_.add(QStringLiteral("%1: ok").arg(fileName()));
     } else {
-        singleResult_ += QStringLiteral("%1: %2\n").arg(fileName(), words);
+        singleResult_.add(QStringLiteral("%1: %2").arg(fileName(), words));
         noteWords(words);
     }
 }
@@ -127,8 +129,8 @@ void VerifyFlacTask::takeProgress(const QString& words) {
                 break;
             }
             percent = toolwords::leadingNumber(part);
-            singleResult_ += QStringLiteral("%1: testing, %2% complete\n")
-                                 .arg(fileName(), toolwords::sixDecimals(percent));
+            singleResult_.add(QStringLiteral("%1: testing, %2% complete")
+                                  .arg(fileName(), toolwords::sixDecimals(percent)));
         }
     }
     showPercent(percent);
@@ -136,9 +138,9 @@ void VerifyFlacTask::takeProgress(const QString& words) {
 
 void VerifyFlacTask::cleanup() {
     if (cancelled()) {
-        singleResult_ += canceledLine();
+        singleResult_.add(canceledWords());
     }
-    results()->appendResults(toolwords::fromLastProgress(singleResult_), *this);
+    results()->appendResults(singleResult_.text(), *this);
     VerifyToolTask::cleanup();
 }
 

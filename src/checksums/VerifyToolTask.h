@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checksums/TestLog.h"
 #include "engine/QUAVAsyncNSTask.h"
 
 #include <QCoreApplication>
@@ -68,11 +69,11 @@ protected:
     QString hiddenDamage() const override;
 
 private:
-    QString canceledLine() const;
+    QString canceledWords() const;
     void takeWords(const QString& words);
     void takeProgress(const QString& words);
 
-    QString singleResult_;
+    TestLog singleResult_;
 };
 
 /// `mac -v`.

@@ -2,6 +2,7 @@
 
 #include "app/Services.h"
 #include "codecs/ToolComplaint.h"
+#include "engine/BoundedLines.h"
 #include "engine/FileConversion.h"
 #include "engine/QUAVAsyncNSTask.h"
 #include "tags/TagResult.h"

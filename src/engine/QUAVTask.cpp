@@ -19,6 +19,7 @@ QString rowText(const char* text) {
 } // namespace
 
 QUAVTask::QUAVTask(TaskHost& queue) : queue_(queue), results_(std::make_shared<QUAVTaskResults>()) {
+    results_->setSpillFile(queue.spillFile());
     results_->addTaskInSet(*this);
 }
 
@@ -106,6 +107,7 @@ QString QUAVTask::description() const {
 
 void QUAVTask::setResults(std::shared_ptr<QUAVTaskResults> results) {
     results_ = std::move(results);
+    results_->setSpillFile(queue_.spillFile());
 }
 
 QString QUAVTask::topTextFieldString() const {

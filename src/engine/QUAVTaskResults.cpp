@@ -1,7 +1,5 @@
 #include "engine/QUAVTaskResults.h"
 
-#include "engine/QUAVTask.h"
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -22,10 +20,15 @@ void QUAVTaskResults::Member::replaceText(const QString& with) {
     text.append(with);
 }
 
+void QUAVTaskResults::setSpillFile(std::shared_ptr<SpillFile> spillFile) {
+    const std::lock_guard lock(resultsLock_);
+    spillFile_ = std::move(spillFile);
+}
+
 void QUAVTaskResults::addTaskInSet(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     places_.emplace(&task, members_.size());
-    members_.push_back({ReportText(task.queue().spillFile()), {}, false});
+    members_.push_back({ReportText(spillFile_), {}, false});
 }
 
 bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
@@ -71,6 +74,13 @@ void QUAVTaskResults::appendResults(const QString& text) {
 }
 
 void QUAVTaskResults::appendResults(const QString& text, const QUAVTask& task) {
+    const std::lock_guard lock(resultsLock_);
+    if (Member* member = find(task)) {
+        member->text.append(text);
+    }
+}
+
+void QUAVTaskResults::appendResults(const ReportText& text, const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     if (Member* member = find(task)) {
         member->text.append(text);

@@ -20,6 +20,10 @@ class QUAVTask;
 /// everything may be called from any thread.
 class QUAVTaskResults {
 public:
+    /// Where long texts go of members that are registered from now on; a task says it when it is
+    /// given the set.
+    void setSpillFile(std::shared_ptr<SpillFile> spillFile);
+
     void addTaskInSet(const QUAVTask& task);
 
     /// Notes that a member has stopped; true when with it all members have.
@@ -40,6 +44,7 @@ public:
 
     /// Adds to the text of one member; a task that is no member adds nothing.
     void appendResults(const QString& text, const QUAVTask& task);
+    void appendResults(const ReportText& text, const QUAVTask& task);
 
     /// Replaces the text of the first member and makes the set worth showing.
     void setResults(const QString& text);
@@ -76,6 +81,7 @@ private:
     const Member* find(const QUAVTask& task) const;
 
     mutable std::mutex resultsLock_;
+    std::shared_ptr<SpillFile> spillFile_;
     std::vector<Member> members_;
     std::unordered_map<const QUAVTask*, size_t> places_; ///< of tasks among the members
     size_t stopped_ = 0;
