@@ -1,5 +1,6 @@
 #include "audio/flac/FlacDecoding.h"
 
+#include "audio/flac/StreamInfo.h"
 #include "audio/pcm/Failure.h"
 #include "audio/pcm/InputFile.h"
 #include "audio/pcm/Samples.h"
@@ -13,6 +14,7 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -147,25 +149,25 @@ std::uint32_t speakerMask(const std::string& path) {
 } // namespace
 
 FlacStream readFlacStream(const std::string& path) {
-    FLAC__StreamMetadata metadata{};
-    if (FLAC__metadata_get_streaminfo(path.c_str(), &metadata) == 0) {
+    const pcm::InputFile file = pcm::InputFile::open(path);
+    const std::optional<StreamInfo> info = readStreamInfo(file);
+    if (!info) {
         throw Failure(Failure::Kind::Input, path + ": is damaged: it has no STREAMINFO");
     }
-    const FLAC__StreamMetadata_StreamInfo& info = metadata.data.stream_info;
-    if (info.sample_rate == 0 || info.channels == 0 || info.bits_per_sample < 4) {
+    if (info->sampleRate == 0 || info->bits < 4) {
         throw Failure(Failure::Kind::Input, path + ": is damaged: its STREAMINFO is wrong");
     }
-    const unsigned bytes = (info.bits_per_sample + 7) / 8;
-    FlacStream stream{.format = {.channels = info.channels,
-                                 .bitsPerSample = info.bits_per_sample,
+    const unsigned bytes = (info->bits + 7) / 8;
+    FlacStream stream{.format = {.channels = info->channels,
+                                 .bitsPerSample = info->bits,
                                  .bytesPerSample = bytes,
-                                 .sampleRate = info.sample_rate,
+                                 .sampleRate = info->sampleRate,
                                  .isUnsigned = bytes == 1},
-                      .blocks = info.total_samples};
-    if (info.channels > 2) {
+                      .blocks = info->total,
+                      .digest = info->digest};
+    if (info->channels > 2) {
         stream.format.channelMask = speakerMask(path);
     }
-    std::copy_n(info.md5sum, stream.digest.size(), stream.digest.begin());
     return stream;
 }
 

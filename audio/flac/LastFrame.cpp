@@ -40,13 +40,24 @@ std::uint8_t crc8(Bytes bytes) {
     return sum;
 }
 
-std::uint16_t crc16(Bytes bytes) {
-    constexpr auto table = checksumTable<std::uint16_t, 0x8005>();
-    std::uint16_t sum = 0;
-    for (const std::uint8_t byte : bytes) {
-        sum = static_cast<std::uint16_t>(sum << 8 ^ table[(sum >> 8 ^ byte) & 0xFFU]);
+constexpr auto frameSums = checksumTable<std::uint16_t, 0x8005>();
+
+// Which byte has a sum that ends so; each end belongs to one byte.
+constexpr std::array<std::uint8_t, 256> bytesByEnd() {
+    std::array<std::uint8_t, 256> table{};
+    for (unsigned byte = 0; byte < table.size(); ++byte) {
+        table.at(frameSums.at(byte) & 0xFFU) = static_cast<std::uint8_t>(byte);
     }
-    return sum;
+    return table;
+}
+
+// What the sum of a frame was before it came to `sum` with this byte. A sum can be followed to the
+// beginning as well as to the end, and that way one pass finds where it has begun with nothing.
+std::uint16_t sumBefore(std::uint16_t sum, std::uint8_t byte) {
+    static constexpr auto ends = bytesByEnd();
+    const unsigned index = ends[sum & 0xFFU];
+    const unsigned low = (sum >> 8U ^ frameSums[index] >> 8U) & 0xFFU;
+    return static_cast<std::uint16_t>((index ^ byte) << 8U | low);
 }
 
 struct FrameHeader {
@@ -57,7 +68,7 @@ struct FrameHeader {
 // Reads a header field by field; whatever does not fit the stream is no header.
 class HeaderReader {
 public:
-    HeaderReader(Bytes bytes, const Frames& frames) : bytes_(bytes), frames_(frames) {}
+    HeaderReader(Bytes bytes, const StreamInfo& info) : bytes_(bytes), info_(info) {}
 
     std::optional<FrameHeader> read() {
         if (bytes_.size() < longestHeader || bytes_[0] != 0xFF || (bytes_[1] & 0xFEU) != 0xF8 ||
@@ -66,7 +77,7 @@ public:
         }
         const std::optional<std::uint64_t> number = codedNumber();
         const unsigned samples = number ? blockSize(bytes_[2] >> 4U) : 0;
-        if (samples == 0 || samples > frames_.maximalBlock) {
+        if (samples == 0 || samples > info_.maximalBlock) {
             return {};
         }
         constexpr std::array<std::uint8_t, 4> rateBytes{1, 2, 2, 0};
@@ -76,8 +87,8 @@ public:
             return {};
         }
         const bool countsSamples =
-            (bytes_[1] & 1U) != 0 || frames_.minimalBlock != frames_.maximalBlock;
-        return FrameHeader{countsSamples ? *number : *number * frames_.maximalBlock, samples};
+            (bytes_[1] & 1U) != 0 || info_.minimalBlock != info_.maximalBlock;
+        return FrameHeader{countsSamples ? *number : *number * info_.maximalBlock, samples};
     }
 
 private:
@@ -87,8 +98,8 @@ private:
         const unsigned channels = bytes_[3] >> 4U;
         const unsigned depth = bytes_[3] >> 1U & 7U;
         const unsigned count = channels < 8 ? channels + 1 : 2;
-        return rate != 15 && channels < 11 && count == frames_.channels && (bytes_[3] & 1U) == 0 &&
-               (depth == 0 || depths.at(depth) == frames_.bits);
+        return rate != 15 && channels < 11 && count == info_.channels && (bytes_[3] & 1U) == 0 &&
+               (depth == 0 || depths.at(depth) == info_.bits);
     }
 
     // As UTF-8 codes a letter, but of up to 36 bits.
@@ -126,7 +137,7 @@ private:
     }
 
     Bytes bytes_;
-    const Frames& frames_;
+    const StreamInfo& info_;
     std::size_t at_ = 4;
 };
 
@@ -142,7 +153,8 @@ bool hasAnotherStream(const pcm::InputFile& input, const Frames& frames) {
     constexpr std::string_view magic = "fLaC";
     constexpr std::size_t start = 12; // with the head of STREAMINFO and its block sizes
     constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
-    for (std::uint64_t at = frames.begin; at + start <= frames.end; at += pieceSize - start) {
+    for (std::uint64_t at = frames.info.audioAt; at + start <= frames.end;
+         at += pieceSize - start) {
         const auto piece = readPart(input, at, std::min(frames.end, at + pieceSize));
         auto found = piece.begin();
         while (true) {
@@ -167,29 +179,29 @@ bool hasAnotherStream(const pcm::InputFile& input, const Frames& frames) {
 bool mayBeJoined(const pcm::InputFile& input, const Frames& frames) {
     constexpr std::uint64_t littleToSearch = std::uint64_t{256} << 10;
     constexpr unsigned probes = 8;
-    const std::uint64_t size = frames.end - frames.begin;
+    const std::uint64_t size = frames.end - frames.info.audioAt;
     const std::uint64_t window = frames.longestFrame() + longestHeader;
     if (size < std::max(littleToSearch, 2 * probes * window)) {
         return true;
     }
     const double bytesPerSample =
-        static_cast<double>(frames.longestFrame()) / std::max(1U, frames.maximalBlock);
-    std::uint64_t place = frames.begin;
+        static_cast<double>(frames.longestFrame()) / std::max(1U, frames.info.maximalBlock);
+    std::uint64_t place = frames.info.audioAt;
     std::uint64_t sample = 0;
     const auto goesOn = [&](std::uint64_t nextPlace, std::uint64_t nextSample) {
-        const auto most =
-            static_cast<double>(nextSample - std::min(sample, nextSample) + frames.maximalBlock) *
-            bytesPerSample;
+        const auto most = static_cast<double>(nextSample - std::min(sample, nextSample) +
+                                              frames.info.maximalBlock) *
+                          bytesPerSample;
         const bool fits = nextSample > sample && static_cast<double>(nextPlace - place) <= most;
         place = nextPlace;
         sample = nextSample;
         return fits;
     };
     for (unsigned probe = 1; probe <= probes; ++probe) {
-        const std::uint64_t at = frames.begin + size / (probes + 1) * probe;
+        const std::uint64_t at = frames.info.audioAt + size / (probes + 1) * probe;
         const auto bytes = readPart(input, at, at + window + longestHeader);
         for (std::size_t i = 0; i + longestHeader <= bytes.size(); ++i) {
-            const auto header = HeaderReader(Bytes(bytes).subspan(i), frames).read();
+            const auto header = HeaderReader(Bytes(bytes).subspan(i), frames.info).read();
             if (header && !goesOn(at + i, header->firstSample)) {
                 return true;
             }
@@ -198,74 +210,52 @@ bool mayBeJoined(const pcm::InputFile& input, const Frames& frames) {
             }
         }
     }
-    return !goesOn(frames.end, frames.total);
+    return !goesOn(frames.end, frames.info.total);
 }
 
 } // namespace
 
 std::uint64_t Frames::longestFrame() const {
     constexpr std::uint64_t around = 64; // headers and checksums
-    return (std::uint64_t{maximalBlock} * (bits + 1) + 7) / 8 * channels + around;
+    return (std::uint64_t{info.maximalBlock} * (info.bits + 1) + 7) / 8 * info.channels + around;
 }
 
 std::optional<Frames> findFrames(const pcm::InputFile& input) {
-    std::array<std::uint8_t, 38> bytes{};
-    const auto read = [&](std::uint64_t at, std::size_t count) {
-        const auto to = std::span(bytes).first(count);
-        return Bytes(to).first(input.readAt(at, to));
-    };
-    std::uint64_t at = 0;
-    while (const std::uint64_t tag = pcm::id3v2Length(read(at, pcm::id3v2Header))) {
-        at += tag;
-    }
-    if (!pcm::startsWith(read(at, 4), "fLaC")) {
+    const std::optional<StreamInfo> info = readStreamInfo(input);
+    if (!info) {
         return {};
     }
-    at += 4;
-    std::optional<Frames> frames;
-    for (bool isLast = false; !isLast;) {
-        const Bytes head = read(at, bytes.size());
-        if (head.size() < 4 || head[0] == 0xFF) {
-            return {};
-        }
-        isLast = (head[0] & 0x80U) != 0;
-        const std::uint64_t size = pcm::bigEndian(head.subspan(1, 3));
-        if ((head[0] & 0x7FU) == 0 && size >= 34 && head.size() == bytes.size() && !frames) {
-            const Bytes info = head.subspan(4);
-            const std::uint64_t packed = pcm::bigEndian(info.subspan(10, 8));
-            frames = Frames{
-                .minimalBlock = static_cast<unsigned>(pcm::bigEndian(info.first(2))),
-                .maximalBlock = static_cast<unsigned>(pcm::bigEndian(info.subspan(2, 2))),
-                .channels = static_cast<unsigned>(packed >> 41 & 7U) + 1,
-                .bits = static_cast<unsigned>(packed >> 36 & 31U) + 1,
-                .total = packed & 0xFFFFFFFFF,
-            };
-        }
-        at += 4 + size;
-    }
-    if (frames) {
-        const pcm::ReadAt readAt = [&](std::uint64_t offset, std::span<std::uint8_t> to) {
-            return input.readAt(offset, to);
-        };
-        const std::uint64_t size = input.size().value_or(0);
-        frames->begin = std::min(at, size);
-        frames->end = pcm::beginOfTags(readAt, frames->begin, size);
-    }
-    return frames;
+    const pcm::ReadAt readAt = [&](std::uint64_t offset, std::span<std::uint8_t> to) {
+        return input.readAt(offset, to);
+    };
+    return Frames{*info, pcm::beginOfTags(readAt, info->audioAt, input.size().value_or(0))};
 }
 
 std::optional<std::uint64_t> samplesAtEnd(const pcm::InputFile& input, const Frames& frames) {
-    const std::uint64_t from =
-        std::max(frames.begin, frames.end - std::min(frames.end, frames.longestFrame()));
-    const auto bytes = readPart(input, from, frames.end);
-    for (std::size_t at = bytes.size(); at-- > 0;) {
+    if (frames.info.audioAt == frames.end) {
+        return 0;
+    }
+    const auto headerAt = [&](std::uint64_t at) {
         // A header may be shorter than what is looked at.
-        std::array<std::uint8_t, longestHeader> head{};
-        const Bytes frame = Bytes(bytes).subspan(at);
-        std::copy_n(frame.begin(), std::min(head.size(), frame.size()), head.begin());
-        const auto header = HeaderReader(head, frames).read();
-        if (header && frame.size() > 6 && crc16(frame) == 0) {
-            return header->firstSample + header->samples;
+        std::vector<std::uint8_t> head =
+            readPart(input, at, std::min(frames.end, at + longestHeader));
+        head.resize(longestHeader);
+        return HeaderReader(head, frames.info).read();
+    };
+    const std::uint64_t from =
+        std::max(frames.info.audioAt, frames.end - std::min(frames.end, frames.longestFrame()));
+    const auto bytes = readPart(input, from, frames.end);
+    std::uint16_t sum = 0;
+    for (std::size_t at = bytes.size(); at-- > 0;) {
+        sum = sumBefore(sum, bytes[at]);
+        if (sum != 0 || bytes[at] != 0xFF) {
+            continue;
+        }
+        if (const auto last = headerAt(from + at)) {
+            // A stream that was cut out of a longer one goes on counting.
+            const auto first = headerAt(frames.info.audioAt);
+            const std::uint64_t begin = first ? first->firstSample : 0;
+            return last->firstSample + last->samples - std::min(begin, last->firstSample);
         }
     }
     return {};
@@ -273,16 +263,16 @@ std::optional<std::uint64_t> samplesAtEnd(const pcm::InputFile& input, const Fra
 
 std::optional<std::string> soundLeftOut(const pcm::InputFile& input) {
     const std::optional<Frames> frames = findFrames(input);
-    if (!frames || frames->total == 0) {
+    if (!frames || frames->info.total == 0) {
         return {};
     }
     const std::optional<std::uint64_t> found = samplesAtEnd(input, *frames);
-    const bool isAsTold = found == frames->total;
+    const bool isAsTold = found == frames->info.total;
     if ((!isAsTold || mayBeJoined(input, *frames)) && hasAnotherStream(input, *frames)) {
         return "another FLAC stream stands behind its end";
     }
-    if (found && *found > frames->total) {
-        const std::uint64_t more = *found - frames->total;
+    if (found && *found > frames->info.total) {
+        const std::uint64_t more = *found - frames->info.total;
         return std::to_string(more) + (more == 1 ? " sample stands" : " samples stand") +
                " behind the number of samples that its STREAMINFO tells";
     }

@@ -15,7 +15,8 @@ namespace quav::pcm {
 template <typename Piece, typename Work>
 class OrderedWork {
 public:
-    OrderedWork(std::size_t jobs, const Work& work) : work_(work), slots_(2 * jobs) {
+    OrderedWork(std::size_t jobs, std::size_t pieces, const Work& work)
+        : work_(work), slots_(pieces) {
         threads_.reserve(jobs);
         try {
             while (threads_.size() < jobs) {
@@ -117,11 +118,13 @@ private:
 
 /// Takes pieces through three steps: `fetch(piece)` fills the next one in order and returns false
 /// at the end, `work(piece)` runs side by side on up to `jobs` threads, `deliver(piece)` gets them
-/// in the order they were fetched. fetch and deliver run on the calling thread. At most 2 * jobs
-/// pieces exist. With one job no thread is started. The first exception of any step ends the whole
-/// and is thrown from here.
+/// in the order they were fetched. fetch and deliver run on the calling thread. So many pieces
+/// exist for each job: the more, the further the others may run ahead of one that takes long. With
+/// one job no thread is started. The first exception of any step ends the whole and is thrown from
+/// here.
 template <typename Piece, typename Fetch, typename Work, typename Deliver>
-void inOrder(std::size_t jobs, Fetch fetch, Work work, Deliver deliver) {
+void inOrder(std::size_t jobs, Fetch fetch, Work work, Deliver deliver,
+             std::size_t piecesPerJob = 2) {
     if (jobs <= 1) {
         for (Piece piece; fetch(piece);) {
             work(piece);
@@ -129,7 +132,7 @@ void inOrder(std::size_t jobs, Fetch fetch, Work work, Deliver deliver) {
         }
         return;
     }
-    OrderedWork<Piece, Work> threads(jobs, work);
+    OrderedWork<Piece, Work> threads(jobs, piecesPerJob * jobs, work);
     while (fetch(threads.next())) {
         threads.handIn();
         if (threads.isFull()) {

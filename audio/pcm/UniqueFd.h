@@ -15,13 +15,16 @@ public:
         std::swap(fd_, other.fd_);
         return *this;
     }
-    ~UniqueFd() {
-        if (fd_ >= 0) {
-            ::close(fd_);
-        }
-    }
+    ~UniqueFd() { reset(); }
+    UniqueFd(const UniqueFd&) = delete;
+    UniqueFd& operator=(const UniqueFd&) = delete;
 
     int get() const { return fd_; }
+    void reset() {
+        if (fd_ >= 0) {
+            ::close(release());
+        }
+    }
     int release() { return std::exchange(fd_, -1); }
     explicit operator bool() const { return fd_ >= 0; }
 

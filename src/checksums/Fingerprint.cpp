@@ -3,39 +3,17 @@
 #include "checksums/ToolWords.h"
 #include "engine/NSTaskWrapperSync.h"
 #include "engine/ToolsFolder.h"
+#include "platform/FlacFile.h"
 #include "platform/PathNames.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 
 namespace quav::fingerprint {
 
 namespace {
 
-constexpr qsizetype id3HeaderSize = 10;
-constexpr qsizetype id3FooterSize = 10;
-constexpr qsizetype streamInfoSize = 34;
 constexpr qsizetype md5Size = 16;
-
-unsigned byteAt(const QByteArray& bytes, qsizetype at) {
-    return static_cast<unsigned char>(bytes[at]);
-}
-
-/// The size of the ID3v2 tag that begins here; 0 when none does.
-qsizetype id3Size(const QByteArray& bytes) {
-    if (bytes.size() < id3HeaderSize || !bytes.startsWith("ID3")) {
-        return 0;
-    }
-    constexpr unsigned hasFooter = 0x10;
-    constexpr unsigned sevenBits = 0x7f;
-    constexpr qsizetype flags = 5;
-    qsizetype size = 0;
-    for (qsizetype at = flags + 1; at < id3HeaderSize; ++at) {
-        size = (size << 7) | (byteAt(bytes, at) & sevenBits);
-    }
-    return id3HeaderSize + size + ((byteAt(bytes, flags) & hasFooter) != 0 ? id3FooterSize : 0);
-}
 
 /// Whether the tool has ended by itself, and no signal has ended it.
 bool isOwnEnd(int exitStatus) {
@@ -76,25 +54,8 @@ bool isUnset(const QString& entry) {
 }
 
 std::optional<QString> inFile(const QString& path) {
-    QFile file(path);
-    // A pipe under the name of a file would keep us waiting.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        return std::nullopt;
-    }
-    const QByteArray marker("fLaC\0\0\0\x22", 8);
-    if (!file.seek(id3Size(file.peek(id3HeaderSize)))) {
-        return std::nullopt;
-    }
-    QByteArray start = file.read(marker.size() + streamInfoSize);
-    if (start.size() < marker.size() + streamInfoSize) {
-        return std::nullopt;
-    }
-    constexpr unsigned isLastBlock = 0x80;
-    start[4] = static_cast<char>(byteAt(start, 4) & ~isLastBlock);
-    if (!start.startsWith(marker)) {
-        return std::nullopt;
-    }
-    return QString::fromLatin1(start.last(md5Size).toHex());
+    const auto digest = flacDigest(path);
+    return digest ? std::optional(QString::fromLatin1(digest->toHex())) : std::nullopt;
 }
 
 } // namespace quav::fingerprint

@@ -26,7 +26,7 @@ bool isComplaint(const QString& entry);
 bool isUnset(const QString& entry);
 
 /// The digits right from the file, without a tool: STREAMINFO stands at its beginning (RFC 9639,
-/// section 8.2), perhaps behind an ID3v2 tag. None when it is not there.
+/// section 8.2), perhaps behind ID3v2 tags. None when it is not there.
 std::optional<QString> inFile(const QString& path);
 
 } // namespace fingerprint

@@ -3,7 +3,7 @@
 #include "checksums/Fingerprint.h"
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
-#include "platform/FlacCount.h"
+#include "platform/FlacFile.h"
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 

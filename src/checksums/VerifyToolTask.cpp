@@ -2,7 +2,7 @@
 
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
-#include "platform/FlacCount.h"
+#include "platform/FlacFile.h"
 #include "platform/PathNames.h"
 
 #include <QFileInfo>

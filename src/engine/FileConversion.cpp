@@ -205,7 +205,7 @@ bool FileConversion::isProven() {
 void FileConversion::noteLosses() {
     losses_ = hooks_.losses(whereSourceIs(), output_);
     if (!losses_.isEmpty()) {
-        task_.addWarning(tr("not in the new file: %1").arg(losses_.join(QStringLiteral("; "))));
+        task_.addWarning(tr("not in the output: %1").arg(losses_.join(QStringLiteral(", "))));
     }
 }
 
@@ -222,7 +222,7 @@ QString FileConversion::reasonToKeep() const {
     if (damaged_) {
         return tr("the tool complained of damage");
     }
-    return !losses_.isEmpty() && !wishes_.acceptLosses ? tr("not all of it is in the new file")
+    return !losses_.isEmpty() && !wishes_.acceptLosses ? tr("not all of it is in the output")
                                                        : QString();
 }
 

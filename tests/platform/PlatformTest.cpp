@@ -1,6 +1,6 @@
 #include "platform/AudioProbe.h"
 #include "platform/DirectoryWalk.h"
-#include "platform/FlacCount.h"
+#include "platform/FlacFile.h"
 #include "platform/MainThread.h"
 #include "platform/NaturalOrder.h"
 #include "platform/PathNames.h"

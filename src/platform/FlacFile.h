@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -23,5 +24,9 @@ struct FlacCount {
 /// file or cannot be read, and when no whole frame stands at the end; tags behind the frames
 /// (ID3v1, APE) do not count. Any thread.
 std::optional<FlacCount> flacCount(const QString& path);
+
+/// The MD5 of the sound, 16 bytes, as STREAMINFO tells it; zeros when the encoder never had all of
+/// it. None for what is no FLAC file or cannot be read. Any thread.
+std::optional<QByteArray> flacDigest(const QString& path);
 
 } // namespace quav
