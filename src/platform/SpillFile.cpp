@@ -83,7 +83,7 @@ std::shared_ptr<const SpillFile::Part> SpillFile::write(const QByteArray& bytes)
     if (written < bytes.size()) {
         return nullptr;
     }
-    const auto part = std::make_shared<const Part>(shared_from_this(), end_, bytes.size());
+    auto part = std::make_shared<const Part>(shared_from_this(), end_, bytes.size());
     end_ += bytes.size();
     used_ += bytes.size();
     return part;
