@@ -161,9 +161,9 @@ void RiffWalk::take(const Chunk& chunk) {
     // No FLAC file keeps a larger chunk, and only a tag with pictures can honestly be larger.
     constexpr std::uint64_t largestPiece = 0xFFFFFF;
     const bool isTag = chunk.id.toUpper() == "ID3 ";
-    if (!isTag && chunk.size > largestPiece) {
-        inventory_.addPiece(chunkPhrase(chunk.id));
-    } else if (const auto content = file_.read(chunk.start, chunk.size)) {
+    const auto content =
+        isTag || chunk.size <= largestPiece ? file_.read(chunk.start, chunk.size) : std::nullopt;
+    if (content) {
         addChunk(kind_, chunk.id, *content, inventory_);
     } else {
         inventory_.addPiece(chunkPhrase(chunk.id));

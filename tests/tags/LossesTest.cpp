@@ -395,9 +395,8 @@ private Q_SLOTS:
         bench.decode.addFiles({bench.path(u"ä.flac"_s)});
         bench.decode.setDeleteOriginals(true);
         bench.run(bench.decode);
-        QCOMPARE(bench.workbench.queue().warnings().join(u'\n').contains(
-                     u"not in the output: the tag MOOD, the month of the date"_s),
-                 true);
+        QVERIFY(bench.workbench.queue().warnings().join(u'\n').contains(
+            u"not in the output: the tag MOOD, the month of the date"_s));
         QVERIFY(QFile::exists(bench.path(u"ä.flac"_s)));
     }
 
