@@ -25,9 +25,9 @@ TagResult DecodeFlacTask::copyTags() {
     const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
     showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
     TagLibTagsHelper writer;
-    const TagResult written = outputPath().endsWith(u".aiff")
-                                  ? writer.writeTagsForAIFFFile(outputPath(), tags)
-                                  : writer.writeTagsForWAVEFile(outputPath(), tags);
+    TagResult written = outputPath().endsWith(u".aiff")
+                            ? writer.writeTagsForAIFFFile(outputPath(), tags)
+                            : writer.writeTagsForWAVEFile(outputPath(), tags);
     noteProblems(writer.problems());
     return written;
 }

@@ -45,7 +45,7 @@ TagResult EncodeFlacTask::copyTags() {
     }
     showStatus(QCoreApplication::translate("EncodeFlacTask", "Writing Flac Tags"));
     TagLibTagsHelper writer;
-    const TagResult written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
+    TagResult written = writer.writeTagsForFLACFile(outputPath(), *tags, true);
     noteProblems(writer.problems());
     return written;
 }

@@ -8,7 +8,7 @@ namespace quav {
 /// enough.
 std::uint64_t id3v2Size(const QByteArray& beginning);
 
-/// Takes in every frame of an ID3v2 tag.
-void readId3v2Inventory(const QByteArray& tag, Inventory& inventory);
+/// Takes in every frame of the ID3v2 tag that these bytes are.
+void readId3v2Inventory(const QByteArray& bytes, Inventory& inventory);
 
 } // namespace quav
