@@ -61,6 +61,15 @@ def aiff(channels, bits, rate, data):
     return b"FORM" + struct.pack(">I", len(body)) + body
 
 
+def without_padding(data, bits):
+    """Little-endian samples whose bits fill their bytes from the top; those below are no sound."""
+    width = (bits + 7) // 8
+    if bits % 8 == 0:
+        return data
+    return b"".join((int.from_bytes(data[at:at + width], "little", signed=True) >> 8 * width - bits)
+                    .to_bytes(width, "little", signed=True) for at in range(0, len(data), width))
+
+
 def chunks(data, order, exact):
     """The chunks of a RIFF or FORM file by name; each byte of it has to belong to one."""
     if exact and struct.unpack(order + "I", data[4:8])[0] + 8 != len(data):
@@ -88,11 +97,12 @@ def of_wav(data, exact=False):
     if len(form) < 16 or body is None:
         raise Unclear("a chunk is missing")
     tag, channels, rate, _, align, bits = struct.unpack("<HHIIHH", form[:16])
-    if tag not in (1, 0xFFFE) or not channels or bits % 8 or align != channels * bits // 8 or not bits:
+    if tag not in (1, 0xFFFE) or not channels or not bits or align != channels * ((bits + 7) // 8):
         raise Unclear("its format makes no sense")
     if len(body) % align:
         raise Unclear("it ends within a frame")
-    return sound(channels, bits, rate, body if bits > 8 else bytes(byte ^ 0x80 for byte in body))
+    signed = body if bits > 8 else bytes(byte ^ 0x80 for byte in body)
+    return sound(channels, bits, rate, without_padding(signed, bits))
 
 
 def of_aiff(data, exact=False):
@@ -104,11 +114,12 @@ def of_aiff(data, exact=False):
         raise Unclear("a chunk is missing")
     channels, frames, bits, exponent, mantissa = struct.unpack(">HIHHQ", common[:18])
     rate = mantissa >> (63 - (exponent - 16383)) if 16383 <= exponent <= 16383 + 63 else 0
-    if body[:8] != bytes(8) or bits % 8 or not channels or not bits:
+    width = (bits + 7) // 8
+    if body[:8] != bytes(8) or not channels or not bits:
         raise Unclear("its format makes no sense")
-    if len(body) - 8 != frames * channels * bits // 8:
+    if len(body) - 8 != frames * channels * width:
         raise Unclear("its header tells another length")
-    return sound(channels, bits, rate, swapped(body[8:], bits // 8))
+    return sound(channels, bits, rate, without_padding(swapped(body[8:], width), bits))
 
 
 def of_flac(path):
