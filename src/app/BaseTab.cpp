@@ -6,6 +6,7 @@
 #include "platform/Parallel.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/SpecialFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -70,6 +71,12 @@ void BaseTab::addFoundFiles(const QStringList& paths) {
 void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {
     const DirectoryContents contents = walkDirectory(path);
     gathered.unusable << unusableIn(contents);
+    for (const QString& special : contents.special) {
+        // What nobody would take for a file of the tab needs no words.
+        if (acceptedExtensions(label_).contains(formatWord(special))) {
+            gathered.unusable << whyNotOpened(special).value_or(QString());
+        }
+    }
     for (const QString& file : contents.files) {
         if (isBookkeepingFile(file)) {
             continue;
@@ -88,6 +95,9 @@ BaseTab::Kind BaseTab::kindOf(const QString& path) const {
     }
     if (isUndecodable(path)) {
         return Kind::Undecodable;
+    }
+    if (whyNotOpened(path)) {
+        return Kind::Special;
     }
     return files_.contains(path) || isValidFile(label_, path) ? Kind::Valid : Kind::Foreign;
 }
@@ -109,6 +119,9 @@ BaseTab::Gathered BaseTab::gather(const QStringList& paths) const {
             break;
         case Kind::Undecodable:
             gathered.unusable << undecodableMessage(path);
+            break;
+        case Kind::Special:
+            gathered.unusable << whyNotOpened(path).value_or(QString());
             break;
         case Kind::Valid:
             gathered.files << path;

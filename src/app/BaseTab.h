@@ -89,7 +89,7 @@ private:
         QStringList unusable; ///< sentences about what cannot be carried
     };
 
-    enum class Kind : unsigned char { Folder, Undecodable, Valid, Foreign };
+    enum class Kind : unsigned char { Folder, Undecodable, Special, Valid, Foreign };
 
     Kind kindOf(const QString& path) const;
     Gathered gather(const QStringList& paths) const;

@@ -6,6 +6,7 @@
 #include "platform/AudioProbe.h"
 #include "platform/DirectoryWalk.h"
 #include "platform/PathNames.h"
+#include "platform/SpecialFile.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -84,6 +85,8 @@ QStringList QUAVController::gather(const QStringList& paths) {
         }
         if (isUndecodable(path)) {
             unusable << undecodableMessage(path);
+        } else if (const auto reason = whyNotOpened(path)) {
+            unusable << *reason;
         } else if (!QFileInfo(path).isDir()) {
             files << path;
         } else {

@@ -2,6 +2,7 @@
 
 #include "checksums/Fingerprint.h"
 #include "checksums/ToolWords.h"
+#include "engine/FailureReason.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/FlacFile.h"
 #include "platform/OrderedWork.h"
@@ -122,7 +123,10 @@ VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
                 tested.log.add(QStringLiteral("%1: %2").arg(file, said));
             }
         });
-    if (status != 0) {
+    if (wasKilled(status)) {
+        tested.isJudged = false;
+        tested.damage = failureReason({QStringLiteral("flac"), status, {}, false, {}}, {});
+    } else if (status != 0) {
         tested.damage = tr("flac found it damaged");
     } else if (const auto count = flacCount(path); count && !count->agrees()) {
         tested.damage = count->difference();
@@ -146,7 +150,8 @@ void VerifyFFPTask::noteDamage(const QString& path, const Tested& tested) {
     }
     for (Verdict& verdict : verdicts()) {
         if (verdict.file == path && verdict.kind == Verdict::Kind::Ok) {
-            verdict.kind = Verdict::Kind::Failed;
+            // Nothing is known of a file whose test did not come to its end.
+            verdict.kind = tested.isJudged ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
             verdict.note = tested.damage;
         }
     }

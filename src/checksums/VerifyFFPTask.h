@@ -25,6 +25,7 @@ private:
     struct Tested {
         TestLog log;    ///< what the report has of it
         QString damage; ///< what is wrong with it; empty when nothing is
+        bool isJudged = true;
     };
 
     QStringList doVerifyFPP(const checksumlist::List& list);

@@ -239,6 +239,14 @@ void CommandLine::Parts::addRunOptions(CLI::App& command) {
         ->type_name("N")
         ->default_str(settingAsDefault(keys::maxThreads))
         ->check(range(keys::maxThreads));
+    constexpr int aYear = 365 * 24 * 60 * 60;
+    command
+        .add_option("--stall-timeout", to.stallTimeout,
+                    plain(tr("End a tool that has neither read, written nor printed anything for "
+                             "so long; 0: never")))
+        ->type_name("SECONDS")
+        ->default_str(std::to_string(RunOptions::usualStallTimeout))
+        ->check(CLI::Range(0, aYear).description(""));
     addAnswers(command);
     command.add_flag("--json", to.json, plain(tr("One JSON object a line on the standard output")));
     command.add_flag("--quiet", to.quiet, plain(tr("Only errors, warnings and reports")));

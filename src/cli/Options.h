@@ -42,6 +42,8 @@ struct RunOptions {
     std::optional<bool> answer; ///< to every question
     bool json = false;
     bool quiet = false;
+    static constexpr int usualStallTimeout = 600;
+    int stallTimeout = usualStallTimeout; ///< seconds; 0: a tool that does nothing is never ended
 };
 
 /// The options of `encode` and `decode` beyond these.

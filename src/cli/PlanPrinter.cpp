@@ -46,6 +46,10 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
         note(QStringLiteral("skip"), QStringLiteral("output"), output,
              tr("would skip what is its own output: %1"));
     }
+    for (const QString& source : plan.special) {
+        note(QStringLiteral("skip"), QStringLiteral("source"), source,
+             tr("would skip what is no file: %1"));
+    }
     for (const QString& source : plan.unsupported) {
         note(QStringLiteral("skip"), QStringLiteral("source"), source,
              tr("would skip a kind that cannot be converted: %1"));

@@ -3,6 +3,7 @@
 #include "cli/Json.h"
 #include "cli/Terminal.h"
 #include "cli/Text.h"
+#include "engine/FailureReason.h"
 #include "platform/ClockText.h"
 
 #include <QCoreApplication>
@@ -61,6 +62,17 @@ QString line(const TaskEnd& end) {
 
 TextEvents::TextEvents(Terminal& terminal, Detail detail) : terminal_(terminal), detail_(detail) {}
 
+void TextEvents::stalled(const ToolStall& stall) {
+    QString line = QCoreApplication::translate("RunEvents", "stalled: %1: %2 has neither read, "
+                                                            "written nor printed anything for %3")
+                       .arg(text::printable(stall.title), stall.tool, spanInWords(stall.quiet));
+    if (stall.endedAfter.count() > 0) {
+        line += QCoreApplication::translate("RunEvents", "; after %1 it is ended")
+                    .arg(spanInWords(stall.endedAfter));
+    }
+    terminal_.say(line);
+}
+
 void TextEvents::finished(const TaskEnd& end) {
     if (detail_ == Detail::EveryTask || end.status == TaskEnd::Status::Failed) {
         terminal_.say(line(end));
@@ -94,6 +106,17 @@ void TextEvents::summary(const RunSummary& summary) {
                       .arg(summary.cancelled)
                       .arg(summary.warnings)
                       .arg(clockText(time)));
+}
+
+void JsonEvents::stalled(const ToolStall& stall) {
+    const auto seconds = std::chrono::round<std::chrono::seconds>(stall.quiet);
+    QJsonObject event{{QStringLiteral("event"), QStringLiteral("stalled")},
+                      {QStringLiteral("title"), stall.title},
+                      {QStringLiteral("tool"), stall.tool},
+                      {QStringLiteral("seconds"), static_cast<qint64>(seconds.count())}};
+    addTo(event, QStringLiteral("source"), stall.source);
+    terminal_.print(jsonLine(event));
+    TextEvents::stalled(stall);
 }
 
 void JsonEvents::finished(const TaskEnd& end) {

@@ -22,6 +22,15 @@ struct RunSummary {
     std::chrono::milliseconds time{0};
 };
 
+/// A tool that does nothing any more.
+struct ToolStall {
+    QString title;  ///< of its task
+    QString source; ///< empty for a task without one file to read
+    QString tool;
+    std::chrono::milliseconds quiet;      ///< for how long already
+    std::chrono::milliseconds endedAfter; ///< 0: it is not ended
+};
+
 /// What happens in a run and is told to the user, in one form or another.
 class RunEvents {
 public:
@@ -30,6 +39,7 @@ public:
     RunEvents(const RunEvents&) = delete;
     RunEvents& operator=(const RunEvents&) = delete;
 
+    virtual void stalled(const ToolStall& stall) = 0;
     virtual void finished(const TaskEnd& end) = 0;
     virtual void found(const Verdicts& verdicts) = 0;
     virtual void report(const QString& title, const ReportText& text) = 0;
@@ -44,6 +54,7 @@ public:
 
     TextEvents(Terminal& terminal, Detail detail);
 
+    void stalled(const ToolStall& stall) override;
     void finished(const TaskEnd& end) override;
     void found(const Verdicts& verdicts) override;
     void report(const QString& title, const ReportText& text) override;
@@ -61,6 +72,7 @@ class JsonEvents : public TextEvents {
 public:
     using TextEvents::TextEvents;
 
+    void stalled(const ToolStall& stall) override;
     void finished(const TaskEnd& end) override;
     void found(const Verdicts& verdicts) override;
     void report(const QString& title, const ReportText& text) override;

@@ -10,6 +10,7 @@
 #include <QUtf8StringView>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -38,6 +39,8 @@ TabRun::TabRun(RunOptions options, Settings& settings, Terminal& terminal)
     if (options_.jobs) {
         workbench_.queue().maxThreadsChanged(*options_.jobs);
     }
+    workbench_.queue().stallWatch().setPatience(
+        {.end = std::chrono::seconds(options_.stallTimeout)});
 }
 
 TabRun::~TabRun() = default;
@@ -124,11 +127,12 @@ void TabRun::waitForTheEnd(StopSignals& signals) {
 
 void TabRun::stop(int howManyTimes) {
     if (howManyTimes == 1) {
-        terminal_.say(tr("Cancelled. Tools that run finish their file; once more stops them."));
+        terminal_.say(tr("Cancelled. Tools that run finish their file; once more ends them and "
+                         "the program at once."));
         workbench_.queue().cancelAllTasks();
     } else {
-        terminal_.say(tr("Stopping the tools that run."));
-        workbench_.queue().terminateTools();
+        terminal_.say(tr("Ending the tools that run."));
+        workbench_.queue().killTools();
     }
 }
 

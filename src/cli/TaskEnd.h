@@ -21,8 +21,4 @@ struct TaskEnd {
 
 TaskEnd endOf(const QUAVTask& task);
 
-/// The line of a tool's words that says best why it failed: the last that speaks of an error, else
-/// the last one.
-QString reasonIn(const QString& report);
-
 } // namespace quav

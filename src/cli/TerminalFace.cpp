@@ -27,6 +27,7 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
             [this](const std::shared_ptr<QUAVTask>& task) {
                 finished(endOf(*task), task->results()->verdictsOf(*task));
             });
+    connect(&queue.stallWatch(), &StallWatch::stalled, this, &TerminalFace::stalled);
     connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
             [this](const ReportText& text, const QString& title) { events_.report(title, text); });
     redrawTimer_.setSingleShot(true);
@@ -36,6 +37,12 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
         connect(&queue, &QUAVTaskQueue::countsChanged, this, &TerminalFace::redrawSoon);
         connect(&queue.rows(), &TaskRowsModel::dataChanged, this, &TerminalFace::redrawSoon);
     }
+}
+
+void TerminalFace::stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
+                           std::chrono::milliseconds quiet) {
+    const TaskEnd names = endOf(*task);
+    events_.stalled({names.title, names.source, tool, quiet, queue_.stallWatch().patience().end});
 }
 
 void TerminalFace::finished(const TaskEnd& end, const Verdicts& verdicts) {

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
 #include <memory>
 
 namespace quav {
@@ -34,6 +35,8 @@ public:
     const RunSummary& summary() const { return summary_; }
 
 private:
+    void stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
+                 std::chrono::milliseconds quiet);
     void redrawSoon();
     void redraw();
     QStringList runningLines(int most) const;

@@ -24,6 +24,7 @@ struct PlannedConversion {
 struct ConversionPlan {
     std::vector<PlannedConversion> conversions;
     QStringList outputsThatAreSources; ///< left out: the output would be the source itself
+    QStringList special;               ///< sources that are no files any more
     QStringList unsupported;           ///< sources of a kind that this tab cannot convert
     QStringList overwritten;           ///< outputs that exist and would be overwritten
     QStringList alreadyThere;          ///< outputs that exist, so that the tool will refuse

@@ -8,6 +8,7 @@
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/SpecialFile.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -115,6 +116,9 @@ std::shared_ptr<QUAVTask> ConversionTab::makeFollowUp(const ConversionPlan& /*pl
 void ConversionTab::tellWhatIsLeftOut(const ConversionPlan& plan) {
     for (const QString& output : plan.outputsThatAreSources) {
         services().prompts.alert(tr("Output file \" %1\" already exists.skipping").arg(output), {});
+    }
+    for (const QString& source : plan.special) {
+        services().prompts.alert(whyNotOpened(source).value_or(QString()), {});
     }
     if (!plan.unsupported.isEmpty()) {
         QStringList names;

@@ -24,6 +24,7 @@ public:
     const QString& fileName() const { return conversion_.source(); }
     QString source() const override { return fileName(); }
     const QString& outputPath() const { return conversion_.output(); }
+    QString output() const override { return outputPath(); }
 
     FileConversion& conversion() { return conversion_; }
 

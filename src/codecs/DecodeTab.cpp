@@ -6,6 +6,7 @@
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/SpecialFile.h"
 
 #include <algorithm>
 
@@ -65,7 +66,9 @@ void DecodeTab::planFlac(const QString& source, const QString& folder, Conversio
 ConversionPlan DecodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
     for (const QString& source : fileNames()) {
-        if (formatWord(source) == u"FLAC") {
+        if (whyNotOpened(source)) {
+            plan.special << source;
+        } else if (formatWord(source) == u"FLAC") {
             planFlac(source, outputFolder(source, chosenFolder), plan);
         } else {
             plan.unsupported << source;

@@ -10,6 +10,7 @@
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/SpecialFile.h"
 
 #include <QHash>
 #include <QMap>
@@ -95,6 +96,10 @@ ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
     QStringList sources;
     QStringList outputs;
     for (const QString& source : fileNames()) {
+        if (whyNotOpened(source)) {
+            plan.special << source;
+            continue;
+        }
         if (needsAnotherDecoder(formatWord(source))) {
             plan.unsupported << source;
             continue;

@@ -22,6 +22,7 @@ public:
     void stopTask() override;
     /// Tools that the work runs.
     void terminateTool() override;
+    void killTool() override;
     void abandon() override;
 
 protected:

@@ -1,7 +1,6 @@
 #include "engine/FileConversion.h"
 
 #include "engine/QUAVTask.h"
-#include "engine/QUAVTaskResults.h"
 #include "engine/Util.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
@@ -91,7 +90,7 @@ void FileConversion::conclude() {
 void FileConversion::rollBack() {
     const QString putAside = guard_->rollBack();
     if (!putAside.isEmpty()) {
-        fail(tr("The earlier output file is now “%1”.").arg(putAside));
+        task_.failBecause(tr("The earlier output file is now “%1”.").arg(putAside));
     }
 }
 
@@ -110,7 +109,7 @@ QString FileConversion::whereSourceIs() const {
 bool FileConversion::isOutputThere() {
     const bool isThere = guard_->producedHere() && QFileInfo(output_).isFile();
     if (!isThere) {
-        fail(tr("There is no output file “%1”.").arg(output_));
+        task_.failBecause(tr("There is no output file “%1”.").arg(output_));
     }
     return isThere;
 }
@@ -118,8 +117,8 @@ bool FileConversion::isOutputThere() {
 bool FileConversion::isAllRead() {
     const QString leftOut = sound::leftOut(whereSourceIs());
     if (!leftOut.isEmpty() && !hasChanged()) {
-        fail(tr("“%1” was not converted, since not all of it would be read: %2")
-                 .arg(lastPathComponent(source_), leftOut));
+        task_.failBecause(tr("“%1” was not converted, since not all of it would be read: %2")
+                              .arg(lastPathComponent(source_), leftOut));
         return false;
     }
     return true;
@@ -138,7 +137,8 @@ bool FileConversion::writeTags() {
         return true;
     }
     if (!written) {
-        fail(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' + written.error());
+        task_.failBecause(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' +
+                          written.error());
     }
     return written.has_value();
 }
@@ -150,7 +150,8 @@ bool FileConversion::haveHeadersOfOneSound() {
     }
     const sound::Comparison headers = sound::compareHeaders(whereSourceIs(), output_);
     if (headers.answer == sound::Comparison::Answer::Different && !hasChanged()) {
-        fail(tr("The new file has not the sound of the original: %1.").arg(headers.why));
+        task_.failBecause(
+            tr("The new file has not the sound of the original: %1.").arg(headers.why));
         return false;
     }
     return true;
@@ -176,7 +177,7 @@ bool FileConversion::isProven() {
     if (hasChanged()) {
         unproven_ = tr("the original has changed since it was read");
         if (wishes_.verifyAudio) {
-            fail(unproven_);
+            task_.failBecause(unproven_);
         }
         return !wishes_.verifyAudio;
     }
@@ -186,7 +187,7 @@ bool FileConversion::isProven() {
     case Answer::Stopped:
         return guard_->sourceAside().isEmpty();
     case Answer::Different:
-        fail(tr("The new file has not the sound of the original: %1.").arg(proof.why));
+        task_.failBecause(tr("The new file has not the sound of the original: %1.").arg(proof.why));
         return false;
     case Answer::Damaged:
     case Answer::Unreadable:
@@ -196,7 +197,7 @@ bool FileConversion::isProven() {
     // Damage that the tool has told may have been gone through on purpose.
     const bool passedOver = proof.answer == Answer::Damaged && !damaged_;
     if (wishes_.verifyAudio || passedOver || !guard_->sourceAside().isEmpty()) {
-        fail(unproven_);
+        task_.failBecause(unproven_);
         return false;
     }
     return true;
@@ -252,11 +253,6 @@ void FileConversion::removeSource() {
         !trouble.isEmpty()) {
         task_.addWarning(trouble);
     }
-}
-
-void FileConversion::fail(const QString& reason) {
-    task_.setError(true);
-    task_.results()->appendResults(reason + u'\n', task_);
 }
 
 QString deleteOriginal(const QString& path, const Settings& settings, DesktopServices& desktop) {

@@ -110,7 +110,6 @@ private:
     void removeSource();
     QString reasonToKeep() const;
     bool wantsDeletion() const;
-    void fail(const QString& reason);
     QString whereSourceIs() const;
 
     QUAVTask& task_;

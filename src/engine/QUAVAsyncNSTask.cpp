@@ -1,9 +1,14 @@
 #include "engine/QUAVAsyncNSTask.h"
 
 #include "engine/QUAVTaskResults.h"
+#include "engine/StallWatch.h"
 #include "engine/ToolsFolder.h"
+#include "platform/PathNames.h"
+#include "platform/SpecialFile.h"
 
 #include <QCoreApplication>
+
+#include <csignal>
 
 namespace quav {
 
@@ -23,6 +28,9 @@ void QUAVAsyncNSTask::setDirectory(const QString& path) {
 }
 
 void QUAVAsyncNSTask::startTask() {
+    if (const auto reason = whyNotOpened(source())) {
+        throw ToolLaunchError(reason->toStdString()); // the tool might wait for ever
+    }
     QUAVTask::startTask();
     auto child = std::make_unique<ChildProcess>();
     QObject::connect(child.get(), &ChildProcess::outputArrived, child.get(),
@@ -38,15 +46,19 @@ void QUAVAsyncNSTask::startTask() {
     }
     child_ = std::move(child);
     launched_ = true;
+    pid_ = child_->pid();
+    queue().stallWatch().began(pid_, lastPathComponent(command_.program), weak_from_this());
 }
 
 void QUAVAsyncNSTask::taskDataAvailable(const QByteArray& bytes) {
+    queue().stallWatch().printed(pid_);
     for (const QString& piece : pieces_.feed(bytes)) {
         runHook([&] { processTaskOutput(piece); });
     }
 }
 
 void QUAVAsyncNSTask::toolEnded(int exitStatus) {
+    stalledFor_ = queue().stallWatch().ended(pid_);
     for (const QString& piece : pieces_.finish()) {
         runHook([&] { processTaskOutput(piece); });
     }
@@ -55,7 +67,21 @@ void QUAVAsyncNSTask::toolEnded(int exitStatus) {
     if (!cancelled() && exitStatus != 0) {
         setError(true);
     }
-    cleanupWork_.run([this] { runHook([this] { cleanup(); }); }, [this] { finish(); });
+    cleanupWork_.run(
+        [this, bytesWritten = child_->bytesWritten()] {
+            noteFailure(bytesWritten);
+            runHook([this] { cleanup(); });
+        },
+        [this] { finish(); });
+}
+
+/// Before the half output goes, which may make room on a full disk.
+void QUAVAsyncNSTask::noteFailure(std::uint64_t bytesWritten) {
+    const int status = exitStatus_.value_or(0);
+    if (status != 0) {
+        setFailureFacts({lastPathComponent(command_.program), status, stalledFor_,
+                         isDiskFullFor(output(), bytesWritten)});
+    }
 }
 
 void QUAVAsyncNSTask::stopTask() {
@@ -67,7 +93,13 @@ void QUAVAsyncNSTask::stopTask() {
 
 void QUAVAsyncNSTask::terminateTool() {
     if (child_) {
-        child_->terminate();
+        child_->signal(SIGTERM);
+    }
+}
+
+void QUAVAsyncNSTask::killTool() {
+    if (child_) {
+        child_->signal(SIGKILL);
     }
 }
 
@@ -91,6 +123,7 @@ void QUAVAsyncNSTask::letGo() {
 }
 
 void QUAVAsyncNSTask::abandon() {
+    queue().stallWatch().ended(pid_);
     child_.reset();
     cleanupWork_.wait();
 }

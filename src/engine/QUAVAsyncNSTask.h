@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -40,6 +41,7 @@ public:
     void stopTask() override;
 
     void terminateTool() override;
+    void killTool() override;
     void abandon() override;
 
     /// The command line: each part in quotes, followed by a line break and a blank.
@@ -68,6 +70,7 @@ protected:
 private:
     void taskDataAvailable(const QByteArray& bytes);
     void toolEnded(int exitStatus);
+    void noteFailure(std::uint64_t bytesWritten);
     void finish();
     void letGo();
 
@@ -76,7 +79,9 @@ private:
     bool launched_ = false;
     ToolPieces pieces_;
     TerminalText terminal_;
+    pid_t pid_ = 0; ///< the tool's, from its start on
     std::optional<int> exitStatus_;
+    std::optional<std::chrono::milliseconds> stalledFor_;
     BackgroundWork cleanupWork_;
 };
 

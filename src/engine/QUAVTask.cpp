@@ -1,6 +1,7 @@
 #include "engine/QUAVTask.h"
 
 #include "engine/QUAVTaskResults.h"
+#include "engine/StallWatch.h"
 #include "platform/MainThread.h"
 
 #include <QDebug>
@@ -49,7 +50,27 @@ void QUAVTask::cancelTask() {
 
 void QUAVTask::terminateTool() {}
 
+void QUAVTask::killTool() {}
+
 void QUAVTask::abandon() {}
+
+void QUAVTask::endStalledTool() {
+    queue_.stallWatch().endStalled(*this);
+}
+
+void QUAVTask::setStalledFor(std::chrono::milliseconds quiet) {
+    if (done_) {
+        return;
+    }
+    if (!row_.stalled) {
+        statusBehindStall_ = row_.statusLine;
+    }
+    row_.stalled = quiet.count() > 0;
+    row_.statusLine = row_.stalled
+                          ? rowText("Stalled for %1; the tool can be ended").arg(spanInWords(quiet))
+                          : statusBehindStall_;
+    queue_.rowChanged(*this);
+}
 
 void QUAVTask::runHook(const std::function<void()>& hook) {
     try {
@@ -99,6 +120,43 @@ void QUAVTask::reportCompletion() {
 
 QString QUAVTask::source() const {
     return {};
+}
+
+QString QUAVTask::output() const {
+    return {};
+}
+
+QString QUAVTask::reason() const {
+    FailureFacts facts;
+    {
+        const std::lock_guard lock(handOver_);
+        facts = failureFacts_;
+    }
+    // What the task noted of its own source is better than a line of its report.
+    const QString source = this->source();
+    for (const Verdict& verdict : results_->verdictsOf(*this)) {
+        if (!source.isEmpty() && verdict.file == source && !verdict.note.isEmpty()) {
+            return failureReason(facts, verdict.note);
+        }
+    }
+    constexpr qint64 whereReasonsStand = 1 << 20;
+    return failureReason(facts, results_->reportOf(*this).ending(whereReasonsStand));
+}
+
+void QUAVTask::setFailureFacts(const FailureFacts& facts) {
+    const std::lock_guard lock(handOver_);
+    const QString own = failureFacts_.own;
+    failureFacts_ = facts;
+    failureFacts_.own = own;
+}
+
+void QUAVTask::failBecause(const QString& reason) {
+    setError(true);
+    results_->appendResults(reason + u'\n', *this);
+    const std::lock_guard lock(handOver_);
+    if (failureFacts_.own.isEmpty()) {
+        failureFacts_.own = QString(reason).replace(u'\n', u' ');
+    }
 }
 
 QString QUAVTask::description() const {
@@ -154,7 +212,7 @@ void QUAVTask::fillRow(unsigned parts) {
     {
         const std::lock_guard lock(handOver_);
         if ((parts & StatusLine) != 0) {
-            row_.statusLine = topTextFieldString_;
+            (row_.stalled ? statusBehindStall_ : row_.statusLine) = topTextFieldString_;
         }
         if ((parts & MainLine) != 0) {
             row_.mainLine = textFieldString_;
@@ -234,6 +292,9 @@ void QUAVTask::showProgressInView() {
 }
 
 void QUAVTask::setGuiFields() {
+    if (std::exchange(row_.stalled, false)) {
+        row_.statusLine = statusBehindStall_;
+    }
     if (cancelled_) {
         row_.mainLine = rowText("Canceled");
         row_.mainLineColour = TaskRow::Colour::Red;

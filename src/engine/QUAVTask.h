@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/BoundedLines.h"
+#include "engine/FailureReason.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRow.h"
 
@@ -49,6 +50,16 @@ public:
     /// task then ends as with any tool that failed.
     virtual void terminateTool();
 
+    /// The same for a program that does not wait at all: the tool is killed.
+    virtual void killTool();
+
+    /// Kills the tools of the task that are stalled, so that the task fails, or, having been
+    /// cancelled, ends.
+    void endStalledTool();
+
+    /// One of its tools has done nothing for so long; 0: it works again.
+    void setStalledFor(std::chrono::milliseconds quiet);
+
     /// The queue goes: kills a tool that runs and waits for work in the background, so that
     /// nothing goes on behind a task that is about to be destroyed.
     virtual void abandon();
@@ -61,12 +72,20 @@ public:
     bool cancelled() const { return cancelled_; }
     bool error() const { return error_; }
     void setError(bool error) { error_ = error; }
+    /// Marks the task as failed, with a sentence for its report and its reason. Any thread.
+    void failBecause(const QString& reason);
 
     QString title() const { return title_; }
     void setTitle(const QString& title) { title_ = title; }
 
     /// The path of the one file that the task reads; empty for a task about none or several.
     virtual QString source() const;
+
+    /// The path of the one file that the task writes; empty for a task about none or several.
+    virtual QString output() const;
+
+    /// Why the task failed, in one line. Main thread, once it is done.
+    QString reason() const;
 
     /// How a log names the task.
     virtual QString description() const;
@@ -120,6 +139,9 @@ protected:
 
     void setStopped();
 
+    /// What is known of the failure beside the words in the report. Any thread.
+    void setFailureFacts(const FailureFacts& facts);
+
     /// Each sets its part of the row and has it shown. Any thread.
     void showMainLine(const QString& text);
     void showStatus(const QString& status);
@@ -144,8 +166,10 @@ private:
     QString textFieldString_;
     double progressIndicatorValue_ = 0;
     BoundedLines warnings_{mostWarnings};
+    FailureFacts failureFacts_;
     unsigned pushedParts_ = 0;
 
+    QString statusBehindStall_; ///< what the row would show if no tool were stalled
     std::chrono::steady_clock::time_point startTime_;
     double weight_ = 1;
     bool completionReported_ = false;

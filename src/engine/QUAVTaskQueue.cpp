@@ -20,6 +20,10 @@ QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
       spillFile_(std::make_shared<SpillFile>()), maxThreads_(settings.integer(keys::maxThreads)) {
     connect(&notifications, &Notifications::QUAVMaxThreadsChangedNotification, this,
             &QUAVTaskQueue::maxThreadsChanged);
+    connect(&stallWatch_, &StallWatch::quietChanged, this,
+            [](const std::shared_ptr<QUAVTask>& task, std::chrono::milliseconds quiet) {
+                task->setStalledFor(quiet);
+            });
 }
 
 QUAVTaskQueue::~QUAVTaskQueue() {
@@ -52,6 +56,7 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
     if (taskArray_.empty()) {
         progress_.start(BatchProgress::Clock::now());
         warnings_.clear();
+        stallWatch_.start();
     }
     progress_.add(task->weight());
     places_[task.get()] = taskArray_.insert(taskArray_.end(), task);
@@ -122,6 +127,7 @@ bool QUAVTaskQueue::resetWhenEmpty() {
         activeTask_ = 0;
         lowestActivePosition_ = 0;
         waiting_.clear();
+        stallWatch_.stop();
     }
     return taskArray_.empty();
 }
@@ -231,6 +237,12 @@ QUAVTaskQueue::Tasks QUAVTaskQueue::tasks() const {
 void QUAVTaskQueue::terminateTools() {
     for (const auto& task : tasks()) {
         task->terminateTool();
+    }
+}
+
+void QUAVTaskQueue::killTools() {
+    for (const auto& task : tasks()) {
+        task->killTool();
     }
 }
 

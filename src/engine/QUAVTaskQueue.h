@@ -4,6 +4,7 @@
 #include "engine/BoundedLines.h"
 #include "engine/QUAVTask.h"
 #include "engine/ReportText.h"
+#include "engine/StallWatch.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRowsModel.h"
 #include "engine/Verdict.h"
@@ -64,6 +65,8 @@ public:
 
     /// Asks the tools of running tasks to end now.
     void terminateTools();
+    /// Kills them.
+    void killTools();
 
     /// Removes the rows of failed tasks.
     void removeAllErrors();
@@ -85,6 +88,7 @@ public:
     MainThread& mainThread() override { return mainThread_; }
     const ToolsFolder& toolsFolder() const override { return tools_; }
     const std::shared_ptr<SpillFile>& spillFile() const override { return spillFile_; }
+    StallWatch& stallWatch() override { return stallWatch_; }
     int toolsAtOnce() const override;
 
 Q_SIGNALS:
@@ -124,6 +128,7 @@ private:
     const ToolsFolder& tools_;
     MainThread& mainThread_;
     std::shared_ptr<SpillFile> spillFile_;
+    StallWatch stallWatch_; // before the tasks, which speak to it until they have gone
 
     // Recursive: a view that is told of a new row may ask for the counts.
     mutable std::recursive_mutex lock_;

@@ -7,6 +7,7 @@ namespace quav {
 class MainThread;
 class QUAVTask;
 class SpillFile;
+class StallWatch;
 class ToolsFolder;
 
 /// What a task knows of the queue that runs it.
@@ -29,6 +30,7 @@ public:
 
     virtual MainThread& mainThread() = 0;
     virtual const ToolsFolder& toolsFolder() const = 0;
+    virtual StallWatch& stallWatch() = 0;
 
     /// Where reports go that are too long for memory. Any thread.
     virtual const std::shared_ptr<SpillFile>& spillFile() const = 0;

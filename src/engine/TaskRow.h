@@ -17,6 +17,7 @@ struct TaskRow {
     bool barDeterminate = true;
     bool barAnimated = true;
     bool cancelButtonVisible = false;
+    bool stalled = false; ///< a tool does nothing any more and can be ended
 };
 
 } // namespace quav

@@ -49,6 +49,8 @@ QVariant TaskRowsModel::data(const QModelIndex& index, int role) const {
         return row.barAnimated;
     case CancelButtonVisibleRole:
         return row.cancelButtonVisible;
+    case StalledRole:
+        return row.stalled;
     default:
         return {};
     }

@@ -25,6 +25,7 @@ public:
         BarDeterminateRole,
         BarAnimatedRole,
         CancelButtonVisibleRole,
+        StalledRole, ///< whether a tool does nothing any more and can be ended
     };
 
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;

@@ -20,12 +20,19 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QTimer>
+
+#include <chrono>
+#include <utility>
 
 namespace quav {
 
 namespace {
 
 constexpr QSize firstSize{860, 560};
+
+// How long a tool that is asked to end may take for it.
+constexpr std::chrono::seconds toolsPatience{2};
 
 /// Answers whatever is being asked as if the user had cancelled.
 void dismissDialogs() {
@@ -173,9 +180,15 @@ void MainWindow::quit() {
 }
 
 void MainWindow::endAtOnce() {
+    QUAVTaskQueue& queue = workbench_.queue();
+    if (std::exchange(endingAtOnce_, true)) {
+        queue.killTools();
+        return;
+    }
     dismissDialogs();
     finish();
-    workbench_.queue().terminateTools();
+    queue.terminateTools();
+    QTimer::singleShot(toolsPatience, &queue, &QUAVTaskQueue::killTools);
 }
 
 void MainWindow::finish() {

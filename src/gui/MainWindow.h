@@ -26,7 +26,8 @@ public:
     void quit();
 
     /// Ends the program without a question: what waits is dropped and the tools that run are told
-    /// to end. For when the session ends.
+    /// to end; those that do not, and all of them when it is said once more, are killed. For when
+    /// the session ends.
     void endAtOnce();
 
 Q_SIGNALS:
@@ -58,6 +59,7 @@ private:
     QTabWidget* tabs_;
     bool painted_ = false;
     bool finishing_ = false;
+    bool endingAtOnce_ = false;
 };
 
 } // namespace quav

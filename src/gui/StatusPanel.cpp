@@ -61,11 +61,11 @@ void StatusPanel::buildList() {
     list_->setContextMenuPolicy(Qt::CustomContextMenu);
     list_->setMouseTracking(true);
     list_->setAccessibleName(tr("Tasks"));
-    connect(delegate, &TaskRowDelegate::stopClicked, this, &StatusPanel::cancelRow);
+    connect(delegate, &TaskRowDelegate::stopClicked, this, &StatusPanel::stopRow);
     connect(list_, &QListView::doubleClicked, this, &StatusPanel::showWhatTheToolSaid);
     connect(list_, &QListView::customContextMenuRequested, this, &StatusPanel::showContextMenu);
     addListAction({QKeySequence::Delete, QKeySequence(Qt::CTRL | Qt::Key_Period)},
-                  &StatusPanel::cancelCurrentRow);
+                  &StatusPanel::stopCurrentRow);
     addListAction({Qt::Key_Return, Qt::Key_Enter}, &StatusPanel::showWhatTheToolSaid);
 }
 
@@ -153,14 +153,17 @@ int StatusPanel::failedRows() const {
     return failed;
 }
 
-void StatusPanel::cancelRow(int row) {
-    if (const auto task = queue_.rows().taskAt(row)) {
+void StatusPanel::stopRow(int row) {
+    const auto task = queue_.rows().taskAt(row);
+    if (task && task->row().stalled) {
+        task->endStalledTool();
+    } else if (task) {
         task->cancelTask();
     }
 }
 
-void StatusPanel::cancelCurrentRow() {
-    cancelRow(list_->currentIndex().row());
+void StatusPanel::stopCurrentRow() {
+    stopRow(list_->currentIndex().row());
 }
 
 void StatusPanel::showWhatTheToolSaid() {
@@ -168,8 +171,15 @@ void StatusPanel::showWhatTheToolSaid() {
     if (!task || !task->error()) {
         return;
     }
-    const ReportText text = task->results()->reportOf(*task);
-    outputWindows_.show(text.size() == 0 ? tr("Nothing was said.") : text, task->title());
+    ReportText text;
+    const ReportText report = task->results()->reportOf(*task);
+    const QString reason = task->reason();
+    constexpr qint64 whereReasonsStand = 1 << 20;
+    if (!report.ending(whereReasonsStand).contains(reason)) {
+        text.append(reason + QStringLiteral("\n\n"));
+    }
+    text.append(report);
+    outputWindows_.show(text, task->title());
 }
 
 void StatusPanel::showContextMenu(const QPoint& where) {
@@ -179,8 +189,11 @@ void StatusPanel::showContextMenu(const QPoint& where) {
         contextMenu_.addAction(tr("&Show what the tool said"), this,
                                &StatusPanel::showWhatTheToolSaid);
     }
+    if (task && task->row().stalled) {
+        contextMenu_.addAction(tr("&End the tool"), this, [task] { task->endStalledTool(); });
+    }
     if (task && !task->isDone()) {
-        contextMenu_.addAction(tr("&Cancel"), this, &StatusPanel::cancelCurrentRow);
+        contextMenu_.addAction(tr("&Cancel"), this, [task] { task->cancelTask(); });
     }
     contextMenu_.addAction(tr("Clear &errors"), &queue_, &QUAVTaskQueue::removeAllErrors)
         ->setEnabled(failedRows() > 0);

@@ -33,8 +33,9 @@ private:
     QString titleText() const;
     int failedRows() const;
 
-    void cancelRow(int row);
-    void cancelCurrentRow();
+    /// Cancels the task, or ends its tool when that is stalled.
+    void stopRow(int row);
+    void stopCurrentRow();
     void showWhatTheToolSaid();
     void showContextMenu(const QPoint& where);
 

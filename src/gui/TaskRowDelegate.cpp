@@ -119,6 +119,10 @@ const QAbstractItemView* viewOf(const QStyleOptionViewItem& option) {
     return qobject_cast<const QAbstractItemView*>(option.widget);
 }
 
+bool isStalled(const QModelIndex& index) {
+    return index.data(TaskRowsModel::StalledRole).toBool();
+}
+
 bool hasStopButton(const QModelIndex& index) {
     return index.data(TaskRowsModel::CancelButtonVisibleRole).toBool();
 }
@@ -146,7 +150,7 @@ void TaskRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     }
     paintTexts(*painter, option, index);
     if (hasStopButton(index)) {
-        paintStopButton(*painter, option);
+        paintStopButton(*painter, option, index);
     }
 }
 
@@ -195,12 +199,14 @@ void TaskRowDelegate::paintTexts(QPainter& painter, const QStyleOptionViewItem& 
     painter.restore();
 }
 
-void TaskRowDelegate::paintStopButton(QPainter& painter, const QStyleOptionViewItem& option) const {
+void TaskRowDelegate::paintStopButton(QPainter& painter, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index) const {
     const QRect place = stopButtonRect(option);
     const QAbstractItemView* view = viewOf(option);
     const bool hovered = view && (option.state & QStyle::State_MouseOver) != 0 &&
                          place.contains(view->viewport()->mapFromGlobal(QCursor::pos()));
-    paintStopIcon(painter, place, hovered ? stopDiscHovered : stopDisc, Qt::white);
+    paintStopIcon(painter, place, hovered || isStalled(index) ? stopDiscHovered : stopDisc,
+                  Qt::white);
 }
 
 bool TaskRowDelegate::editorEvent(QEvent* event, QAbstractItemModel* /*model*/,
@@ -229,7 +235,8 @@ bool TaskRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() == QEvent::ToolTip && hasStopButton(index) &&
         stopButtonRect(option).contains(event->pos())) {
-        QToolTip::showText(event->globalPos(), tr("Cancel"), view);
+        QToolTip::showText(event->globalPos(), isStalled(index) ? tr("End the tool") : tr("Cancel"),
+                           view);
         return true;
     }
     return QStyledItemDelegate::helpEvent(event, view, option, index);

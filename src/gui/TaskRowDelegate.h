@@ -37,7 +37,8 @@ private:
                   const QModelIndex& index) const;
     void paintTexts(QPainter& painter, const QStyleOptionViewItem& option,
                     const QModelIndex& index) const;
-    void paintStopButton(QPainter& painter, const QStyleOptionViewItem& option) const;
+    void paintStopButton(QPainter& painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const;
 
     std::optional<int> pressedRow_; ///< where the stop button is held down
 };

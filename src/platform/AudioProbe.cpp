@@ -1,13 +1,14 @@
 #include "platform/AudioProbe.h"
 
+#include "platform/RegularFile.h"
+
 extern "C" {
 #include <libavformat/avformat.h>
 }
 
 #include <QByteArray>
-#include <QFile>
-#include <QFileInfo>
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -15,7 +16,7 @@ namespace quav {
 
 namespace {
 
-constexpr qint64 probedBytes = 8192;
+constexpr std::uint64_t probedBytes = 8192;
 
 struct CloseInput {
     void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
@@ -23,10 +24,11 @@ struct CloseInput {
 using FormatContext = std::unique_ptr<AVFormatContext, CloseInput>;
 
 FormatContext openInput(const QString& path) {
+    // Opened by us first: the library would wait for ever for a pipe.
+    const auto file = RegularFile::open(path);
     AVFormatContext* context = nullptr;
-    // The protocol is named so that a colon in a file name is not taken for one.
-    const QByteArray url = "file:" + QFile::encodeName(path);
-    if (avformat_open_input(&context, url.constData(), nullptr, nullptr) < 0) {
+    const QByteArray url = file ? "file:" + file->path() : QByteArray();
+    if (!file || avformat_open_input(&context, url.constData(), nullptr, nullptr) < 0) {
         return nullptr;
     }
     return FormatContext(context);
@@ -39,11 +41,11 @@ void silenceAudioLibrary() {
 }
 
 bool isAiffOrWav(const QString& path) {
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+    auto beginning = RegularFile::beginningOf(path, probedBytes);
+    if (!beginning) {
         return false;
     }
-    QByteArray head = file.read(probedBytes);
+    QByteArray& head = *beginning;
     const auto length = static_cast<int>(head.size());
     head.append(AVPROBE_PADDING_SIZE, '\0'); // the prober reads a little past the end
     const AVProbeData data{"", reinterpret_cast<unsigned char*>(head.data()), length, nullptr};
@@ -53,7 +55,7 @@ bool isAiffOrWav(const QString& path) {
 }
 
 std::chrono::milliseconds audioLength(const QString& path) {
-    const FormatContext context = QFileInfo(path).isFile() ? openInput(path) : nullptr;
+    const FormatContext context = openInput(path);
     if (!context) {
         return {};
     }
@@ -68,9 +70,6 @@ std::chrono::milliseconds audioLength(const QString& path) {
 }
 
 bool isAppleLossless(const QString& path) {
-    if (!QFileInfo(path).isFile()) {
-        return false;
-    }
     const FormatContext context = openInput(path);
     if (!context) {
         return false;

@@ -1,23 +1,21 @@
 #include "platform/ChildProcess.h"
 
+#include "platform/ToolActivity.h"
+
 extern "C" {
 #include <sys/pidfd.h> // says nothing of C++ itself
 }
 
-#include <QFile>
 #include <QSocketNotifier>
 
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
-#include <spawn.h>
+#include <unistd.h>
 #include <utility>
-#include <vector>
 
 namespace quav {
 
@@ -26,113 +24,6 @@ namespace {
 constexpr int signalledBase = 128;
 constexpr int unknownStatus = 255;
 constexpr qsizetype readBytes = 65536;
-constexpr int firstInherited = 3;
-
-struct Started {
-    pid_t pid;
-    FileDescriptor output;
-};
-
-/// Texts in the form in which the system takes lists of them.
-class TextVector {
-public:
-    void add(const QByteArray& text) { texts_.push_back(text); }
-
-    /// Valid as long as the object lives and is not added to.
-    char* const* data() {
-        pointers_.clear();
-        for (QByteArray& text : texts_) {
-            pointers_.push_back(text.data());
-        }
-        pointers_.push_back(nullptr);
-        return pointers_.data();
-    }
-
-private:
-    std::vector<QByteArray> texts_;
-    std::vector<char*> pointers_;
-};
-
-/// What happens in the child between its birth and the program.
-class SpawnPlan {
-public:
-    SpawnPlan() {
-        posix_spawn_file_actions_init(&actions_);
-        posix_spawnattr_init(&attributes_);
-    }
-    ~SpawnPlan() {
-        posix_spawn_file_actions_destroy(&actions_);
-        posix_spawnattr_destroy(&attributes_);
-    }
-    SpawnPlan(const SpawnPlan&) = delete;
-    SpawnPlan& operator=(const SpawnPlan&) = delete;
-
-    void connectStreams(int output) {
-        // An open pipe would let a tool wait for an answer for ever; a closed descriptor 0 would be
-        // taken by the first file that the tool opens.
-        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO);
-        posix_spawn_file_actions_addclosefrom_np(&actions_, firstInherited);
-    }
-
-    void changeTo(const QByteArray& folder) {
-        posix_spawn_file_actions_addchdir_np(&actions_, folder.constData());
-    }
-
-    void standAlone() {
-        sigset_t none;
-        sigset_t all;
-        sigemptyset(&none);
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&attributes_, &none);
-        posix_spawnattr_setsigdefault(&attributes_, &all);
-        posix_spawnattr_setpgroup(&attributes_, 0);
-        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
-                                                   POSIX_SPAWN_SETPGROUP);
-    }
-
-    int run(pid_t& pid, const QByteArray& program, TextVector& arguments,
-            TextVector& environment) const {
-        return posix_spawn(&pid, program.constData(), &actions_, &attributes_, arguments.data(),
-                           environment.data());
-    }
-
-private:
-    posix_spawn_file_actions_t actions_{};
-    posix_spawnattr_t attributes_{};
-};
-
-tl::expected<Started, QString> spawn(const ChildCommand& command) {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return tl::make_unexpected(qt_error_string(errno));
-    }
-    FileDescriptor readEnd(ends[0]);
-    const FileDescriptor writeEnd(ends[1]);
-
-    SpawnPlan plan;
-    plan.connectStreams(writeEnd.get());
-    plan.standAlone();
-    if (!command.workingDirectory.isEmpty()) {
-        plan.changeTo(QFile::encodeName(command.workingDirectory));
-    }
-    const QByteArray program = QFile::encodeName(command.program);
-    TextVector arguments;
-    arguments.add(program);
-    for (const QString& argument : command.arguments) {
-        arguments.add(QFile::encodeName(argument));
-    }
-    TextVector environment;
-    for (const QString& variable : command.environment.toStringList()) {
-        environment.add(QFile::encodeName(variable));
-    }
-    pid_t pid = 0;
-    if (const int error = plan.run(pid, program, arguments, environment); error != 0) {
-        return tl::make_unexpected(qt_error_string(error));
-    }
-    return Started{pid, std::move(readEnd)};
-}
 
 /// Reads at most so many bytes; nothing at the end and when nothing is there.
 QByteArray readFrom(const FileDescriptor& descriptor, qsizetype most) {
@@ -167,33 +58,28 @@ int reap(pid_t pid) {
 
 } // namespace
 
-void ChildCommand::appendToPath(const QString& folder) {
-    const QString path = QStringLiteral("PATH");
-    environment.insert(path, environment.value(path) + u':' + folder);
-}
-
 void expectChildren() {
-    signal(SIGCHLD, SIG_DFL);
+    std::signal(SIGCHLD, SIG_DFL);
 }
 
 ChildProcess::ChildProcess(QObject* parent) : QObject(parent) {}
 
 ChildProcess::~ChildProcess() {
     if (isRunning()) {
-        kill(pid_, SIGKILL);
+        signal(SIGKILL);
         reap(pid_);
     }
 }
 
 tl::expected<void, QString> ChildProcess::start(const ChildCommand& command) {
-    auto started = spawn(command);
+    auto started = startChild(command);
     if (!started) {
         return tl::make_unexpected(started.error());
     }
     process_ = FileDescriptor(pidfd_open(started->pid, 0));
     if (!process_) {
         const QString reason = qt_error_string(errno);
-        kill(started->pid, SIGKILL);
+        signalChild(started->pid, SIGKILL);
         reap(started->pid);
         return tl::make_unexpected(reason);
     }
@@ -218,6 +104,7 @@ void ChildProcess::readSome() {
 void ChildProcess::childExited() {
     exitNotifier_->setEnabled(false);
     outputNotifier_->setEnabled(false);
+    bytesWritten_ = bytesWrittenBy(pid_);
     const int status = reap(std::exchange(pid_, 0));
     // Just what lies in the pipe now: a grandchild may go on writing for ever.
     int waiting = 0;
@@ -230,9 +117,9 @@ void ChildProcess::childExited() {
     Q_EMIT ended(status);
 }
 
-void ChildProcess::terminate() {
+void ChildProcess::signal(int number) {
     if (isRunning()) {
-        kill(pid_, SIGTERM);
+        signalChild(pid_, number);
     }
 }
 
@@ -240,7 +127,7 @@ void RunningChildren::signal(int number) {
     const std::lock_guard lock(mutex_);
     signal_ = number;
     for (const pid_t child : children_) {
-        kill(child, number);
+        signalChild(child, number);
     }
 }
 
@@ -248,7 +135,7 @@ void RunningChildren::entered(pid_t child) {
     const std::lock_guard lock(mutex_);
     children_.push_back(child);
     if (signal_ != 0) {
-        kill(child, signal_);
+        signalChild(child, signal_);
     }
 }
 
@@ -257,9 +144,9 @@ void RunningChildren::left(pid_t child) {
     std::erase(children_, child);
 }
 
-tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren& running,
+tl::expected<int, QString> runToEnd(const ChildCommand& command, ChildKeeper& running,
                                     const std::function<void(const QByteArray&)>& outputArrived) {
-    const auto started = spawn(command);
+    const auto started = startChild(command);
     if (!started) {
         return tl::make_unexpected(started.error());
     }

@@ -1,16 +1,16 @@
 #pragma once
 
+#include "platform/ChildCommand.h"
 #include "platform/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QObject>
-#include <QProcessEnvironment>
 #include <QString>
-#include <QStringList>
 
 #include <sys/types.h>
 #include <tl/expected.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -24,25 +24,13 @@ namespace quav {
 /// does with its own. Called once, at the start.
 void expectChildren();
 
-/// How a child process is to be started. There is no shell: the arguments reach the program as
-/// they stand here.
-struct ChildCommand {
-    QString program;       ///< full path of the executable
-    QStringList arguments; ///< in order, without the program's name
-    QProcessEnvironment environment;
-    QString workingDirectory; ///< empty: inherited
-
-    /// Adds a folder at the end of PATH.
-    void appendToPath(const QString& folder);
-};
-
 /// One child process whose standard output and standard error share one pipe, whose standard input
 /// is the null device, and which inherits nothing else. It leads a process group of its own, so
 /// that Ctrl-C on a terminal reaches us and not the tools: whether they stop is our decision.
 ///
-/// Made with posix_spawn and watched through a process descriptor, and not with Qt's process class:
-/// the start costs no copy of our own address space, a failed one is known at once, and thread
-/// checkers keep their footing.
+/// Made by `startChild` and watched through a process descriptor, and not with Qt's process class:
+/// the start costs no copy of our own address space, a failed one is known at once, no child
+/// outlives us, and thread checkers keep their footing.
 class ChildProcess : public QObject {
     Q_OBJECT
 
@@ -52,13 +40,19 @@ public:
     ~ChildProcess() override;
 
     /// Starts the child, once in the life of the object; the error says in the system's words why
-    /// it could not be started.
+    /// it could not be started. The child dies with the calling thread.
     tl::expected<void, QString> start(const ChildCommand& command);
 
     bool isRunning() const { return pid_ > 0; }
 
-    /// Asks the child to end (SIGTERM).
-    void terminate();
+    /// Its number while it runs.
+    pid_t pid() const { return pid_; }
+
+    /// How many bytes it had written when it ended.
+    std::uint64_t bytesWritten() const { return bytesWritten_; }
+
+    /// Sends a signal to the child and its own children; without effect on one that has ended.
+    void signal(int number);
 
 Q_SIGNALS:
     /// The next bytes from the pipe, in order, cut wherever the system cut them.
@@ -74,20 +68,35 @@ private:
     void childExited();
 
     pid_t pid_ = 0;
+    std::uint64_t bytesWritten_ = 0;
     FileDescriptor output_;
     FileDescriptor process_;
     std::unique_ptr<QSocketNotifier> outputNotifier_;
     std::unique_ptr<QSocketNotifier> exitNotifier_;
 };
 
+/// Is told of the children that `runToEnd` runs, on the thread that runs them.
+class ChildKeeper {
+public:
+    ChildKeeper() = default;
+    virtual ~ChildKeeper() = default;
+    ChildKeeper(const ChildKeeper&) = delete;
+    ChildKeeper& operator=(const ChildKeeper&) = delete;
+
+    /// The child has been started.
+    virtual void entered(pid_t child) = 0;
+    /// The child has ended; its number is still its own.
+    virtual void left(pid_t child) = 0;
+};
+
 /// The children that `runToEnd` runs for one owner, so that another thread can end them.
-class RunningChildren {
+class RunningChildren : public ChildKeeper {
 public:
     /// Sends the signal to every child that runs now, and to those that are still to come.
     void signal(int number);
 
-    void entered(pid_t child);
-    void left(pid_t child);
+    void entered(pid_t child) override;
+    void left(pid_t child) override;
 
 private:
     std::mutex mutex_;
@@ -98,7 +107,7 @@ private:
 /// Runs a command to its end on the calling thread, which may be any thread, and hands over what it
 /// prints on either stream as it comes. Gives the exit status, as `ChildProcess::ended` does; the
 /// error says why it could not be started.
-tl::expected<int, QString> runToEnd(const ChildCommand& command, RunningChildren& running,
+tl::expected<int, QString> runToEnd(const ChildCommand& command, ChildKeeper& running,
                                     const std::function<void(const QByteArray&)>& outputArrived);
 
 } // namespace quav

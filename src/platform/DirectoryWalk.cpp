@@ -53,19 +53,31 @@ private:
         const QByteArray path = (folder.endsWith('/') ? folder : folder + '/') + entry.d_name;
         if (!QUtf8StringView(entry.d_name).isValidUtf8()) {
             contents.undecodable << QString::fromUtf8(path);
-        } else if (isFolder(path, entry)) {
+            return;
+        }
+        switch (kindOf(path, entry)) {
+        case DT_DIR:
             walk(path);
-        } else {
+            break;
+        case DT_FIFO:
+        case DT_SOCK:
+        case DT_CHR:
+        case DT_BLK:
+            contents.special << QString::fromUtf8(path);
+            break;
+        default:
             contents.files << QString::fromUtf8(path);
         }
     }
 
-    static bool isFolder(const QByteArray& path, const dirent& entry) {
+    /// One of the system's DT constants; for a link, of what it leads to.
+    static unsigned char kindOf(const QByteArray& path, const dirent& entry) {
         if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
-            return entry.d_type == DT_DIR;
+            return entry.d_type;
         }
         struct stat info {};
-        return stat(path.constData(), &info) == 0 && S_ISDIR(info.st_mode);
+        return stat(path.constData(), &info) == 0 ? static_cast<unsigned char>(IFTODT(info.st_mode))
+                                                  : static_cast<unsigned char>(DT_UNKNOWN);
     }
 
     std::vector<Identity> way_;

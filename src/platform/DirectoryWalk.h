@@ -7,7 +7,8 @@ namespace quav {
 
 /// What a folder and everything below it holds.
 struct DirectoryContents {
-    QStringList files;       ///< full paths of everything that is no folder, in the listing's order
+    QStringList files;       ///< full paths of files and dead links, in the listing's order
+    QStringList special;     ///< full paths of pipes, sockets and devices, and links to such
     QStringList undecodable; ///< names that are not UTF-8, as far as they can be shown
     QStringList unreadable;  ///< folders that could not be listed
 };

@@ -37,6 +37,10 @@ tl::expected<QByteArray, int> RegularFile::beginningOf(const QString& path, std:
     return open(path).and_then([most](RegularFile&& file) { return file.read(most); });
 }
 
+QByteArray RegularFile::path() const {
+    return "/proc/self/fd/" + QByteArray::number(descriptor_.get());
+}
+
 void RegularFile::announce(std::uint64_t from, std::uint64_t count) const {
     if (from >= size_ || isInMemory(from + std::min(count, size_ - from) / 2)) {
         return;

@@ -37,6 +37,10 @@ public:
     /// one go; does nothing when they seem to be in memory already.
     void announce(std::uint64_t from, std::uint64_t count) const;
 
+    /// A path that leads to this very file, whatever has taken its place since; valid as long as
+    /// the object lives.
+    QByteArray path() const;
+
     /// The size that the file had when it was opened, in bytes.
     std::uint64_t size() const { return size_; }
 

@@ -14,10 +14,12 @@ namespace {
 
 constexpr std::array stopping{SIGINT, SIGTERM, SIGHUP};
 constexpr int patience = 2;
+constexpr unsigned lastSeconds = 2;
 
 // What a signal handler may touch.
 volatile std::sig_atomic_t count = 0;
 volatile std::sig_atomic_t wakeUp = -1;
+volatile std::sig_atomic_t latest = SIGTERM;
 
 void setHandler(int signal, void (*handler)(int)) {
     struct sigaction action {};
@@ -26,20 +28,36 @@ void setHandler(int signal, void (*handler)(int)) {
     sigaction(signal, &action, nullptr);
 }
 
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+void listenNoMore() {
+    for (const int signal : stopping) {
+        if (!isIgnored(signal)) { // as under nohup
+            setHandler(signal, SIG_DFL);
+        }
+    }
+}
+
 extern "C" void note(int signal) {
     const int before = errno;
     count = count + 1;
-    if (count >= patience) {
-        setHandler(signal, SIG_DFL);
+    latest = signal;
+    if (count == patience) {
+        listenNoMore();
+        alarm(lastSeconds);
     }
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = write(wakeUp, &byte, 1);
     errno = before;
 }
 
-bool isIgnored(int signal) {
-    struct sigaction action {};
-    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+/// Ends the program by the signal that asked for it.
+extern "C" void endNow(int /*signal*/) {
+    setHandler(latest, SIG_DFL);
+    raise(latest);
 }
 
 } // namespace
@@ -52,19 +70,18 @@ StopSignals::StopSignals() {
     wakeUp = pipe_[1];
     auto* notifier = new QSocketNotifier(pipe_[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &StopSignals::drain);
+    setHandler(SIGALRM, endNow);
     for (const int signal : stopping) {
-        if (!isIgnored(signal)) { // as under nohup
+        if (!isIgnored(signal)) {
             setHandler(signal, note);
         }
     }
 }
 
 StopSignals::~StopSignals() {
-    for (const int signal : stopping) {
-        if (!isIgnored(signal)) {
-            setHandler(signal, SIG_DFL);
-        }
-    }
+    listenNoMore();
+    alarm(0);
+    setHandler(SIGALRM, SIG_DFL);
     wakeUp = -1;
     close(pipe_[0]);
     close(pipe_[1]);

@@ -4,8 +4,9 @@
 
 namespace quav {
 
-/// Ctrl-C and the other polite ways of ending a program, as a signal in the event loop. The third
-/// one ends the program as if nobody listened. One object at a time.
+/// Ctrl-C and the other polite ways of ending a program, as a signal in the event loop. With the
+/// second one the program has two seconds to end by itself, then it is ended, whether its event
+/// loop turns or not; the third ends it as if nobody listened. One object at a time.
 class StopSignals : public QObject {
     Q_OBJECT
 

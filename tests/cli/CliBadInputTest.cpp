@@ -49,7 +49,7 @@ private Q_SLOTS:
         row("flipped byte", "flipped", usual, 1, "ERROR");
         row("text", "text", usual, 1, "failed: x.flac: ");
         row("empty", "empty", usual, 1, "failed: x.flac: ");
-        row("disk full", "full", usual, 1, "failed: x.flac: ");
+        row("disk full", "full", usual, 1, "failed: x.flac: No space left on device: ");
         row("tool missing", "no tool", usual, 2, "“flac”");
         row("no parent of the folder", "", "--yes --output no/such in", 2, "no” does not exist");
         row("output folder is a file", "", "--yes --output afile in", 2, "is not a folder");
@@ -127,6 +127,13 @@ private Q_SLOTS:
         row("one fails", some, 1, "good.wav", "done: good.flac\n");
         row("the count of it", some, 1, "good.wav", "1 done, 1 failed, 0 cancelled");
         row("the report of it", some + u" --quiet"_s, 1, "good.wav", "ERROR");
+        row("pipe", flac + u"pipe.wav"_s, 2, "", "“DIR/pipe.wav” is a named pipe");
+        row("link to a pipe", flac + u"link.wav in"_s, 1, "a.flac", "“DIR/link.wav” is a named");
+        row("device", flac + u"/dev/null in"_s, 1, "a.flac", "“/dev/null” is a device");
+        row("pipe in a folder", flac + u"piped"_s, 1, "a.flac", "“DIR/piped/p.wav” is a named");
+        row("pipe in a list", "checksum create --kind md5 --save out/md5 piped", 1, "md5",
+            "“DIR/piped/p.wav” is a named pipe");
+        row("list that is a pipe", "checksum verify pipe.md5", 2, "", "“DIR/pipe.md5” is a named");
         row("nobody says yes", over, 3, "", "\nDIR/there/a.flac\n");
         row("plan says so", over + u"--dry-run"_s, 0, "", "would overwrite DIR/there/a.flac\n");
         row("plan forces the tool", over + u"--dry-run"_s, 0, "", "flac -5 -f /");
@@ -144,16 +151,16 @@ private Q_SLOTS:
         QFETCH(QString, told);
         const Cli cli;
         for (const QString& folder :
-             words(u"in two two/b mixed raw [a,b] {} ++ decode --json --"_s)) {
+             words(u"in two two/b mixed raw piped [a,b] {} ++ decode --json --"_s)) {
             cli.wav(u"../%1/a.wav"_s.arg(folder));
         }
         QVERIFY(writeFile(u"bad/bad.flac"_s, "no music"));
         cli.flac(u"../bad/good.flac"_s);
         QVERIFY(QDir().mkdir(u"a.flac"_s) && writeFile(u"there/a.flac"_s, "precious"));
         QVERIFY(writeFile(u"x.txt"_s, "x") && writeFile(u"mixed/x.txt"_s, "x"));
-        const QString script =
-            u"RAW=raw/$(printf '\\377').wav; cp in/a.wav \"$RAW\"; \"$QUAV\" %1; "
-            "status=$?; rm \"$RAW\"; exit $status"_s;
+        const QString script = u"mkfifo pipe.wav pipe.md5 piped/p.wav; ln -s pipe.wav link.wav; "
+                               "RAW=raw/$(printf '\\377').wav; cp in/a.wav \"$RAW\"; \"$QUAV\" %1; "
+                               "status=$?; rm \"$RAW\"; exit $status"_s;
         const Ran ran = cli.shell(script.arg(arguments));
         QVERIFY2(ran.status == status, ran.errors.constData());
         const QRegularExpression printing(u"--(dry-run|quiet|help|version)"_s);
@@ -167,6 +174,22 @@ private Q_SLOTS:
         QCOMPARE(cli.namesIn(u"out"_s), words(outputs));
         QVERIFY(!QFile::exists(cli.path(u"new"_s)));
         QCOMPARE(contents(u"there/a.flac"_s), QByteArray("precious"));
+    }
+
+    void aFileThatBecomesAPipeIsNotOpened() {
+        const Cli cli;
+        cli.wav(u"1.wav"_s);
+        cli.wav(u"2.wav"_s);
+        const QString flac = QFile::symLinkTarget(cli.tool());
+        QVERIFY(QFile::remove(cli.tool()));
+        QVERIFY(writeFile(cli.tool(), u"#!/bin/sh\nrm -f in/2.wav; mkfifo in/2.wav\n"
+                                      "exec '%1' \"$@\"\n"_s.arg(flac)
+                                          .toUtf8()));
+        QVERIFY(QFile::setPermissions(cli.tool(), QFile::ReadOwner | QFile::ExeOwner));
+        const Ran ran = cli.encode(u"--jobs 1 --stall-timeout 5 --output out in"_s);
+        QCOMPARE(ran.status, 1);
+        QVERIFY2(ran.errors.contains("in/2.wav” is a named pipe"), ran.errors.constData());
+        QCOMPARE(cli.namesIn(u"out"_s), QStringList(u"1.flac"_s));
     }
 
     void settingsThatAreDamagedAreTold() {

@@ -53,32 +53,39 @@ private:
     QByteArray screen_;
 };
 
-/// A WAV file that arrives as slowly as the test likes: a pipe in its place, which takes the first
-/// half without a reader.
-class SlowWav {
+/// A tool that waits to be let pass before it does its work, and listens to no polite signal; its
+/// number is in a file of its own.
+class SlowTool {
 public:
-    SlowWav(const Cli& cli, const QString& name)
-        : bytes_(contents(cli.wav(name))), pipe_(cli.in(name)) {
-        QVERIFY(pipe_.remove());
-        QCOMPARE(mkfifo(QFile::encodeName(pipe_.fileName()).constData(), 0600), 0);
-        QVERIFY(pipe_.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
-        QCOMPARE(pipe_.write(bytes_.left(half)), half);
+    /// `first` is what it does before it waits, as a line of shell.
+    explicit SlowTool(const Cli& cli, const QString& first = {})
+        : gate_(cli.path(u"gate"_s)), pid_(cli.path(u"pid"_s)) {
+        QCOMPARE(mkfifo(QFile::encodeName(gate_.fileName()).constData(), 0600), 0);
+        QVERIFY(gate_.open(QIODevice::ReadWrite | QIODevice::Unbuffered)); // nobody waits for us
+        const QString script = u"#!/bin/sh\ntrap '' TERM INT HUP\n%1\necho $$ >'%2'\n"
+                               "read -r go <'%3'\nexec '%4' \"$@\"\n"_s.arg(
+                                   first, pid_, gate_.fileName(), QFile::symLinkTarget(cli.tool()));
+        QVERIFY(QFile::remove(cli.tool()) && writeFile(cli.tool(), script.toUtf8()));
+        QVERIFY(QFile::setPermissions(cli.tool(), QFile::ReadOwner | QFile::ExeOwner));
     }
 
-    void writeRest() {
-        QCOMPARE(pipe_.write(bytes_.mid(half)), bytes_.size() - half);
-        pipe_.close();
+    void letPass() { QCOMPARE(gate_.write("\n"), 1); }
+    bool hasStarted() const { return contents(pid_).endsWith('\n'); }
+
+    /// One that nobody has reaped yet is none.
+    bool isThere() const {
+        const QByteArray stat =
+            contents(u"/proc/%1/stat"_s.arg(QString::fromLatin1(contents(pid_)).trimmed()));
+        return !stat.isEmpty() && !stat.contains(") Z ");
     }
 
 private:
-    static constexpr qsizetype half = 60000;
-
-    QByteArray bytes_;
-    QFile pipe_;
+    QFile gate_;
+    QString pid_;
 };
 
-void interrupt(const QProcess& process) {
-    QCOMPARE(kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
+void send(int signal, const QProcess& process) {
+    QCOMPARE(kill(static_cast<pid_t>(process.processId()), signal), 0);
 }
 
 } // namespace
@@ -115,12 +122,13 @@ private Q_SLOTS:
 
     void whatRunsIsShownOnTheTerminalAndGoesAgain() {
         const Cli cli;
-        SlowWav wav(cli, QString(70, u'n') + u".wav"_s);
+        cli.wav(QString(70, u'n') + u".wav"_s);
+        SlowTool tool(cli);
         PseudoTerminal terminal;
         QProcess process;
         terminal.start(process, u"encode --to flac --output out in/"_s);
         QTRY_VERIFY(terminal.screen().contains("1 running, 0 waiting, 0 done"));
-        wav.writeRest();
+        tool.letPass();
         QTRY_COMPARE(process.state(), QProcess::NotRunning);
         QCOMPARE(process.exitCode(), 0);
         const QByteArray screen = terminal.screen();
@@ -146,7 +154,7 @@ private Q_SLOTS:
         process.start(Cli::program(), words(u"encode --to flac --output out in"_s));
         QByteArray errors;
         QTRY_VERIFY((errors += process.readAllStandardError()).contains("done: "));
-        interrupt(process);
+        send(SIGINT, process);
         QVERIFY(process.waitForFinished());
         errors += process.readAllStandardError();
         QCOMPARE(process.exitCode(), 1);
@@ -158,21 +166,83 @@ private Q_SLOTS:
         }
     }
 
-    void aSecondCtrlCStopsTheToolsAndTheirHalfFilesGo() {
+    void theSecondSignalEndsToolsAndProgramAndHalfFilesGo_data() {
+        columns<int>("signal");
+        row("Ctrl-C", SIGINT);
+        row("the session's end", SIGHUP);
+        row("kill", SIGTERM);
+    }
+    void theSecondSignalEndsToolsAndProgramAndHalfFilesGo() {
+        QFETCH(int, signal);
         const Cli cli;
-        const SlowWav wav(cli, u"a.wav"_s);
+        cli.wav(u"a.wav"_s);
+        const SlowTool tool(cli, u"for output; do :; done; echo half >\"$output\""_s);
         QProcess process;
         process.start(Cli::program(), words(u"encode --to flac --output out in/a.wav"_s));
-        QTRY_VERIFY(QFile::exists(cli.out(u"a.flac"_s)));
+        QTRY_VERIFY(tool.hasStarted());
         QByteArray errors;
-        interrupt(process);
+        send(signal, process);
         QTRY_VERIFY((errors += process.readAllStandardError()).contains("Cancelled."));
-        QVERIFY(QFile::exists(cli.out(u"a.flac"_s)));
-        interrupt(process);
+        QVERIFY(QFile::exists(cli.out(u"a.flac"_s)) && tool.isThere());
+        send(signal, process);
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 1);
+        QVERIFY(!tool.isThere());
         QVERIFY(cli.namesIn(u"out"_s).isEmpty());
+    }
+
+    void noToolOutlivesAKilledProgram_data() {
+        columns<QString>("arguments");
+        row("a task of its own", "encode --to flac --output out in/a.wav");
+        row("one of a longer task", "checksum verify in/a.ffp");
+    }
+    void noToolOutlivesAKilledProgram() {
+        QFETCH(QString, arguments);
+        const Cli cli;
+        cli.flac(u"b.flac"_s);
+        cli.wav(u"a.wav"_s);
+        QCOMPARE(cli.run(u"checksum create --kind ffp --save in/a.ffp in/b.flac"_s).status, 0);
+        const SlowTool tool(cli);
+        QProcess process;
+        process.start(Cli::program(), words(arguments));
+        QTRY_VERIFY(tool.hasStarted());
+        QVERIFY(tool.isThere());
+        process.kill();
+        QVERIFY(process.waitForFinished());
+        QTRY_VERIFY(!tool.isThere());
+    }
+
+    void aToolThatDoesNothingIsToldOfAndEnded_data() {
+        columns<QString, QString, QString>("arguments", "fileThatIsDone", "told");
+        const QString nothing = u"flac neither read, wrote nor printed anything for 1 s"_s;
+        row("encode", "encode --to flac --output out in/a.wav in/b.wav", "out/b.flac", nothing);
+        row("test", "checksum test in/a.flac in/b.flac", "", nothing);
+        row("verify", "checksum verify in/a.ffp in/b.ffp", "", nothing);
+        row("json", "encode --to flac --json --output out in/a.wav in/b.wav", "out/b.flac",
+            "\"event\":\"stalled\",\"seconds\":1,");
+    }
+    void aToolThatDoesNothingIsToldOfAndEnded() {
+        QFETCH(QString, arguments);
+        QFETCH(QString, fileThatIsDone);
+        QFETCH(QString, told);
+        const Cli cli;
+        for (const QString& name : {u"a"_s, u"b"_s}) {
+            cli.flac(name + u".flac"_s);
+            cli.wav(name + u".wav"_s);
+            const QString list = u"checksum create --kind ffp --save in/%1.ffp in/%1.flac"_s;
+            QCOMPARE(cli.run(list.arg(name)).status, 0);
+        }
+        const SlowTool tool(cli, u"case \"$*\" in *in/b*) exec '%1' \"$@\";; esac"_s.arg(
+                                     QFile::symLinkTarget(cli.tool())));
+        const Ran ran = cli.run(arguments + u" --jobs 1 --stall-timeout 1"_s);
+        QVERIFY2(ran.status == 1, ran.errors.constData());
+        const QByteArray all = ran.output + ran.errors;
+        QVERIFY2(all.contains(told.toUtf8()), all.constData());
+        QVERIFY2(all.contains("1 done, 1 failed"), all.constData());
+        QCOMPARE(all.count("stalled: a."), 1);
+        QVERIFY(tool.hasStarted() && !tool.isThere());
+        QVERIFY(fileThatIsDone.isEmpty() || isSoundFlac(cli.path(fileThatIsDone)));
     }
 };
 

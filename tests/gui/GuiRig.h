@@ -125,14 +125,16 @@ public:
 /// A rig that encodes 1.wav, 2.wav, …; each tool waits to be let pass before it does its work.
 class EncodingRig : public GuiRig {
 public:
-    explicit EncodingRig(int files) {
+    /// `first` is what the tools do before they wait, as a line of shell.
+    explicit EncodingRig(int files, const QString& first = {}) {
         // Open for both, so that nobody waits for the other end.
         if (::mkfifo(QFile::encodeName(gate_.fileName()).constData(), S_IRUSR | S_IWUSR) != 0 ||
             !gate_.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
             throw std::runtime_error("no gate");
         }
-        const QString script = u"#!/bin/sh\nread -r permission < '%1'\nexec '%2' \"$@\"\n"_s.arg(
-            gate_.fileName(), QFile::symLinkTarget(tool));
+        const QString script =
+            u"#!/bin/sh\n%1\nread -r permission < '%2'\nexec '%3' \"$@\"\n"_s.arg(
+                first, gate_.fileName(), QFile::symLinkTarget(tool));
         QFile::remove(tool);
         QFile::setPermissions(written(tool, script.toUtf8()), QFile::ReadOwner | QFile::ExeOwner);
         QStringList sources;

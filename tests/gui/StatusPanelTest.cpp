@@ -9,6 +9,7 @@
 using namespace quav;
 using namespace quav::test;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void failedRowsStayAndTellWhatTheToolSaidUntilCleared();
     void waitingAndRunningTasksAreCancelled();
     void cancelAllEndsTheQueue();
+    void aStalledToolIsEndedFromItsRow();
     void rowsArePaintedInTheirColours();
     void theTextOfAnOutputWindowIsSaved();
     void aVeryLongTextIsShownInPartAndSavedWhole();
@@ -147,6 +149,21 @@ void StatusPanelTest::cancelAllEndsTheQueue() {
     QTRY_VERIFY(!rig.panel.isVisible());
     QVERIFY(!QFile::exists(rig.path("3.flac")));
     QTRY_VERIFY(!cancelAll->isEnabled());
+}
+
+void StatusPanelTest::aStalledToolIsEndedFromItsRow() {
+    EncodingRig rig(2);
+    rig.queue.stallWatch().setPatience({.look = 20ms, .stalled = 100ms});
+    QTRY_VERIFY(text(rig, 0, TaskRowsModel::StatusLineRole).startsWith(u"Stalled for "_s));
+    click(rig, stopButton(rig, 0).center());
+    QTRY_COMPARE(text(rig, 0, TaskRowsModel::StatusLineRole), u"Error"_s);
+    QTRY_VERIFY(text(rig, 1, TaskRowsModel::StatusLineRole).startsWith(u"Stalled for "_s));
+    rig.letPass(1);
+    QTRY_COMPARE(rig.queue.taskCount(), 0);
+
+    QCOMPARE(listOf(rig).model()->rowCount(), 1);
+    pressKey(rig, 0, Qt::Key_Return);
+    QVERIFY(rig.outputWindows.windows().back()->text().startsWith(u"flac neither read, wrote"_s));
 }
 
 void StatusPanelTest::rowsArePaintedInTheirColours() {

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void flacOptionsAppearWithAFlacFile();
     void theWindowStaysWhenTheUserDoesNotWantToClose();
     void quittingWaitsForToolsThatRunUnlessRefused();
+    void endingAtOnceAsksNothingAndStopsTheTools_data();
     void endingAtOnceAsksNothingAndStopsTheTools();
     void theLineDialogGivesWhatWasTypedUnlessCancelled();
     void aQuestionIsAnsweredByItsButtons_data();
@@ -216,10 +217,20 @@ void WindowTest::quittingWaitsForToolsThatRunUnlessRefused() {
     QVERIFY(QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));
 }
 
+void WindowTest::endingAtOnceAsksNothingAndStopsTheTools_data() {
+    columns<QString, int>("first", "times");
+    row("a tool that obeys", "", 1);
+    row("one that does not", "trap '' TERM", 1);
+    row("one that does not, said twice", "trap '' TERM", 2);
+}
 void WindowTest::endingAtOnceAsksNothingAndStopsTheTools() {
-    EncodingRig rig(2);
+    QFETCH(QString, first);
+    QFETCH(int, times);
+    EncodingRig rig(2, first);
     QSignalSpy finished(&rig.window, &MainWindow::finished);
-    rig.window.endAtOnce();
+    for (int i = 0; i < times; ++i) {
+        rig.window.endAtOnce();
+    }
     QVERIFY(finished.isEmpty());
     QVERIFY(finished.wait());
     QCOMPARE(rig.queue.taskCount(), 0);
