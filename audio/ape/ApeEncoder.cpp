@@ -48,6 +48,7 @@ bool encodeAt(const Level& level, pcm::InputFile& input, const std::string& outp
               const EncodeOptions& options) {
     pcm::PcmReader reader(input);
     checkFormat(input, reader);
+    reader.refuseToLeaveOut();
     const std::uint64_t blocks = reader.countBlocks(outputPath);
     if (blocks == 0) {
         refuse(input, "holds no samples");
@@ -82,6 +83,7 @@ bool encodeAt(const Level& level, pcm::InputFile& input, const std::string& outp
     while (const std::size_t count = reader.readTrailer(trailer)) {
         writer.addTrailer(std::span(trailer).first(count));
     }
+    reader.refuseToLeaveOut();
     writer.commit();
     return true;
 }

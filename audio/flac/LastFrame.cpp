@@ -181,7 +181,7 @@ bool mayBeJoined(const pcm::InputFile& input, const Frames& frames) {
     constexpr unsigned probes = 8;
     const std::uint64_t size = frames.end - frames.info.audioAt;
     const std::uint64_t window = frames.longestFrame() + longestHeader;
-    if (size < std::max(littleToSearch, 2 * probes * window)) {
+    if (size < std::max(littleToSearch, std::uint64_t{2} * probes * window)) {
         return true;
     }
     const double bytesPerSample =

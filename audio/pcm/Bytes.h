@@ -34,6 +34,19 @@ inline std::uint64_t littleEndian64(const std::uint8_t* bytes) {
     return std::endian::native == std::endian::little ? value : __builtin_bswap64(value);
 }
 
+/// bigEndian() for eight bytes, in one step.
+inline std::uint64_t bigEndian64(const std::uint8_t* bytes) {
+    std::uint64_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    return std::endian::native == std::endian::big ? value : __builtin_bswap64(value);
+}
+
+/// Writes eight bytes, the highest first.
+inline void storeBigEndian64(std::uint8_t* to, std::uint64_t value) {
+    value = std::endian::native == std::endian::big ? value : __builtin_bswap64(value);
+    std::memcpy(to, &value, sizeof value);
+}
+
 /// A number of up to 8 bytes, the highest first.
 inline std::uint64_t bigEndian(std::span<const std::uint8_t> bytes) {
     std::uint64_t value = 0;

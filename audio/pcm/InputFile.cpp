@@ -14,6 +14,19 @@
 
 namespace quav::pcm {
 
+const char* kindOfFile(mode_t mode) {
+    switch (mode & S_IFMT) {
+    case S_IFIFO:
+        return "a named pipe";
+    case S_IFSOCK:
+        return "a socket";
+    case S_IFDIR:
+        return "a folder";
+    default:
+        return "a device";
+    }
+}
+
 namespace {
 
 constexpr std::size_t bufferSize = std::size_t{64} << 10;
@@ -23,13 +36,45 @@ constexpr std::size_t bufferSize = std::size_t{64} << 10;
                   name + ": cannot be read: " + std::generic_category().message(error));
 }
 
+void refuseOtherKinds(const std::string& path, const UniqueFd& fd) {
+    struct stat status = {};
+    if (::fstat(fd.get(), &status) != 0) {
+        cannotRead(path, errno);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        cannotRead(path, EISDIR);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw Failure(Failure::Kind::Read, path + ": cannot be read: it is " +
+                                               kindOfFile(status.st_mode) + " and no file");
+    }
+}
+
+// Looks at what the path stands for before it is opened for reading, and opens just that.
+UniqueFd openRegular(const std::string& path) {
+    const UniqueFd place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+    if (!place) {
+        return {};
+    }
+    refuseOtherKinds(path, place);
+    const std::string again = "/proc/self/fd/" + std::to_string(place.get());
+    UniqueFd fd(::open(again.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd && errno == ENOENT) { // no /proc here
+        fd = UniqueFd(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        if (fd) {
+            refuseOtherKinds(path, fd);
+        }
+    }
+    return fd;
+}
+
 } // namespace
 
 InputFile InputFile::open(const std::string& path) {
     const bool standard = path == "-";
     const std::string name = standard ? "standard input" : path;
-    UniqueFd fd(standard ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)
-                         : ::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    UniqueFd fd =
+        standard ? UniqueFd(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)) : openRegular(path);
     if (!fd) {
         cannotRead(name, errno);
     }

@@ -2,6 +2,8 @@
 
 #include "audio/pcm/UniqueFd.h"
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,7 +17,8 @@ namespace quav::pcm {
 /// also be read at any place. Every operation throws Failure with Kind::Read when the system fails.
 class InputFile {
 public:
-    /// Opens a file; "-" is standard input. Folders are refused.
+    /// Opens a file; "-" is standard input, whatever that is. Anything else that is no regular file
+    /// is refused, and pipes and devices are not touched: that could block, or have effects.
     static InputFile open(const std::string& path);
 
     /// Takes an open descriptor; `name` is how messages call it.
@@ -61,5 +64,8 @@ private:
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
 };
+
+/// What something is that is no regular file: "a named pipe", "a device".
+const char* kindOfFile(mode_t mode);
 
 } // namespace quav::pcm

@@ -1,6 +1,7 @@
 #include "audio/pcm/OutputFile.h"
 
 #include "audio/pcm/Failure.h"
+#include "audio/pcm/InputFile.h"
 
 #include <sys/stat.h>
 
@@ -23,11 +24,13 @@ OutputPlace OutputPlace::find(const std::string& path, Existing existing) {
     if (::lstat(path.c_str(), &status) != 0) {
         return {path, {}};
     }
-    const bool isInTheWay = ::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
-                            (existing == Existing::Keep && status.st_size > 0);
-    if (isInTheWay) {
-        throw Failure(Failure::Kind::Write,
-                      path + ": is not written over: " + std::generic_category().message(EEXIST));
+    const bool leadsNowhere = ::stat(path.c_str(), &status) != 0;
+    const bool isFile = !leadsNowhere && S_ISREG(status.st_mode);
+    if (!isFile || (existing == Existing::Keep && status.st_size > 0)) {
+        const std::string why = leadsNowhere || isFile
+                                    ? std::generic_category().message(EEXIST)
+                                    : "it is " + std::string(kindOfFile(status.st_mode));
+        throw Failure(Failure::Kind::Write, path + ": is not written over: " + why);
     }
     OutputPlace place{path, status.st_mode & 07777};
     // A link stays a link; what it leads to is replaced.
@@ -41,33 +44,24 @@ OutputPlace OutputPlace::find(const std::string& path, Existing existing) {
 OutputFile::OutputFile(const std::string& path, Until until, Existing existing)
     : place_{path, {}}, name_(path == "-" ? "standard output" : path), existing_(existing) {
     buffer_.reserve(bufferSize);
-    if (!openDirectly()) {
+    if (path == "-") {
+        openStandardOutput();
+    } else {
         place_ = OutputPlace::find(path, existing);
         openFile(until);
     }
 }
 
-// Opens what is no regular file and not to become one.
-bool OutputFile::openDirectly() {
-    if (place_.path == "-") {
-        if (::isatty(STDOUT_FILENO) == 1) {
-            throw Failure(Failure::Kind::Write,
-                          "standard output is a terminal: name a file, or send it to one");
-        }
-        fd_ = UniqueFd(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
-    } else {
-        struct stat status = {};
-        if (::stat(place_.path.c_str(), &status) != 0 || S_ISREG(status.st_mode) ||
-            S_ISDIR(status.st_mode)) {
-            return false;
-        }
-        fd_ = UniqueFd(::open(place_.path.c_str(), O_WRONLY | O_CLOEXEC));
+void OutputFile::openStandardOutput() {
+    if (::isatty(STDOUT_FILENO) == 1) {
+        throw Failure(Failure::Kind::Write,
+                      "standard output is a terminal: name a file, or send it to one");
     }
+    fd_ = UniqueFd(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
     if (!fd_) {
         fail("cannot be written", errno);
     }
     direct_ = true;
-    return true;
 }
 
 void OutputFile::openFile(Until until) {

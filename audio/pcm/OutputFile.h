@@ -32,8 +32,8 @@ struct OutputPlace {
 };
 
 /// An output that appears whole or not at all. Until commit() a file has no name, or a temporary
-/// one that goes with the object or at a signal that ends the program. Standard output and devices
-/// are written as it comes.
+/// one that goes with the object or at a signal that ends the program. Standard output is
+/// written as it comes; other pipes and devices are refused.
 ///
 /// Throws Failure with Kind::Write, and ReaderGone when standard output is a closed pipe.
 class OutputFile final : public ByteSink {
@@ -67,7 +67,7 @@ public:
     void commit();
 
 private:
-    bool openDirectly();
+    void openStandardOutput();
     void openFile(Until until);
     bool linkTo(const char* path) const;
     void publish();

@@ -3,12 +3,14 @@
 #include "audio/pcm/Failure.h"
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -24,21 +26,55 @@ constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 // touch nothing but such plain memory, and gets nothing handed over.
 std::array<char, PATH_MAX> leftOver{};
 
+// Whether it is a folder: its descriptor, or -1.
+volatile int folderLeftOver = -1;
+
 volatile pid_t writerOfLeftOver = 0;
+
+// Removes the files of a folder. The functions that usually read folders may not be called by a
+// handler of a signal.
+void removeFiles(int folder) {
+    struct Entry { // as the kernel writes them
+        std::uint64_t inode;
+        std::int64_t offset;
+        unsigned short length;
+        unsigned char type;
+        char name[1]; // NOLINT(modernize-avoid-c-arrays): the kernel's form
+    };
+    alignas(Entry) std::array<char, 4096> entries{};
+    for (int turn = 0; turn < 1000; ++turn) {
+        ::lseek(folder, 0, SEEK_SET);
+        const long count = ::syscall(SYS_getdents64, folder, entries.data(), entries.size());
+        bool hasRemoved = false;
+        for (long at = 0; at < count;) {
+            const auto* const entry = reinterpret_cast<const Entry*>(entries.data() + at);
+            const auto* const name = entries.data() + at + offsetof(Entry, name);
+            hasRemoved = ::unlinkat(folder, name, 0) == 0 || hasRemoved;
+            at += entry->length;
+        }
+        if (!hasRemoved) {
+            return;
+        }
+    }
+}
 
 void removeLeftOver(int signal) {
     if (writerOfLeftOver > 0) {
         ::kill(writerOfLeftOver, SIGKILL);
         ::waitpid(writerOfLeftOver, nullptr, 0);
     }
-    if (leftOver[0] != '\0') {
+    if (leftOver[0] != '\0' && folderLeftOver >= 0) {
+        removeFiles(folderLeftOver);
+        ::rmdir(leftOver.data());
+    } else if (leftOver[0] != '\0') {
         ::unlink(leftOver.data());
     }
     ::signal(signal, SIG_DFL);
     ::raise(signal);
 }
 
-void removeAtSignal(const std::string& path) {
+void removeAtSignal(const std::string& path, int folder = -1) {
+    folderLeftOver = folder;
     std::strncpy(leftOver.data(), path.c_str(), leftOver.size() - 1);
     for (const int signal : endingSignals) {
         // What the caller has made us ignore (nohup) stays ignored.
@@ -46,6 +82,12 @@ void removeAtSignal(const std::string& path) {
             ::signal(signal, SIG_IGN);
         }
     }
+}
+
+void nothingLeftOver() {
+    leftOver[0] = '\0';
+    folderLeftOver = -1;
+    writerOfLeftOver = 0;
 }
 
 std::string folderForTemporaryFiles(const std::string& beside) {
@@ -60,11 +102,10 @@ std::string folderForTemporaryFiles(const std::string& beside) {
 
 // Gives `make` one name after the other until one is new.
 std::string makeNamed(const std::string& folder, const std::function<bool(const char*)>& make,
-                      const std::string& what, const std::string& ending = {}) {
+                      const std::string& what) {
     const std::string start = folder + "/.quav-" + std::to_string(::getpid()) + "-";
     for (unsigned count = 0;; ++count) {
         std::string path = start + std::to_string(count);
-        path += ending;
         if (make(path.c_str())) {
             return path;
         }
@@ -99,48 +140,75 @@ std::string folderOf(const std::string& path) {
 }
 
 TemporaryName::TemporaryName(const std::string& folder,
-                             const std::function<bool(const char*)>& make, const std::string& what,
-                             const std::string& ending) {
+                             const std::function<bool(const char*)>& make,
+                             const std::string& what) {
     const SignalsHeld held;
-    path_ = makeNamed(folder, make, what, ending);
+    path_ = makeNamed(folder, make, what);
     removeAtSignal(path_);
 }
 
 TemporaryName::~TemporaryName() {
     if (!path_.empty()) {
         ::unlink(path_.c_str());
-        release();
+        nothingLeftOver();
     }
 }
 
-void TemporaryName::setWriter(pid_t process) {
+bool TemporaryName::become(const std::string& path, bool mayReplace) {
+    if (!giveName(path_, path, mayReplace)) {
+        return false;
+    }
+    ::unlink(path_.c_str()); // where it is another name for the same file
+    path_.clear();
+    nothingLeftOver();
+    return true;
+}
+
+TemporaryFolder::TemporaryFolder(const std::string& parent, const std::string& what) {
+    const SignalsHeld held;
+    path_ = makeNamed(
+        parent, [](const char* path) { return ::mkdir(path, 0700) == 0; }, what);
+    fd_ = UniqueFd(::open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!fd_) {
+        const int error = errno;
+        ::rmdir(path_.c_str());
+        throw Failure(Failure::Kind::Write,
+                      what + ": cannot be created: " + std::generic_category().message(error));
+    }
+    removeAtSignal(path_, fd_.get());
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    const SignalsHeld held;
+    removeFiles(fd_.get());
+    ::rmdir(path_.c_str());
+    nothingLeftOver();
+}
+
+std::string TemporaryFolder::pathOf(const std::string& name) const {
+    const std::string steady =
+        "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(fd_.get());
+    return (::access(steady.c_str(), W_OK | X_OK) == 0 ? steady : path_) + "/" + name;
+}
+
+void TemporaryFolder::setWriter(pid_t process) {
     writerOfLeftOver = process;
 }
 
-bool TemporaryName::become(const std::string& path, bool mayReplace) {
+bool giveName(const std::string& from, const std::string& to, bool mayReplace) {
     if (!mayReplace) {
-        if (::link(path_.c_str(), path.c_str()) == 0) {
-            return true; // The temporary name goes with the object.
+        if (::link(from.c_str(), to.c_str()) == 0) {
+            return true;
         }
         // Where links are unknown, nothing but a look keeps a renamed file from taking the place
         // of another.
         const int error = errno;
-        if (error == EEXIST || ::access(path.c_str(), F_OK) == 0) {
+        if (error == EEXIST || ::access(to.c_str(), F_OK) == 0) {
             errno = EEXIST;
             return false;
         }
     }
-    if (::rename(path_.c_str(), path.c_str()) != 0) {
-        return false;
-    }
-    release();
-    return true;
-}
-
-void TemporaryName::release() {
-    path_.clear();
-    leftOver[0] = '\0';
-    writerOfLeftOver = 0;
+    return ::rename(from.c_str(), to.c_str()) == 0;
 }
 
 UniqueFd unnamedFile(const std::string& beside) {

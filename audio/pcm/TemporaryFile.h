@@ -29,34 +29,52 @@ private:
 };
 
 /// A file's name for a while, which folder listings hide. The file goes with the object, and at a
-/// signal that ends the program; there is only one such object at a time.
+/// signal that ends the program; of these and of TemporaryFolder there is one at a time.
 class TemporaryName {
 public:
     /// Gives `make` one name after the other until it makes a new file of that name, or fails with
     /// another errno than EEXIST. Throws Failure with Kind::Write then, `what` is what fails.
-    /// The names have the `ending`.
     TemporaryName(const std::string& folder, const std::function<bool(const char*)>& make,
-                  const std::string& what, const std::string& ending = {});
+                  const std::string& what);
     ~TemporaryName();
     TemporaryName(const TemporaryName&) = delete;
     TemporaryName& operator=(const TemporaryName&) = delete;
 
     const std::string& path() const { return path_; }
 
-    /// Another process writes the file: a signal that ends the program ends that one first, lest it
-    /// make the file again. 0 when there is none any more.
-    static void setWriter(pid_t process);
-
-    /// Gives the file the name `path` for good, for which nothing or, when `mayReplace`, another
-    /// regular file stands. Returns false, with errno, when that fails.
+    /// Gives the file the name `path` for good; see giveName().
     bool become(const std::string& path, bool mayReplace);
-
-    /// The file has another name now, and stays.
-    void release();
 
 private:
     std::string path_;
 };
+
+/// A hidden folder for what another process makes, where nobody else can put anything. It goes with
+/// all that is in it with the object, and at a signal that ends the program.
+class TemporaryFolder {
+public:
+    /// Throws Failure with Kind::Write; `what` is what fails then.
+    TemporaryFolder(const std::string& parent, const std::string& what);
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    /// Where a file stands in it, for any process of this user while the object lives: a path that
+    /// stays right when somebody puts something else in the folder's place.
+    std::string pathOf(const std::string& name) const;
+
+    /// The process that writes there: a signal that ends the program ends that one first, lest it
+    /// make the file again. 0 when there is none any more.
+    static void setWriter(pid_t process);
+
+private:
+    std::string path_;
+    UniqueFd fd_;
+};
+
+/// Gives the file `from` the name `to`, for which nothing or, when `mayReplace`, another regular
+/// file stands; the old name may stay. Returns false, with errno, when that fails.
+bool giveName(const std::string& from, const std::string& to, bool mayReplace);
 
 /// A file without a name, for reading and writing: in the folder of `beside` if that is or may
 /// become a file, else in the folder for temporary files. Throws Failure with Kind::Write.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "audio/pcm/Bytes.h"
 #include "audio/pcm/InputFile.h"
-#include "audio/shorten/BigEndian.h"
 
 #include <bit>
 #include <cstddef>
@@ -21,7 +21,7 @@ public:
     std::uint32_t code(unsigned lowBits) {
         if (bytes_.size() - used_ >= sizeof window_) {
             // Bits that stay where they are come again with the next word, as the same ones.
-            window_ |= loadBigEndian(&bytes_[used_]) >> filled_;
+            window_ |= pcm::bigEndian64(&bytes_[used_]) >> filled_;
             const unsigned whole = (63 - filled_) / 8;
             used_ += whole;
             filled_ += whole * 8;

@@ -1,6 +1,6 @@
 #include "audio/shorten/BitWriter.h"
 
-#include "audio/shorten/BigEndian.h"
+#include "audio/pcm/Bytes.h"
 
 namespace quav::shorten {
 
@@ -9,7 +9,7 @@ void BitWriter::store(std::uint64_t word) {
         to_.write(buffer_);
         used_ = 0;
     }
-    storeBigEndian(word, &buffer_[used_]);
+    pcm::storeBigEndian64(&buffer_[used_], word);
     used_ += sizeof word;
 }
 

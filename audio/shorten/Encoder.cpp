@@ -90,6 +90,7 @@ void putSamples(BitWriter& to, pcm::PcmReader& reader, const SampleType& type) {
 void encode(pcm::InputFile& input, pcm::ByteSink& output) {
     pcm::PcmReader reader(input);
     const SampleType type = typeFor(reader.format(), input.name());
+    reader.refuseToLeaveOut();
     constexpr std::array<std::uint8_t, 5> magicAndVersion{'a', 'j', 'k', 'g', 2};
     output.write(magicAndVersion);
     BitWriter bits(output);
@@ -105,6 +106,7 @@ void encode(pcm::InputFile& input, pcm::ByteSink& output) {
     while (const std::size_t count = reader.readTrailer(piece)) {
         putVerbatim(bits, std::span(piece).first(count));
     }
+    reader.refuseToLeaveOut();
     putFunction(bits, Function::Quit);
     bits.finish();
 }

@@ -91,6 +91,7 @@ Header headerFor(const pcm::PcmFormat& format, std::uint64_t blocks, const std::
 
 void encode(pcm::PcmReader& reader, const Header& header, std::size_t jobs, pcm::OutputFile& output,
             pcm::Progress& progress) {
+    reader.refuseToLeaveOut();
     const std::array<std::uint8_t, headerSize> start = header.bytes();
     std::vector<std::uint32_t> sizes;
     pcm::UniqueFd waiting;
@@ -111,6 +112,7 @@ void encode(pcm::PcmReader& reader, const Header& header, std::size_t jobs, pcm:
         progress.advanceTo(std::uint64_t{sizes.size()} * header.frameLength());
     });
     drain(reader);
+    reader.refuseToLeaveOut();
     if (output.canSeek()) {
         output.writeAt(headerSize, seekTable(sizes));
     } else {

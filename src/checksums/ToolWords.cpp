@@ -1,11 +1,12 @@
 #include "checksums/ToolWords.h"
 
+#include "engine/FailureReason.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 
 namespace quav::toolwords {
@@ -87,10 +88,8 @@ HashPiece hashPiece(const QString& piece) {
 }
 
 QString failureOf(const QString& tool, int exitStatus) {
-    constexpr int signalled = 128;
-    return exitStatus > signalled
-               ? QCoreApplication::translate("ToolWords", "%1 was ended by a signal: %2")
-                     .arg(tool, QString::fromLocal8Bit(strsignal(exitStatus - signalled)))
+    return wasKilled(exitStatus)
+               ? failureReason({tool, exitStatus, {}, false}, {})
                : QCoreApplication::translate("ToolWords", "%1 ended with the exit status %2")
                      .arg(tool, QString::number(exitStatus));
 }

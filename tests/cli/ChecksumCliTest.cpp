@@ -137,10 +137,10 @@ private Q_SLOTS:
     void aFileWithoutAnEntryIsTold_data() {
         columns<QString, QString, QString>("kind", "script", "says");
         row("FFP, killed", u"ffp"_s, u"case \"$*\" in *b.flac) kill -9 $$;; esac"_s,
-            u"ended by a signal: Killed"_s);
+            u"ended by signal 9 (Killed)"_s);
         row("FFP, complaint", u"ffp"_s, QString(), u"has no entry but what metaflac said of it"_s);
         row("ST5, killed", u"st5"_s, u"\"$real\" hash a.flac; kill -9 $$"_s,
-            u"ended by a signal: Killed"_s);
+            u"ended by signal 9 (Killed)"_s);
     }
     void aFileWithoutAnEntryIsTold() {
         QFETCH(QString, kind);

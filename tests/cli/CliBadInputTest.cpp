@@ -131,7 +131,7 @@ private Q_SLOTS:
         row("link to a pipe", flac + u"link.wav in"_s, 1, "a.flac", "“DIR/link.wav” is a named");
         row("device", flac + u"/dev/null in"_s, 1, "a.flac", "“/dev/null” is a device");
         row("pipe in a folder", flac + u"piped"_s, 1, "a.flac", "“DIR/piped/p.wav” is a named");
-        row("pipe in a list", "checksum create --kind md5 --save out/md5 piped", 1, "md5",
+        row("pipe in a list", "checksum create --yes --kind md5 --save out/md5 piped", 1, "md5",
             "“DIR/piped/p.wav” is a named pipe");
         row("list that is a pipe", "checksum verify pipe.md5", 2, "", "“DIR/pipe.md5” is a named");
         row("nobody says yes", over, 3, "", "\nDIR/there/a.flac\n");

@@ -1,6 +1,7 @@
 #include "common/ToolMain.h"
 
 #include "audio/pcm/Progress.h"
+#include "audio/pcm/TerminalText.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -48,9 +49,13 @@ int guarded(const std::function<int()>& run, const std::function<int(const Failu
 
 } // namespace
 
+std::string toldText(const Failure& failure) {
+    return pcm::printable(failure.what(), STDERR_FILENO);
+}
+
 int runGuarded(const std::string& name, const std::function<int()>& run) {
     return guarded(run, [&](const Failure& failure) {
-        tellUser(name + ": " + failure.what() + '\n');
+        tellUser(name + ": " + toldText(failure) + '\n');
         return 1;
     });
 }
@@ -58,7 +63,7 @@ int runGuarded(const std::string& name, const std::function<int()>& run) {
 int runTool(const Tool& tool, int argc, char** argv) {
     const auto report = [&](const Failure& failure) {
         const std::string line = tool.describe ? tool.describe(failure)
-                                               : tool.options.get_name() + ": " + failure.what();
+                                               : tool.options.get_name() + ": " + toldText(failure);
         tellUser(line + '\n');
         return 1;
     };

@@ -21,6 +21,9 @@ struct Tool {
     std::function<std::string(const pcm::Failure&)> describe;
 };
 
+/// What a failure says, as it may be printed to standard error.
+std::string toldText(const pcm::Failure& failure);
+
 /// Runs a tool that parses its arguments itself; all else is as with runTool().
 int runGuarded(const std::string& name, const std::function<int()>& run);
 

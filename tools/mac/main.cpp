@@ -78,7 +78,7 @@ public:
         constexpr std::array numbers{"1000", "1001", "1002", "1002", "2000"};
         return std::string(lineIsOpen_ ? "\n" : "") +
                "Error: " + numbers.at(static_cast<std::size_t>(failure.kind())) + " " +
-               failure.what();
+               tools::toldText(failure);
     }
 
 private:

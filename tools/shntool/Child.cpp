@@ -2,6 +2,7 @@
 
 #include "audio/pcm/Failure.h"
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -11,7 +12,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sstream>
 #include <system_error>
 #include <unistd.h>
@@ -40,48 +40,83 @@ void extendPath() {
     static_cast<void>(isDone);
 }
 
-class FileActions {
-public:
-    FileActions() { ::posix_spawn_file_actions_init(&actions_); }
-    ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
-    FileActions(const FileActions&) = delete;
-    FileActions& operator=(const FileActions&) = delete;
+// What the new process does before it becomes another program. Only what is safe between a fork and
+// that may be called.
+struct Start {
+    char* const* arguments = nullptr;
+    int end = -1; // of the pipe
+    int as = -1;  // the standard descriptor it becomes
+    int report = -1;
+    pid_t parent = 0;
 
-    void silence(int fd) {
-        ::posix_spawn_file_actions_addopen(&actions_, fd, "/dev/null", O_RDWR, 0);
+    [[noreturn]] void run() const {
+        // The program must not outlive us, however we end.
+        const bool isAlone = ::prctl(PR_SET_PDEATHSIG, SIGKILL) == 0 && ::getppid() != parent;
+        if (!isAlone) {
+            restoreSignals();
+            redirect();
+            ::execvp(arguments[0], arguments);
+        }
+        const int error = errno;
+        static_cast<void>(::write(report, &error, sizeof error));
+        ::_exit(127);
     }
-    void use(int fd, int as) { ::posix_spawn_file_actions_adddup2(&actions_, fd, as); }
-    const posix_spawn_file_actions_t* get() const { return &actions_; }
 
 private:
-    posix_spawn_file_actions_t actions_{};
-};
-
-// Signals that we ignore or hold would be ignored or held there, too, and a program that writes to
-// a closed pipe would not end.
-class Attributes {
-public:
-    Attributes() {
-        ::posix_spawnattr_init(&attributes_);
-        sigset_t usual;
-        sigemptyset(&usual);
-        sigaddset(&usual, SIGPIPE);
-        sigaddset(&usual, SIGXFSZ);
-        ::posix_spawnattr_setsigdefault(&attributes_, &usual);
+    // Signals that we ignore or hold would be ignored or held there, too, and a program that writes
+    // to a closed pipe would not end. Our handlers must not run there.
+    static void restoreSignals() {
+        for (const int signal : {SIGPIPE, SIGXFSZ}) {
+            ::signal(signal, SIG_DFL);
+        }
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+            if (::signal(signal, SIG_DFL) == SIG_IGN) {
+                ::signal(signal, SIG_IGN); // as whoever called us wants it (nohup)
+            }
+        }
         sigset_t none;
         sigemptyset(&none);
-        ::posix_spawnattr_setsigmask(&attributes_, &none);
-        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
     }
-    ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
 
-    const posix_spawnattr_t* get() const { return &attributes_; }
-
-private:
-    posix_spawnattr_t attributes_{};
+    void redirect() const {
+        const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+        for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+            ::dup2(fd == as ? end : nothing, fd);
+        }
+    }
 };
+
+// Returns the process, or 0 with errno.
+pid_t start(const std::vector<std::string>& command, int end, int as) {
+    std::vector<std::string> words = command;
+    std::vector<char*> arguments(words.size() + 1, nullptr);
+    std::transform(words.begin(), words.end(), arguments.begin(),
+                   [](std::string& word) { return word.data(); });
+    std::array<int, 2> reports{};
+    if (::pipe2(reports.data(), O_CLOEXEC) != 0) {
+        return 0;
+    }
+    const pcm::UniqueFd reading(reports[0]);
+    pcm::UniqueFd writing(reports[1]);
+    const Start child{arguments.data(), end, as, writing.get(), ::getpid()};
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t process = ::fork();
+    if (process == 0) {
+        child.run();
+    }
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    writing = pcm::UniqueFd();
+    int error = process < 0 ? errno : 0;
+    if (process > 0 && ::read(reading.get(), &error, sizeof error) > 0) {
+        ::waitpid(process, nullptr, 0);
+    }
+    errno = error;
+    return error == 0 ? process : 0;
+}
 
 } // namespace
 
@@ -93,24 +128,12 @@ Child::Child(const std::vector<std::string>& command, Pipe pipe) {
     }
     pcm::UniqueFd reading(ends[0]);
     pcm::UniqueFd writing(ends[1]);
-    FileActions actions;
     const bool isInput = pipe == Pipe::ToInput;
-    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        actions.silence(fd);
-    }
-    actions.use(isInput ? reading.get() : writing.get(), isInput ? STDIN_FILENO : STDOUT_FILENO);
-
-    std::vector<std::string> words = command;
-    std::vector<char*> arguments(words.size() + 1, nullptr);
-    std::transform(words.begin(), words.end(), arguments.begin(),
-                   [](std::string& word) { return word.data(); });
-    const Attributes attributes;
-    const int error = ::posix_spawnp(&process_, arguments.front(), actions.get(), attributes.get(),
-                                     arguments.data(), environ);
-    if (error != 0) {
-        process_ = 0;
+    process_ = start(command, isInput ? reading.get() : writing.get(),
+                     isInput ? STDIN_FILENO : STDOUT_FILENO);
+    if (process_ == 0) {
         throw Failure(Failure::Kind::Read, "cannot run program: [" + command.front() +
-                                               "]: " + std::generic_category().message(error));
+                                               "]: " + std::generic_category().message(errno));
     }
     pipe_ = std::move(isInput ? writing : reading);
 }

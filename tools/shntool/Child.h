@@ -9,7 +9,8 @@
 
 namespace quav::shntool {
 
-/// Another program at the other end of a pipe; its words go nowhere. It ends with the object.
+/// Another program at the other end of a pipe; its words go nowhere. It ends with the object
+/// and, however that comes, with the thread that made it.
 class Child {
 public:
     enum class Pipe {

@@ -1,11 +1,13 @@
 #include "shntool/Console.h"
 
 #include "audio/pcm/Progress.h"
+#include "audio/pcm/TerminalText.h"
 #include "shntool/TextFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <unistd.h>
 
 namespace quav::shntool {
 
@@ -15,13 +17,17 @@ constexpr auto pause = std::chrono::milliseconds(100);
 
 } // namespace
 
-void Console::result(const std::string& line) {
-    printText(line + '\n');
+void Console::result(const std::string& lines) {
+    printText(pcm::printable(lines, STDOUT_FILENO, true) + '\n');
+}
+
+std::string Console::name(const std::string& name) {
+    return pcm::printable(name, STDOUT_FILENO);
 }
 
 void Console::note(const std::string& line) {
     if (!settings_.quiet) {
-        pcm::tellUser(line + '\n');
+        pcm::tellUser(pcm::printable(line, STDERR_FILENO) + '\n');
     }
 }
 
@@ -29,7 +35,8 @@ void Console::line(const std::string& kind, const std::string& text) {
     if (meter_ != nullptr) {
         meter_->fail();
     }
-    pcm::tellUser("shntool [" + settings_.mode + "]: " + kind + ": " + text + '\n');
+    pcm::tellUser("shntool [" + settings_.mode + "]: " + kind + ": " +
+                  pcm::printable(text, STDERR_FILENO) + '\n');
 }
 
 void Console::warn(const std::string& text) {
@@ -62,7 +69,7 @@ Meter::Meter(Console& console, const std::string& title, std::uint64_t total)
     : console_(console), total_(total) {
     console_.meter_ = this;
     if (!console_.settings_.quiet) {
-        pcm::tellUser(title + " : " + step(0));
+        pcm::tellUser(pcm::printable(title, STDERR_FILENO) + " : " + step(0));
     }
 }
 

@@ -27,7 +27,8 @@ enum class ProgressKind { Percent, Dots, Spinner, Face, None };
 
 /// What the user sees. Results go to standard output, all else to standard error, every line and
 /// every step of the progress in one write and nothing held back, so that the two stay in order
-/// when they share a pipe and no reader gets half a word.
+/// when they share a pipe and no reader gets half a word. A terminal gets no control characters of
+/// others.
 class Console {
 public:
     struct Settings {
@@ -40,8 +41,10 @@ public:
 
     explicit Console(Settings settings) : settings_(std::move(settings)) {}
 
-    /// A line for standard output. Throws pcm::Failure when it cannot be written.
-    void result(const std::string& line);
+    /// A line, or several, for standard output. Throws pcm::Failure when it cannot be written.
+    void result(const std::string& lines);
+    /// A name as a part of a result, which must not end the line.
+    static std::string name(const std::string& name);
     /// A line that tells what has been done.
     void note(const std::string& line);
     /// "shntool [mode]: warning: TEXT"

@@ -53,7 +53,7 @@ private:
 };
 
 std::string line(const std::string& digest, const std::string& name) {
-    return digest + "  [shntool]  " + name;
+    return digest + "  [shntool]  " + Console::name(name);
 }
 
 std::string damaged(const AudioFile& file) {

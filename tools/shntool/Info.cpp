@@ -46,7 +46,7 @@ void addFormat(Report& report, const Work& work, const AudioFile& file) {
     std::array<char, 40> ratio{};
     std::snprintf(ratio.data(), ratio.size(), "%.4f", file.ratio());
     report.heading(std::string(79, '-'));
-    report.line("File name", file.path());
+    report.line("File name", Console::name(file.path()));
     report.line("Handled by", file.format() + " format module");
     report.line("Length", work.length(wave, wave.dataSize));
     report.line("WAVE format", tag.data());
@@ -108,11 +108,12 @@ void addProperties(Report& report, const AudioFile& file) {
 int runInfo(const Options& options, Console& console) {
     Work work(options, console);
     for (const std::string& path : options.files) {
-        if (const auto file = work.open(path)) {
+        if (const auto file = work.openToDescribe(path)) {
             Report report;
             addFormat(report, work, *file);
             addProperties(report, *file);
             console.result(report.text());
+            work.readsAll(*file);
         }
     }
     return work.status();

@@ -69,7 +69,7 @@ std::string row(const AudioFile& file, const Options& options, const Unit& unit)
     return lengthAndSize(lengthText(wave, wave.dataSize, options.times), isCd, wave.totalSize(),
                          unit) +
            "  " + cd + "   " + header + "   " + problems + "  " + format + "  " +
-           ratioText(file.ratio()) + "  " + file.path();
+           ratioText(file.ratio()) + "  " + Console::name(file.path());
 }
 
 // What all files are together.
@@ -115,9 +115,10 @@ int runLen(const Options& options, Console& console) {
     }
     Total total;
     for (const std::string& path : options.files) {
-        if (const auto file = work.open(path)) {
+        if (const auto file = work.openToDescribe(path)) {
             console.result(row(*file, options, fileUnit));
             total.add(*file);
+            work.readsAll(*file);
         }
     }
     if (!options.has('t')) {

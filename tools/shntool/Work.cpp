@@ -2,7 +2,7 @@
 
 #include "audio/pcm/Failure.h"
 #include "audio/pcm/Progress.h"
-#include "audio/pcm/TemporaryFile.h"
+#include "audio/pcm/TerminalText.h"
 #include "shntool/CommandReader.h"
 
 #include <sys/stat.h>
@@ -48,7 +48,7 @@ bool userAgrees(const std::string& path) {
         throw ModeError("standard input is not a terminal -- cannot prompt for overwrite action.  "
                         "use \"-O always\" or \"-O never\".");
     }
-    pcm::tellUser("\noverwrite [" + path + "] (y/n)? ");
+    pcm::tellUser("\noverwrite [" + pcm::printable(path, STDERR_FILENO) + "] (y/n)? ");
     // Standard input may have been read to its end for the names of the files.
     std::ifstream terminal("/dev/tty");
     std::string answer;
@@ -81,6 +81,19 @@ void Work::skip(const OutputUnavailable& reason) {
 }
 
 std::optional<AudioFile> Work::open(const std::string& path) {
+    std::optional<AudioFile> file = openToDescribe(path);
+    return file && readsAll(*file) ? std::move(file) : std::nullopt;
+}
+
+bool Work::readsAll(const AudioFile& file) {
+    if (file.soundLeftOut()) {
+        skip("file holds more sound than its header tells (" + *file.soundLeftOut() + "): [" +
+             file.path() + "]");
+    }
+    return !file.soundLeftOut();
+}
+
+std::optional<AudioFile> Work::openToDescribe(const std::string& path) {
     audio::OpenSettings settings = openSettings(options_.decoders);
     settings.foundChunk = [&](const std::string& id, std::uint64_t length) {
         console_.debug("found chunk: [" + id + "] with length: " + std::to_string(length) +

@@ -52,9 +52,13 @@ public:
     void skip(const std::string& warning);
     void skip(const OutputUnavailable& reason);
 
-    /// Opens a file, or warns and has failed.
+    /// Opens a file of which all sound will be read, or warns and has failed.
     std::optional<AudioFile> open(const std::string& path);
-    /// Opens a file, or warns and throws ModeError.
+    /// Opens any file that can be described, or warns and has failed; to be followed by readsAll().
+    std::optional<AudioFile> openToDescribe(const std::string& path);
+    /// Whether the file's reader passes over no sound; else warns and has failed.
+    bool readsAll(const AudioFile& file);
+    /// The same as open(), or warns and throws ModeError.
     AudioFile mustOpen(const std::string& path);
     std::vector<AudioFile> mustOpenAll();
 

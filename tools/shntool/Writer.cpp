@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
-#include <fcntl.h>
 #include <system_error>
 #include <utility>
 
@@ -146,19 +145,19 @@ public:
     EncoderWriter(const OutputFormat& format, const std::string& path, bool mayReplace,
                   const WaveHeader& header)
         : name_(path), place_(pcm::OutputPlace::find(path, existing(mayReplace))),
-          // The encoder makes the file under a name that ends like the final one: some choose what
-          // they write by it.
-          temporary_(pcm::folderOf(place_.path), reserve, path, "." + format.extension),
+          folder_(pcm::folderOf(place_.path), path),
+          // The name ends like the final one: some encoders choose what they write by it.
+          temporary_(folder_.pathOf("output." + format.extension)),
           header_(headerForEncoders(header).bytes), samplesLeft_(header.wave.dataSize) {
         const pcm::SignalsHeld held;
-        child_.emplace(withFile(format.encoder, temporary_.path()), Child::Pipe::ToInput);
-        pcm::TemporaryName::setWriter(child_->process());
+        child_.emplace(withFile(format.encoder, temporary_), Child::Pipe::ToInput);
+        pcm::TemporaryFolder::setWriter(child_->process());
     }
     ~EncoderWriter() override {
         // The temporary file must not come back when it has been removed.
         const pcm::SignalsHeld held;
         child_.reset();
-        pcm::TemporaryName::setWriter(0);
+        pcm::TemporaryFolder::setWriter(0);
     }
 
     void write(Bytes bytes) override {
@@ -181,9 +180,9 @@ public:
             throw Failure(Failure::Kind::Write, name_ + ": the encoder failed");
         }
         if (place_.mode) {
-            ::chmod(temporary_.path().c_str(), *place_.mode); // as good as it can be kept
+            ::chmod(temporary_.c_str(), *place_.mode); // as good as it can be kept
         }
-        if (!temporary_.become(place_.path, place_.mode.has_value())) {
+        if (!pcm::giveName(temporary_, place_.path, place_.mode.has_value())) {
             throw Failure(Failure::Kind::Write,
                           name_ + ": cannot be created: " + std::generic_category().message(errno));
         }
@@ -200,7 +199,7 @@ private:
     int waitForEncoder(bool hadAll) {
         const int process = child_->process();
         const int status = child_->wait();
-        pcm::TemporaryName::setWriter(0);
+        pcm::TemporaryFolder::setWriter(0);
         ended_ = {process, status, hadAll};
         return status;
     }
@@ -210,15 +209,10 @@ private:
         pcm::writeAll(child_->fd(), header, name_);
     }
 
-    // Most encoders refuse a file that is there: the name is made sure of, and left free.
-    static bool reserve(const char* path) {
-        const pcm::UniqueFd fd(::open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-        return fd && ::unlink(path) == 0;
-    }
-
     std::string name_;
     pcm::OutputPlace place_;
-    pcm::TemporaryName temporary_;
+    pcm::TemporaryFolder folder_;
+    std::string temporary_; // what the encoder makes there
     std::optional<Child> child_;
     std::vector<std::uint8_t> header_; // until it has been written
     std::uint64_t samplesLeft_;        // bytes to come

@@ -1,5 +1,6 @@
 #include "audio/pcm/Failure.h"
 #include "audio/pcm/Progress.h"
+#include "audio/pcm/TerminalText.h"
 #include "common/ToolMain.h"
 #include "shntool/Modes.h"
 #include "shntool/TextFile.h"
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 using namespace quav;
@@ -84,7 +86,7 @@ int run(int argc, char** argv) {
         return runMode(*mode, arguments);
     }
     const std::string what = word.empty() ? "missing arguments" : "invalid mode: [" + word + "]";
-    pcm::tellUser("shntool: error: " + what + "\n");
+    pcm::tellUser("shntool: error: " + pcm::printable(what, STDERR_FILENO) + "\n");
     pcm::tellUser("shntool: \n");
     pcm::tellUser("shntool: type 'shntool -h' for help\n");
     return 1;

@@ -3,6 +3,7 @@
 #include "audio/pcm/OutputFile.h"
 #include "audio/pcm/PcmReader.h"
 #include "audio/pcm/Progress.h"
+#include "audio/pcm/TerminalText.h"
 #include "audio/pcm/WavHeader.h"
 #include "audio/tta/Decode.h"
 #include "audio/tta/Encode.h"
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -36,6 +38,10 @@ std::string withoutPercentSigns(std::string text) {
         text.replace(at, 1, fullWidthPercentSign);
     }
     return text;
+}
+
+std::string printableName(const std::string& name) {
+    return withoutPercentSigns(pcm::printable(name, STDERR_FILENO));
 }
 
 class DiscardingSink final : public pcm::ByteSink {
@@ -105,7 +111,8 @@ int TtaEnc::run() {
 }
 
 std::string TtaEnc::describe(const Failure& failure) const {
-    const std::string line = std::string(lineIsOpen_ ? "\n" : "") + "ttaenc: " + failure.what();
+    const std::string line =
+        std::string(lineIsOpen_ ? "\n" : "") + "ttaenc: " + tools::toldText(failure);
     return isTest_ ? withoutPercentSigns(line) : line;
 }
 
@@ -141,7 +148,7 @@ void TtaEnc::test(const pcm::InputFile& input) {
     constexpr std::size_t maximalLines = 20;
     const tta::Stream stream(input);
     const std::size_t frames = stream.header().frames();
-    const std::string name = withoutPercentSigns(input.name());
+    const std::string name = printableName(input.name());
     DiscardingSink nowhere;
     pcm::Progress progress = testProgress(stream);
     std::size_t damagedFrames = 0;
@@ -179,7 +186,7 @@ pcm::Progress TtaEnc::conversionProgress(const tta::Header& header) {
 
 pcm::Progress TtaEnc::testProgress(const tta::Stream& stream) {
     lineIsOpen_ = true;
-    const std::string start = "verifying " + withoutPercentSigns(stream.name()) + ", ";
+    const std::string start = "verifying " + printableName(stream.name()) + ", ";
     const std::string back(12, '\b');
     pcm::Progress progress(
         stream.header().blocks, [start, back](const pcm::Progress::Moment& moment) {
