@@ -80,6 +80,15 @@ QString bestLine(QStringView text, const QString& fullDisk) {
     return before.endsWith(u':') ? QStringLiteral("%1 %2").arg(before.trimmed(), best) : best;
 }
 
+/// Bytes that can be written to the disk of an output.
+std::optional<std::uint64_t> roomFor(const QString& output) {
+    struct statvfs disk {};
+    if (output.isEmpty() || statvfs(QFile::encodeName(folderOf(output)).constData(), &disk) != 0) {
+        return std::nullopt;
+    }
+    return (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) * disk.f_frsize;
+}
+
 bool saysNothing(const QString& line) {
     return line.isEmpty() || (line.startsWith(u'/') && !line.contains(u": "));
 }
@@ -137,14 +146,21 @@ QString spanInWords(std::chrono::milliseconds span) {
 }
 
 bool isDiskFullFor(const QString& output, std::uint64_t bytesWritten) {
-    struct statvfs disk {};
-    if (output.isEmpty() || statvfs(QFile::encodeName(folderOf(output)).constData(), &disk) != 0) {
+    const auto room = roomFor(output);
+    if (!room) {
         return false;
     }
-    const std::uint64_t room = (geteuid() == 0 ? disk.f_bfree : disk.f_bavail) * disk.f_frsize;
     const bool wasFilled = bytesWritten >= leastFill && !QFileInfo::exists(output) &&
-                           room <= bytesWritten + leastFill + bytesWritten / overhead;
-    return room < leastRoom || wasFilled;
+                           *room <= bytesWritten + leastFill + bytesWritten / overhead;
+    return *room < leastRoom || wasFilled;
+}
+
+bool isDiskFullFor(const QString& output, std::uint64_t inputBytes, const QString& said) {
+    constexpr std::uint64_t mostGrowth = 16; // more than any music grows when it is decoded
+    const bool blamesWriting = said.contains(u"An error occurred while writing") ||
+                               said.contains(u"FLAC__STREAM_DECODER_ABORTED");
+    const auto room = blamesWriting ? roomFor(output) : std::nullopt;
+    return room && *room < inputBytes * mostGrowth;
 }
 
 } // namespace quav

@@ -79,8 +79,11 @@ void QUAVAsyncNSTask::toolEnded(int exitStatus) {
 void QUAVAsyncNSTask::noteFailure(std::uint64_t bytesWritten) {
     const int status = exitStatus_.value_or(0);
     if (status != 0) {
-        setFailureFacts({lastPathComponent(command_.program), status, stalledFor_,
-                         isDiskFullFor(output(), bytesWritten)});
+        constexpr qint64 whereToolsEnd = 4096;
+        const bool full = isDiskFullFor(output(), bytesWritten) ||
+                          isDiskFullFor(output(), static_cast<std::uint64_t>(weight()),
+                                        results()->reportOf(*this).ending(whereToolsEnd));
+        setFailureFacts({lastPathComponent(command_.program), status, stalledFor_, full});
     }
 }
 

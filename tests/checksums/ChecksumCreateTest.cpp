@@ -400,7 +400,7 @@ private Q_SLOTS:
     void aToolThatFailsGivesNoEntry_data() {
         columns<ChecksumKind, QString, QString, QString, QString>("kind", "script", "entries",
                                                                   "aside", "says");
-        const QString killed = u"ended by a signal: Killed"_s;
+        const QString killed = u"ended by signal 9 (Killed)"_s;
         const QString atB = u"case \"$*\" in *b.flac) %1;; esac"_s;
         row("FFP, killed", ChecksumKind::Ffp, atB.arg(u"\"$real\" \"$@\"; kill -9 $$"_s),
             u"a.flac c.flac"_s, u"kept"_s, killed);
