@@ -7,6 +7,7 @@ import shutil
 import signal
 import subprocess
 import time
+from collections import Counter
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -54,10 +55,11 @@ class Score:
     def tell(self):
         counts = "   ".join(f"{kind} {count:4}" for kind, count in self.faults.items())
         print(f"{self.name:10} rounds {self.rounds:4}   sources {self.sources:6}   {counts}", flush=True)
-        for words in self.words[:self.MOST_WORDS]:
-            print(f"    {words}")
-        if len(self.words) > self.MOST_WORDS:
-            print(f"    and {len(self.words) - self.MOST_WORDS} more")
+        words = Counter(self.words)
+        for one in list(words)[:self.MOST_WORDS]:
+            print(f"    {words[one]} × {one}")
+        if len(words) > self.MOST_WORDS:
+            print(f"    and {len(words) - self.MOST_WORDS} others")
         return not any(self.faults.values())
 
 
