@@ -177,7 +177,8 @@ def judge(batch, runs, score, pool, others=()):
     score.sources += len(batch.truths)
     for run in runs:
         if run.status < 0:
-            score.blame("left", f"{batch.mode}: the program {'hung' if run.status == -signal.SIGKILL else 'crashed'}")
+            what = "hung" if run.status == -signal.SIGKILL else "crashed"
+            score.blame("left", f"{batch.mode}: the program {what}")
     sounds = dict(zip(batch.truths, pool.map(sound_of, map(batch.output_of, batch.truths))))
     for source, truth in batch.truths.items():
         judge_source(batch, runs, score, source, truth, sounds[source])
@@ -185,16 +186,16 @@ def judge(batch, runs, score, pool, others=()):
 
 
 def judge_source(batch, runs, score, source, truth, output):
-    name = f"{batch.mode}, {source.name}"
+    name, state = f"{batch.mode}, {source.name}", "another" if output else "missing"
     is_right = truth.is_in(output)
     if isinstance(output, Unclear):
         score.blame("torn", f"{name}: the output is there, but {output}")
     is_claimed = any(run.claims_done(source) for run in runs)
     if is_claimed and not is_right:
-        score.blame("lied", f"{name}: done, but the output is {'another' if output else 'missing'}")
+        score.blame("lied", f"{name}: done, but the output is {state}")
     if not source.exists():
         if not is_right:
-            score.blame("lost", f"{name}: the source is gone, the output is {'another' if output else 'missing'}")
+            score.blame("lost", f"{name}: the source is gone, the output is {state}")
     elif not any(run.tells_of(source) for run in runs):
         score.blame("lied", f"{name}: the source is still there, and nobody says why")
 
