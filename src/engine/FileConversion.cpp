@@ -1,5 +1,6 @@
 #include "engine/FileConversion.h"
 
+#include "engine/FailureReason.h"
 #include "engine/QUAVTask.h"
 #include "engine/Util.h"
 #include "platform/PathNames.h"
@@ -9,6 +10,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <exception>
 #include <utility>
 
@@ -69,15 +71,20 @@ void FileConversion::conclude() {
         rollBack();
         return;
     }
-    if (!isProven()) {
+    switch (proof()) {
+    case Proof::Refuted:
         // Both are kept, for the user to look at; but an earlier file comes back in place of one
         // that is wrong.
-        if (guard_->hasAside()) {
-            rollBack();
-        } else {
+        if (!guard_->hasAside()) {
             guard_->commit();
+            return;
         }
+        [[fallthrough]];
+    case Proof::Missing:
+        rollBack();
         return;
+    case Proof::Given:
+        break;
     }
     noteLosses();
     if (surroundings_.settings.boolean(keys::keepModificationTime)) {
@@ -90,7 +97,7 @@ void FileConversion::conclude() {
 void FileConversion::rollBack() {
     const QString putAside = guard_->rollBack();
     if (!putAside.isEmpty()) {
-        task_.failBecause(tr("The earlier output file is now “%1”.").arg(putAside));
+        fail(tr("The earlier output file is now “%1”.").arg(putAside));
     }
 }
 
@@ -101,6 +108,13 @@ void FileConversion::giveUp() {
     }
 }
 
+void FileConversion::fail(const QString& reason) {
+    // A tool or a library may not have noticed that its last bytes found no room.
+    task_.failBecause(isDiskFullFor(output_, 0)
+                          ? QStringLiteral("%1: %2").arg(qt_error_string(ENOSPC), reason)
+                          : reason);
+}
+
 QString FileConversion::whereSourceIs() const {
     const QString aside = guard_->sourceAside();
     return aside.isEmpty() ? source_ : aside;
@@ -109,7 +123,7 @@ QString FileConversion::whereSourceIs() const {
 bool FileConversion::isOutputThere() {
     const bool isThere = guard_->producedHere() && QFileInfo(output_).isFile();
     if (!isThere) {
-        task_.failBecause(tr("There is no output file “%1”.").arg(output_));
+        fail(tr("There is no output file “%1”.").arg(output_));
     }
     return isThere;
 }
@@ -117,8 +131,8 @@ bool FileConversion::isOutputThere() {
 bool FileConversion::isAllRead() {
     const QString leftOut = sound::leftOut(whereSourceIs());
     if (!leftOut.isEmpty() && !hasChanged()) {
-        task_.failBecause(tr("“%1” was not converted, since not all of it would be read: %2")
-                              .arg(lastPathComponent(source_), leftOut));
+        fail(tr("“%1” was not converted, since not all of it would be read: %2")
+                 .arg(lastPathComponent(source_), leftOut));
         return false;
     }
     return true;
@@ -137,8 +151,7 @@ bool FileConversion::writeTags() {
         return true;
     }
     if (!written) {
-        task_.failBecause(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' +
-                          written.error());
+        fail(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' + written.error());
     }
     return written.has_value();
 }
@@ -150,8 +163,7 @@ bool FileConversion::haveHeadersOfOneSound() {
     }
     const sound::Comparison headers = sound::compareHeaders(whereSourceIs(), output_);
     if (headers.answer == sound::Comparison::Answer::Different && !hasChanged()) {
-        task_.failBecause(
-            tr("The new file has not the sound of the original: %1.").arg(headers.why));
+        fail(tr("The new file has not the sound of the original: %1.").arg(headers.why));
         return false;
     }
     return true;
@@ -165,42 +177,48 @@ bool FileConversion::isProofNeeded() const {
     return wishes_.verifyAudio || ((verify || always) && (replaces || wantsDeletion()));
 }
 
-bool FileConversion::isProven() {
+FileConversion::Proof FileConversion::proof() {
     using Answer = sound::Comparison::Answer;
     if (!isProofNeeded()) {
-        return true;
+        return Proof::Given;
     }
     task_.setTopTextFieldString(tr("Comparing the sound"));
     task_.push(QUAVTask::StatusLine);
-    const sound::Comparison proof = sound::compare(
+    const sound::Comparison result = sound::compare(
         whereSourceIs(), output_, [this] { return abandoned_ || task_.cancelled(); });
+    const bool mayGoOn = !wishes_.verifyAudio && guard_->sourceAside().isEmpty();
     if (hasChanged()) {
-        unproven_ = tr("the original has changed since it was read");
-        if (wishes_.verifyAudio) {
-            task_.failBecause(unproven_);
-        }
-        return !wishes_.verifyAudio;
+        return withoutProof(tr("the original has changed since it was read"), mayGoOn);
     }
-    switch (proof.answer) {
+    switch (result.answer) {
     case Answer::Equal:
-        return true;
+        return Proof::Given;
     case Answer::Stopped:
-        return guard_->sourceAside().isEmpty();
+        return guard_->sourceAside().isEmpty() ? Proof::Given : Proof::Missing;
     case Answer::Different:
-        task_.failBecause(tr("The new file has not the sound of the original: %1.").arg(proof.why));
-        return false;
+        fail(tr("The new file has not the sound of the original: %1.").arg(result.why));
+        return Proof::Refuted;
+    case Answer::Torn:
+        fail(tr("The new file is not whole: %1.").arg(result.why));
+        return Proof::Missing;
     case Answer::Damaged:
+        // Damage that the tool has told may have been gone through on purpose.
+        return withoutProof(tr("the sound could not be compared: %1").arg(result.why),
+                            mayGoOn && damaged_);
     case Answer::Unreadable:
         break;
     }
-    unproven_ = tr("the sound could not be compared: %1").arg(proof.why);
-    // Damage that the tool has told may have been gone through on purpose.
-    const bool passedOver = proof.answer == Answer::Damaged && !damaged_;
-    if (wishes_.verifyAudio || passedOver || !guard_->sourceAside().isEmpty()) {
-        task_.failBecause(unproven_);
-        return false;
+    return withoutProof(tr("the sound could not be compared: %1").arg(result.why), mayGoOn);
+}
+
+/// Where nothing could be proven: the source stays at least.
+FileConversion::Proof FileConversion::withoutProof(const QString& why, bool mayGoOn) {
+    unproven_ = why;
+    if (mayGoOn) {
+        return Proof::Given;
     }
-    return true;
+    fail(why);
+    return Proof::Missing;
 }
 
 void FileConversion::noteLosses() {

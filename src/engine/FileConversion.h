@@ -97,6 +97,12 @@ public:
     void abandon() { abandoned_ = true; }
 
 private:
+    enum class Proof : unsigned char {
+        Given,   ///< or not asked for
+        Missing, ///< so that the output is not to be kept
+        Refuted  ///< both files are there to be read, and differ
+    };
+
     void conclude();
     void rollBack();
     bool hasChanged() const;
@@ -105,7 +111,9 @@ private:
     bool writeTags();
     bool haveHeadersOfOneSound();
     bool isProofNeeded() const;
-    bool isProven();
+    Proof proof();
+    Proof withoutProof(const QString& why, bool mayGoOn);
+    void fail(const QString& reason);
     void noteLosses();
     void removeSource();
     QString reasonToKeep() const;

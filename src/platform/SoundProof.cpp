@@ -137,7 +137,7 @@ Comparison compareSamples(Stream source, Stream output, const std::function<bool
         }
         const auto to = output.next();
         if (!to) {
-            return {Answer::Different, to.error().why, {}};
+            return {Answer::Torn, to.error().why, {}};
         }
         if (!std::equal(from->begin(), from->end(), to->begin(), to->end())) {
             return {Answer::Different, tr("its samples are others"), {}};
@@ -163,7 +163,7 @@ Comparison compare(const QString& source, const QString& output,
     }
     const auto to = open(output, true);
     if (!to) {
-        return {Answer::Different, to.error().why, {}};
+        return {Answer::Torn, to.error().why, {}};
     }
     const QString unequal = difference(from->wave(), to->wave());
     if (!unequal.isEmpty()) {

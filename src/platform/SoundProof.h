@@ -15,6 +15,7 @@ struct Comparison {
         Different,  ///< `why` says in what
         Damaged,    ///< the source is: `why` says how
         Unreadable, ///< the source cannot be read here, and `why` says why not
+        Torn,       ///< the output is damaged or ends too early: `why` says how
         Stopped     ///< nobody wanted the answer any more
     };
     Answer answer = Answer::Equal;

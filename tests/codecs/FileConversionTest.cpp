@@ -61,7 +61,7 @@ private Q_SLOTS:
         row("a bit of the channels in STREAMINFO", "bit 20 1", true, "damaged");
         row("a bit of the length in STREAMINFO", "bit 24 4", true, "");
         row("a bit of the digest in STREAMINFO", "bit 30 2", true, "MD5");
-        row("a bit of the number of comments", "bit -8 0", true, "has not the sound");
+        row("a bit of the number of comments", "bit -8 0", true, "is not whole");
         row("a second data chunk", "second data", true, "data chunk");
         row("joined WAV files", "joined wav", true, "WAV");
         row("a data size too small", "small", true, "behind");
