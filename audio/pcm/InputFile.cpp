@@ -1,6 +1,7 @@
 #include "audio/pcm/InputFile.h"
 
 #include "audio/pcm/Failure.h"
+#include "audio/pcm/RegularFile.h"
 #include "audio/pcm/TemporaryFile.h"
 
 #include <sys/stat.h>
@@ -36,36 +37,16 @@ constexpr std::size_t bufferSize = std::size_t{64} << 10;
                   name + ": cannot be read: " + std::generic_category().message(error));
 }
 
-void refuseOtherKinds(const std::string& path, const UniqueFd& fd) {
-    struct stat status = {};
-    if (::fstat(fd.get(), &status) != 0) {
-        cannotRead(path, errno);
+UniqueFd openForReading(const std::string& path) {
+    OpenedFile opened = openRegular(path);
+    if (opened.error == EINVAL && opened.kind != 0) {
+        throw Failure(Failure::Kind::Read,
+                      path + ": cannot be read: it is " + kindOfFile(opened.kind) + " and no file");
     }
-    if (S_ISDIR(status.st_mode)) {
-        cannotRead(path, EISDIR);
+    if (!opened.fd) {
+        cannotRead(path, opened.error);
     }
-    if (!S_ISREG(status.st_mode)) {
-        throw Failure(Failure::Kind::Read, path + ": cannot be read: it is " +
-                                               kindOfFile(status.st_mode) + " and no file");
-    }
-}
-
-// Looks at what the path stands for before it is opened for reading, and opens just that.
-UniqueFd openRegular(const std::string& path) {
-    const UniqueFd place(::open(path.c_str(), O_PATH | O_CLOEXEC));
-    if (!place) {
-        return {};
-    }
-    refuseOtherKinds(path, place);
-    const std::string again = "/proc/self/fd/" + std::to_string(place.get());
-    UniqueFd fd(::open(again.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd && errno == ENOENT) { // no /proc here
-        fd = UniqueFd(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-        if (fd) {
-            refuseOtherKinds(path, fd);
-        }
-    }
-    return fd;
+    return std::move(opened.fd);
 }
 
 } // namespace
@@ -74,7 +55,7 @@ InputFile InputFile::open(const std::string& path) {
     const bool standard = path == "-";
     const std::string name = standard ? "standard input" : path;
     UniqueFd fd =
-        standard ? UniqueFd(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)) : openRegular(path);
+        standard ? UniqueFd(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3)) : openForReading(path);
     if (!fd) {
         cannotRead(name, errno);
     }

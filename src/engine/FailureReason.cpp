@@ -22,8 +22,8 @@ namespace {
 
 constexpr int signalledBase = 128;
 
-// Less than this is no room: disks are filled by the block.
-constexpr std::uint64_t leastRoom = 4096;
+// Less than this is no room: tools hand on what they write in blocks, and one of them found none.
+constexpr std::uint64_t leastRoom = 65536;
 
 // What a tool must have written before it can be said to have filled a disk, and what the disk may
 // have needed beyond that for its own lists: so much, and one part in so many.

@@ -157,8 +157,8 @@ bool FileConversion::writeTags() {
 }
 
 bool FileConversion::haveHeadersOfOneSound() {
-    // What a tool made of damage is told by its complaint, and compared only before a deletion.
-    if (damaged_) {
+    // What a decoder made of damage is told by its complaint, and is as long as it can be.
+    if (damaged_ && isFlac(source_)) {
         return true;
     }
     const sound::Comparison headers = sound::compareHeaders(whereSourceIs(), output_);

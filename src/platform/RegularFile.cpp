@@ -1,5 +1,7 @@
 #include "platform/RegularFile.h"
 
+#include "audio/pcm/RegularFile.h"
+
 #include <QFile>
 
 #include <sys/stat.h>
@@ -17,20 +19,13 @@ RegularFile::RegularFile(FileDescriptor descriptor, std::uint64_t size)
     : descriptor_(std::move(descriptor)), size_(size) {}
 
 tl::expected<RegularFile, int> RegularFile::open(const QString& path) {
-    FileDescriptor descriptor(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!descriptor) {
-        return tl::make_unexpected(errno);
-    }
+    pcm::OpenedFile opened = pcm::openRegular(QFile::encodeName(path).toStdString());
     struct stat status {};
-    if (::fstat(descriptor.get(), &status) != 0) {
-        return tl::make_unexpected(errno);
+    if (!opened.fd || ::fstat(opened.fd.get(), &status) != 0) {
+        return tl::make_unexpected(opened.error != 0 ? opened.error : errno);
     }
-    if (!S_ISREG(status.st_mode)) {
-        return tl::make_unexpected(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-    }
-    ::posix_fadvise(descriptor.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    return RegularFile(std::move(descriptor), static_cast<std::uint64_t>(status.st_size));
+    ::posix_fadvise(opened.fd.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    return RegularFile(std::move(opened.fd), static_cast<std::uint64_t>(status.st_size));
 }
 
 tl::expected<QByteArray, int> RegularFile::beginningOf(const QString& path, std::uint64_t most) {

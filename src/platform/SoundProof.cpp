@@ -189,9 +189,12 @@ Comparison compareHeaders(const QString& source, const QString& output) {
         return {};
     }
     QString unequal = difference(from->wave(), to->wave());
-    const bool bothTell = from->wave().dataSize > 0 && to->wave().dataSize > 0;
+    wav::Wave there = from->wave();
+    there.dataSize -=
+        std::min(there.dataSize, from->missingBytes()); // of a file that was cut short
+    const bool bothTell = there.dataSize > 0 && to->wave().dataSize > 0;
     if (unequal.isEmpty() && bothTell) {
-        unequal = lengthDifference(from->wave(), to->wave());
+        unequal = lengthDifference(there, to->wave());
     }
     return {unequal.isEmpty() ? Answer::Equal : Answer::Different, unequal, {}};
 }
