@@ -34,9 +34,9 @@ QString spanInWords(std::chrono::milliseconds span);
 /// that failed took its half output away: when what the tool had written would fill it again.
 bool isDiskFullFor(const QString& output, std::uint64_t bytesWritten);
 
-/// The same when the tool's words blame the writing, in the manner of `flac`: then the disk was full
-/// if it has hardly room for what comes of so many bytes of input, since half outputs of others may
-/// have made room in the meantime.
+/// The same when the tool's words blame the writing, in the manner of `flac`: then the disk was
+/// full if it has hardly room for what comes of so many bytes of input, since half outputs of
+/// others may have made room in the meantime.
 bool isDiskFullFor(const QString& output, std::uint64_t inputBytes, const QString& said);
 
 } // namespace quav
