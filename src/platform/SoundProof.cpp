@@ -101,7 +101,9 @@ QString lengthDifference(const wav::Wave& source, const wav::Wave& output) {
 class Stream {
 public:
     Stream(const QString& path, const audio::AudioFile& file)
-        : path_(path), reader_(file.reader()), left_(file.wave().dataSize), buffer_(pieceSize) {}
+        : path_(path), stored_(file.storedDigest()),
+          reader_(file.reader(audio::AudioFile::Check::AllButDigest)), left_(file.wave().dataSize),
+          buffer_(pieceSize) {}
 
     /// The next samples; none at the end, when the reader has checked what it checks last.
     tl::expected<std::span<const std::uint8_t>, Trouble> next() {
@@ -121,8 +123,17 @@ public:
         });
     }
 
+    /// What is wrong when these are the samples and the file stores another digest of them.
+    std::optional<Trouble> judge(const pcm::Md5Digest& digest) const {
+        if (!stored_ || *stored_ == digest) {
+            return std::nullopt;
+        }
+        return Trouble{tr("%1: its samples do not match the MD5 that it stores").arg(path_), true};
+    }
+
 private:
     const QString& path_;
+    std::optional<pcm::Md5Digest> stored_; ///< made here anyhow, so that no reader has to
     std::unique_ptr<pcm::Reader> reader_;
     std::uint64_t left_;
     std::vector<std::uint8_t> buffer_;
@@ -144,6 +155,12 @@ Comparison compareSamples(Stream source, Stream output, const std::function<bool
         }
         if (from->empty()) {
             const pcm::Md5Digest result = digest.result();
+            if (const auto wrong = source.judge(result)) {
+                return troubled(*wrong);
+            }
+            if (const auto wrong = output.judge(result)) {
+                return {Answer::Torn, wrong->why, {}};
+            }
             return {Answer::Equal,
                     {},
                     QByteArray(reinterpret_cast<const char*>(result.data()), result.size())};
