@@ -236,6 +236,8 @@ void ConversionTab::askAboutLosses(const std::vector<KeptOriginals::Original>& o
         const QString trouble =
             FileIdentity::of(original.path) != original.identity
                 ? tr("the original has changed since it was read")
+            : FileIdentity::of(original.output) != original.outputIdentity
+                ? tr("“%1” is no longer the file that was made of it").arg(original.output)
                 : deleteOriginal(original.path, services().settings, services().desktop);
         if (!trouble.isEmpty()) {
             troubles << QStringLiteral("%1: %2").arg(original.path, trouble);

@@ -47,7 +47,6 @@ void ConversionTask::abandon() {
 }
 
 void ConversionTask::report(const QString& piece) {
-    conversion_.stillAtWork();
     const QStringList lines = appendToReport(piece).split(u'\n', Qt::SkipEmptyParts);
     for (const QString& line : lines) {
         const ToolComplaint complaint = complaintReader_(line, title());

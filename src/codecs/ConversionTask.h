@@ -33,6 +33,7 @@ public:
 
     void startTask() override;
     void abandon() override;
+    void stillAtWork() override { conversion_.stillAtWork(); }
 
 protected:
     void cleanup() override;

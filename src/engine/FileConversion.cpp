@@ -52,12 +52,26 @@ void FileConversion::begin() {
 }
 
 void FileConversion::stillAtWork() {
-    guard_->stillAtWork();
+    const std::lock_guard lock(guardLock_);
+    if (guard_) {
+        guard_->stillAtWork();
+    }
 }
 
 void FileConversion::complete() {
-    conclude();
-    guard_.reset(); // others may have the output from here on
+    try {
+        conclude();
+    } catch (...) {
+        release();
+        throw;
+    }
+    release();
+}
+
+/// Others may have the output from here on.
+void FileConversion::release() {
+    const std::lock_guard lock(guardLock_);
+    guard_.reset();
 }
 
 /// Whether the source is no longer what it was when the work began: what it says then is no
@@ -76,7 +90,7 @@ void FileConversion::conclude() {
         // Both are kept, for the user to look at; but an earlier file comes back in place of one
         // that is wrong.
         if (!guard_->hasAside()) {
-            guard_->commit();
+            commit();
             return;
         }
         [[fallthrough]];
@@ -87,11 +101,29 @@ void FileConversion::conclude() {
         break;
     }
     noteLosses();
-    if (surroundings_.settings.boolean(keys::keepModificationTime)) {
-        copyModificationTime(whereSourceIs(), output_);
+    if (surroundings_.settings.boolean(keys::keepModificationTime) &&
+        !copyModificationTime(whereSourceIs(), output_)) {
+        task_.addWarning(tr("the output could not be given the time of its source"));
     }
-    guard_->commit();
+    // Before anything goes that could be read again: so far the output may only be in memory.
+    if (guard_->hasAside() || wantsDeletion()) {
+        if (const auto reached = reachDisk(output_); !reached) {
+            fail(tr("“%1” could not be brought to the disk: %2")
+                     .arg(output_, qt_error_string(reached.error())));
+            rollBack();
+            return;
+        }
+    }
+    commit();
     removeSource();
+}
+
+void FileConversion::commit() {
+    const QString left = guard_->commit();
+    if (!left.isEmpty()) {
+        task_.addWarning(
+            tr("the earlier output file could not be removed and is now “%1”").arg(left));
+    }
 }
 
 void FileConversion::rollBack() {
@@ -104,7 +136,7 @@ void FileConversion::rollBack() {
 void FileConversion::giveUp() {
     if (guard_) {
         rollBack();
-        guard_.reset();
+        release();
     }
 }
 
@@ -131,8 +163,8 @@ bool FileConversion::isOutputThere() {
 bool FileConversion::isAllRead() {
     const QString leftOut = sound::leftOut(whereSourceIs());
     if (!leftOut.isEmpty() && !hasChanged()) {
-        fail(tr("“%1” was not converted, since not all of it would be read: %2")
-                 .arg(lastPathComponent(source_), leftOut));
+        task_.failBecause(tr("“%1” was not converted, since sound would be left out: %2")
+                              .arg(lastPathComponent(source_), leftOut));
         return false;
     }
     return true;
@@ -196,7 +228,8 @@ FileConversion::Proof FileConversion::proof() {
     case Answer::Stopped:
         return guard_->sourceAside().isEmpty() ? Proof::Given : Proof::Missing;
     case Answer::Different:
-        fail(tr("The new file has not the sound of the original: %1.").arg(result.why));
+        task_.failBecause(
+            tr("The new file has not the sound of the original: %1.").arg(result.why));
         return Proof::Refuted;
     case Answer::Torn:
         fail(tr("The new file is not whole: %1.").arg(result.why));
@@ -217,7 +250,7 @@ FileConversion::Proof FileConversion::withoutProof(const QString& why, bool mayG
     if (mayGoOn) {
         return Proof::Given;
     }
-    fail(why);
+    task_.failBecause(why);
     return Proof::Missing;
 }
 
@@ -261,8 +294,8 @@ void FileConversion::removeSource() {
     const QString reason = reasonToKeep();
     if (!reason.isEmpty()) {
         task_.addWarning(tr("the original was kept: %1").arg(reason));
-        if (kept_ && unproven_.isEmpty() && !damaged_) {
-            kept_->add({source_, *before_});
+        if (kept_ && unproven_.isEmpty() && !damaged_ && FileIdentity::of(output_)) {
+            kept_->add({source_, *before_, output_, *FileIdentity::of(output_)});
         }
         return;
     }

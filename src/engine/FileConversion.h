@@ -37,6 +37,8 @@ public:
     struct Original {
         QString path;
         FileIdentity identity;
+        QString output; ///< what was made of it
+        FileIdentity outputIdentity;
     };
     void add(Original original);
     std::vector<Original> take();
@@ -80,7 +82,7 @@ public:
     /// Claims the output, before anything is written. Throws std::runtime_error with a sentence.
     void begin();
 
-    /// The work goes on. Cheap. The thread that called `begin`.
+    /// The work goes on. Cheap. The thread that called `begin`, at any time.
     void stillAtWork();
 
     /// The tool complained of damage in the source and went on: the source is kept.
@@ -104,7 +106,9 @@ private:
     };
 
     void conclude();
+    void commit();
     void rollBack();
+    void release();
     bool hasChanged() const;
     bool isOutputThere();
     bool isAllRead();
@@ -128,6 +132,7 @@ private:
     ConversionWishes wishes_;
     std::shared_ptr<KeptOriginals> kept_;
     std::optional<OutputGuard> guard_;
+    std::mutex guardLock_; ///< for its coming and going, of which `stillAtWork` knows nothing
     std::optional<FileIdentity> before_; ///< the source when the work began
     QString unproven_;                   ///< why the sound could not be compared
     QStringList losses_;

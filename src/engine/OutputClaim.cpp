@@ -15,6 +15,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -32,6 +33,7 @@ constexpr qint64 graceTime = 60000;
 
 const QString prefix = QStringLiteral(".quav-");
 const QString claimSuffix = QStringLiteral(".claim");
+const QString asideSuffix = QStringLiteral(".aside");
 
 QString tr(const char* text) {
     return QCoreApplication::translate("OutputClaim", text);
@@ -44,6 +46,10 @@ QString hiddenPath(const QString& output, const QString& suffix) {
     constexpr qsizetype digits = 16;
     return joinPath(folderOf(output),
                     prefix + QString::fromLatin1(digest.toHex().left(digits)) + suffix);
+}
+
+bool isAsideOf(const QString& output, const QString& path) {
+    return path.startsWith(hiddenPath(output, {})) && path.endsWith(asideSuffix);
 }
 
 QByteArray word(OutputClaim::State state) {
@@ -68,6 +74,14 @@ struct Record {
     QString aside;
     QString leftover;
     QByteArray state;
+
+    /// Whether it was written beside the output that it names: nobody can have anything else
+    /// removed by putting a claim there.
+    bool fits(const QString& claim) const {
+        return !output.isEmpty() && hiddenPath(output, claimSuffix) == claim &&
+               (aside.isEmpty() || isAsideOf(output, aside)) &&
+               (leftover.isEmpty() || leftover.startsWith(output + u'.'));
+    }
 
     static Record read(int lock, const QString& folder) {
         QByteArray text(mostText, '\0');
@@ -111,9 +125,6 @@ bool isOfTheDead(const QString& output, qint64 lastSign) {
 
 /// Undoes or completes what the process of a claim was at when it died.
 QStringList cleanUp(const Record& record, qint64 lastSign) {
-    if (record.output.isEmpty()) {
-        return {};
-    }
     if (!record.leftover.isEmpty()) {
         QFile::remove(record.leftover);
     }
@@ -128,6 +139,12 @@ QStringList cleanUp(const Record& record, qint64 lastSign) {
                         isOfTheDead(record.output, lastSign);
     if (isHalf && !QFile::remove(record.output)) {
         return {tr("“%1” is only half written, since its program was ended, and cannot be removed.")
+                    .arg(record.output)};
+    }
+    if (!hasAside && !isHalf && record.state == word(OutputClaim::State::Making) &&
+        isTaken(record.output)) {
+        return {tr("“%1” was being written when its program was ended, and has been changed since. "
+                   "Look whether it is whole.")
                     .arg(record.output)};
     }
     if (!hasAside) {
@@ -182,6 +199,19 @@ FileDescriptor openClaim(const QString& path, int how) {
                                  how | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, mode));
 }
 
+/// Whether the claim is our own user's: that of another one is his to clean up after.
+bool isOurs(const FileDescriptor& lock) {
+    struct stat status {};
+    return ::fstat(lock.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == ::geteuid();
+}
+
+/// Where the file system knows no locks: whether a claim's process is still there.
+bool mayLive(const Record& record) {
+    const auto process = static_cast<pid_t>(record.process.toLongLong());
+    return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
+}
+
 /// When the process that held the lock last gave a sign of life.
 qint64 lastSignOf(const FileDescriptor& lock) {
     struct stat status {};
@@ -215,27 +245,34 @@ std::optional<QString> OutputClaim::holderOf(const QString& output) {
 
 tl::expected<OutputClaim, QString> OutputClaim::take(const QString& output) {
     const QString path = hiddenPath(output, claimSuffix);
-    while (true) {
+    constexpr int mostTries = 100; // each time its owner has just finished, or it looks like that
+    for (int tries = 0; tries < mostTries; ++tries) {
         FileDescriptor file = openClaim(path, O_RDWR | O_CREAT);
         if (!file) {
             const int error = errno;
             return tl::make_unexpected(holderOf(output).value_or(
                 tr("“%1” cannot be written: %2").arg(output, qt_error_string(error))));
         }
-        switch (lockFile(file, path)) {
-        case Lock::Held:
-            return tl::make_unexpected(holder(Record::read(file.get(), folderOf(output)), output));
-        case Lock::Gone:
-            continue; // its owner has just finished
-        case Lock::Taken:
-        case Lock::Failed: // the file system knows no locks: better no claim than no work
+        const Lock lock = lockFile(file, path);
+        if (lock == Lock::Gone) {
+            continue;
+        }
+        const Record record = Record::read(file.get(), folderOf(output));
+        if (lock == Lock::Held || (lock == Lock::Failed && mayLive(record))) {
+            return tl::make_unexpected(holder(record, output));
+        }
+        if (!isOurs(file)) {
             break;
         }
         OutputClaim claim(std::move(file), output);
-        claim.recovered_ =
-            cleanUp(Record::read(claim.lock_.get(), folderOf(output)), lastSignOf(claim.lock_));
+        if (record.fits(path)) {
+            claim.recovered_ = cleanUp(record, lastSignOf(claim.lock_));
+        }
         return claim;
     }
+    return tl::make_unexpected(
+        tr("“%1” cannot be written, since “%2” is in the way. Remove that file.")
+            .arg(output, path));
 }
 
 tl::expected<void, int> OutputClaim::note(State state, const QString& aside,
@@ -265,7 +302,11 @@ void OutputClaim::stillAtWork() {
 }
 
 QString OutputClaim::asidePath() const {
-    return hiddenPath(output_, QStringLiteral(".aside"));
+    QString path = hiddenPath(output_, asideSuffix);
+    for (int number = 2; isTaken(path); ++number) {
+        path = hiddenPath(output_, QStringLiteral(".%1%2").arg(number).arg(asideSuffix));
+    }
+    return path;
 }
 
 QStringList OutputClaim::recover(const QString& folder) {
@@ -275,10 +316,13 @@ QStringList OutputClaim::recover(const QString& folder) {
     for (const QString& name : names) {
         const QString path = joinPath(folder, name);
         const FileDescriptor file = openClaim(path, O_RDWR);
-        if (file && lockFile(file, path) == Lock::Taken) {
-            sentences << cleanUp(Record::read(file.get(), folder), lastSignOf(file));
-            QFile::remove(path);
+        if (!file || !isOurs(file) || lockFile(file, path) != Lock::Taken) {
+            continue;
         }
+        if (const Record record = Record::read(file.get(), folder); record.fits(path)) {
+            sentences << cleanUp(record, lastSignOf(file));
+        }
+        QFile::remove(path);
     }
     return sentences;
 }

@@ -53,7 +53,7 @@ public:
     /// be called often.
     void stillAtWork();
 
-    /// A hidden name beside the output, for the earlier file.
+    /// A hidden name beside the output that is free, for the earlier file.
     QString asidePath() const;
 
     /// What `take` cleaned up, as sentences for the user.

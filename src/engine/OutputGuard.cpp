@@ -87,10 +87,8 @@ OutputClaim OutputGuard::claim(const QString& output, const QString& source,
 }
 
 void OutputGuard::putAside() {
-    // What lies there is of a run that nobody could clean up after; it is not to be lost either.
     const bool done =
-        !isTaken(putAside_) &&
-        (overwritesSource_ ? keepCopy(output_, putAside_) : QFile::rename(output_, putAside_));
+        overwritesSource_ ? keepCopy(output_, putAside_) : QFile::rename(output_, putAside_);
     if (!done) {
         [[maybe_unused]] const auto noted = claim_.note(State::Untouched);
         settled_ = true;
@@ -102,14 +100,14 @@ bool OutputGuard::producedHere() const {
     return !foreign_ && QFileInfo::exists(output_);
 }
 
-void OutputGuard::commit() {
+QString OutputGuard::commit() {
     if (std::exchange(settled_, true) || foreign_) {
-        return;
+        return {};
     }
-    // Written down first: from here on what lies aside is not to come back.
-    if (claim_.note(State::Whole, putAside_) && !putAside_.isEmpty()) {
-        QFile::remove(putAside_);
-    }
+    // Written down first: from here on what lies aside is not to come back. Where that fails, it is
+    // gone before anybody could bring it back.
+    [[maybe_unused]] const auto noted = claim_.note(State::Whole, putAside_);
+    return putAside_.isEmpty() || QFile::remove(putAside_) ? QString() : putAside_;
 }
 
 QString OutputGuard::rollBack() {

@@ -42,8 +42,9 @@ public:
     /// What the tool writes to the output from now on is still ours.
     void stillAtWork() { claim_.stillAtWork(); }
 
-    /// The output is whole: what was put aside goes.
-    void commit();
+    /// The output is whole: what was put aside goes. If that is not to be done, the path where it
+    /// lies is returned.
+    QString commit();
 
     /// The output is not whole: it goes, and what was put aside comes back. If that is not to be
     /// done, the path where it lies is returned.

@@ -54,6 +54,8 @@ void QUAVTask::killTool() {}
 
 void QUAVTask::abandon() {}
 
+void QUAVTask::stillAtWork() {}
+
 void QUAVTask::endStalledTool() {
     queue_.stallWatch().endStalled(*this);
 }

@@ -64,6 +64,9 @@ public:
     /// nothing goes on behind a task that is about to be destroyed.
     virtual void abandon();
 
+    /// Called every few seconds while the task is active, on the main thread.
+    virtual void stillAtWork();
+
     /// Ends a task that could not be started, with the reason in its report.
     void failToStart(const QString& reason);
 

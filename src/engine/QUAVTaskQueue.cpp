@@ -13,6 +13,12 @@
 
 namespace quav {
 
+namespace {
+
+constexpr std::chrono::seconds signInterval(5);
+
+} // namespace
+
 QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
                              const ToolsFolder& tools, MainThread& mainThread,
                              Notifications& notifications)
@@ -20,6 +26,15 @@ QUAVTaskQueue::QUAVTaskQueue(const Settings& settings, DesktopServices& desktop,
       spillFile_(std::make_shared<SpillFile>()), maxThreads_(settings.integer(keys::maxThreads)) {
     connect(&notifications, &Notifications::QUAVMaxThreadsChangedNotification, this,
             &QUAVTaskQueue::maxThreadsChanged);
+    signOfLife_.setInterval(signInterval);
+    connect(&signOfLife_, &QTimer::timeout, this, [this] {
+        const std::lock_guard lock(lock_);
+        for (const auto& task : taskArray_) {
+            if (task->isActive()) {
+                task->stillAtWork();
+            }
+        }
+    });
     connect(&stallWatch_, &StallWatch::quietChanged, this,
             [](const std::shared_ptr<QUAVTask>& task, std::chrono::milliseconds quiet) {
                 task->setStalledFor(quiet);
@@ -57,6 +72,7 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
         progress_.start(BatchProgress::Clock::now());
         warnings_.clear();
         stallWatch_.start();
+        signOfLife_.start();
     }
     progress_.add(task->weight());
     places_[task.get()] = taskArray_.insert(taskArray_.end(), task);
@@ -128,6 +144,7 @@ bool QUAVTaskQueue::resetWhenEmpty() {
         lowestActivePosition_ = 0;
         waiting_.clear();
         stallWatch_.stop();
+        signOfLife_.stop();
     }
     return taskArray_.empty();
 }

@@ -11,6 +11,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include <atomic>
 #include <chrono>
@@ -128,6 +129,7 @@ private:
     const ToolsFolder& tools_;
     MainThread& mainThread_;
     std::shared_ptr<SpillFile> spillFile_;
+    QTimer signOfLife_;
     StallWatch stallWatch_; // before the tasks, which speak to it until they have gone
 
     // Recursive: a view that is told of a new row may ask for the counts.

@@ -1,11 +1,16 @@
 #include "platform/FileIdentity.h"
 
+#include "platform/FileDescriptor.h"
+#include "platform/PathNames.h"
+
 #include <QFile>
 
 #include <sys/stat.h>
 
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace quav {
 
@@ -38,6 +43,18 @@ bool isTaken(const QString& path) {
 
 bool isDanglingLink(const QString& path) {
     return isTaken(path) && !look(path);
+}
+
+tl::expected<void, int> reachDisk(const QString& path) {
+    for (const QString& part : {path, folderOf(path)}) {
+        const FileDescriptor file(
+            ::open(QFile::encodeName(part).constData(), O_RDONLY | O_CLOEXEC));
+        // Some file systems do not know this of folders.
+        if (!file || (::fsync(file.get()) != 0 && errno != EINVAL)) {
+            return tl::make_unexpected(errno);
+        }
+    }
+    return {};
 }
 
 bool copyModificationTime(const QString& from, const QString& to) {

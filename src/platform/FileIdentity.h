@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <tl/expected.hpp>
+
 #include <cstdint>
 #include <optional>
 
@@ -26,6 +28,10 @@ bool isTaken(const QString& path);
 
 /// True for a link that leads nowhere.
 bool isDanglingLink(const QString& path);
+
+/// Returns when a file and its name are on the disk and would survive a power cut; the error is the
+/// system's number.
+tl::expected<void, int> reachDisk(const QString& path);
 
 /// Gives a file the time of modification of another one; false when that failed.
 bool copyModificationTime(const QString& from, const QString& to);

@@ -124,17 +124,18 @@ private Q_SLOTS:
         QTest::addColumn<bool>("accepts");
         QTest::addColumn<int>("questions");
         QTest::addColumn<bool>("answer");
-        QTest::addColumn<bool>("changed");
+        QTest::addColumn<QString>("meanwhile");
         QTest::addColumn<int>("left");
-        row("keep", false, 1, false, false, 2);
-        row("delete", false, 1, true, false, 0);
-        row("delete, but one has changed", false, 1, true, true, 1);
-        row("accepted beforehand", true, 0, false, false, 0);
+        row("keep", false, 1, false, "", 2);
+        row("delete", false, 1, true, "", 0);
+        row("delete, but one has changed", false, 1, true, "changed", 1);
+        row("delete, but one's output has gone", false, 1, true, "gone", 1);
+        row("accepted beforehand", true, 0, false, "", 0);
     }
     void whatTheOutputLacksIsAskedAboutOnce() {
         QFETCH(bool, accepts);
         QFETCH(bool, answer);
-        QFETCH(bool, changed);
+        QFETCH(QString, meanwhile);
         Bench bench;
         const QStringList sources{bench.flac(u"a.flac"_s), bench.flac(u"b.flac"_s)};
         for (const QString& source : sources) {
@@ -146,8 +147,10 @@ private Q_SLOTS:
         bench.decode.setAcceptLosses(accepts);
         bench.prompts.answers = {answer};
         bench.prompts.beforeAnswer = [&] {
-            if (changed) {
+            if (meanwhile == u"changed") {
                 append(sources[1], "more");
+            } else if (meanwhile == u"gone") {
+                QFile::remove(bench.out(u"b.wav"_s));
             }
         };
         bench.run(bench.decode);
@@ -218,7 +221,7 @@ private Q_SLOTS:
         row("a whole one", false, "whole", QByteArray("new"), false);
         row("a whole one over another", true, "whole", QByteArray("new"), false);
         row("another program's", true, "foreign", QByteArray("old"), false);
-        row("replaced by the user since", false, "later", QByteArray("later"), false);
+        row("replaced by the user since", false, "later", QByteArray("later"), true);
     }
     void theNextStartCleansUpAfterAKilledOne() {
         QFETCH(bool, existed);
@@ -261,6 +264,21 @@ private Q_SLOTS:
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(),
                  contents(output).isEmpty() ? 0 : 1);
         QVERIFY(QDir(folder.filePath(u"state"_s)).isEmpty(QDir::Files));
+    }
+
+    void aClaimHasNothingRemovedButItsOwnOutput() {
+        const QTemporaryDir folder;
+        const auto write = [&](const QString& name, const QByteArray& text) {
+            QFile file(folder.filePath(name));
+            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        };
+        QVERIFY(write(u"precious"_s, "x") && write(u"other"_s, "x"));
+        QVERIFY(write(u".quav-0123456789abcdef.claim"_s,
+                      "process 1\nprogram x\noutput precious\naside \nleftover other\n"
+                      "state making\n"));
+        QVERIFY(OutputClaim::recover(folder.path()).isEmpty());
+        QVERIFY(QFile::exists(folder.filePath(u"precious"_s)));
+        QVERIFY(QFile::exists(folder.filePath(u"other"_s)));
     }
 
     void whatStandsAtTheOutputsPlaceIsRespected_data() {
