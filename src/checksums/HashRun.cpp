@@ -85,19 +85,29 @@ void HashRun::take(const QString& piece) {
     lastIsCut_ = false;
     const qsizetype marker = line.indexOf(toolwords::hashMarker);
     if (marker < 0) {
-        if (line.startsWith(u"shntool [hash]: ")) {
+        if (line.startsWith(u"shntool [hash]: ") && complaints_.size() < mostLines()) {
             complaints_ << line;
         }
         return;
     }
     const auto index = indexes_.constFind(line.mid(marker + toolwords::hashMarker.size()));
-    if (index != indexes_.constEnd()) {
+    const bool isKnown = index != indexes_.constEnd();
+    if (isKnown ? hashed_[*index] : static_cast<qsizetype>(entries_.size()) >= mostLines()) {
+        return;
+    }
+    if (isKnown) {
         hashed_[*index] = true;
         entries_.emplace_back(places_[*index], line);
     } else {
         entries_.emplace_back(entries_.empty() ? places_.front() : entries_.back().first, line);
     }
     lastIsCut_ = !isWhole;
+}
+
+/// More of a kind than the tool has to say of its files would only fill the memory.
+qsizetype HashRun::mostLines() const {
+    constexpr qsizetype beside = 100;
+    return 2 * names_.size() + beside;
 }
 
 void HashRun::fail(const QString& reason) {

@@ -53,6 +53,7 @@ private:
     /// False when a name like it is in the run already.
     bool add(const QString& name, std::size_t place);
     QString fileIn(const QString& complaint) const;
+    qsizetype mostLines() const;
 
     QString folder_;
     QStringList names_;
