@@ -6,6 +6,8 @@
 #include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
 
+#include <QFileInfo>
+
 #include <utility>
 
 namespace quav {
@@ -60,12 +62,42 @@ void CreateMD5Task::doCreateMd5() {
     if (stopRequested()) {
         return;
     }
-    if (fileNames_.contains(outputPath_)) {
-        addWarning(tr("“%1” is itself in the list, as it was before").arg(outputPath_));
-    }
+    warnOfLists();
     showStatus({});
     checksumfiles::write(outputPath_, text);
     results()->appendVerdicts(std::move(verdicts), *this);
+}
+
+/// Entries for lists are entries for files that change when the lists are made anew, as this one is
+/// now.
+void CreateMD5Task::warnOfLists() {
+    QStringList others;
+    for (const QString& file : fileNames_) {
+        if (isOutput(file)) {
+            addWarning(
+                tr("“%1” is itself in the list, as it was before: this entry will always fail")
+                    .arg(file));
+        } else if (checksumlist::kindByName(file) == ChecksumKind::Md5) {
+            others << file;
+        }
+    }
+    if (others.size() == 1) {
+        addWarning(tr("“%1” is an MD5 list, too: its entry will fail once that list is made again")
+                       .arg(others.first()));
+    } else if (!others.isEmpty()) {
+        addWarning(tr("%L1 of the files are MD5 lists, too, such as “%2”: their entries will fail "
+                      "once those lists are made again")
+                       .arg(others.size())
+                       .arg(others.first()));
+    }
+}
+
+/// Whether the list is about to be written over this file, by whatever path. A second name of the
+/// old list stays what it is.
+bool CreateMD5Task::isOutput(const QString& file) const {
+    return file == outputPath_ ||
+           (isSameFile(file, outputPath_) &&
+            QFileInfo(file).canonicalFilePath() == QFileInfo(outputPath_).canonicalFilePath());
 }
 
 void CreateMD5Task::beforeEnd() {

@@ -29,6 +29,8 @@ protected:
 
 private:
     void doCreateMd5();
+    void warnOfLists();
+    bool isOutput(const QString& file) const;
 
     QStringList fileNames_;
     QString outputPath_;
