@@ -1,10 +1,10 @@
 #include "checksums/ChecksumList.h"
 
+#include "checksums/Spellings.h"
 #include "platform/PathNames.h"
 #include "platform/RegularFile.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QStringList>
 #include <QUtf8StringView>
@@ -78,71 +78,115 @@ std::optional<Entry> strictEntry(ChecksumKind kind, const QString& line) {
     return std::nullopt;
 }
 
-bool isSkipped(ChecksumKind kind, QStringView line, Reading reading) {
+bool isSkipped(ChecksumKind kind, QStringView line) {
     // The order of trimming and testing is not the same for all kinds.
-    const QStringView seen =
-        kind == ChecksumKind::Md5 && reading == Reading::Strict ? line : line.trimmed();
-    const bool takesHash = kind == ChecksumKind::Md5 || reading == Reading::Tolerant;
-    return seen.isEmpty() || seen.front() == u';' || (takesHash && seen.front() == u'#');
+    const bool isMd5 = kind == ChecksumKind::Md5;
+    const QStringView seen = isMd5 ? line : line.trimmed();
+    return seen.isEmpty() || seen.front() == u';' || (isMd5 && seen.front() == u'#');
 }
 
-/// The patterns of the world's spellings, each with the groups "name" and "digest".
-struct Spelling {
-    ChecksumKind kind;
-    QRegularExpression pattern;
-};
+/// Goes through a text from top to bottom and knows of each entry which kind it is.
+class Sections {
+public:
+    explicit Sections(const Kinds& kinds) : plain_(kinds.plain), isNamed_(kinds.isNamed) {}
 
-const std::array<Spelling, 4>& spellings() {
-    const auto pattern = [](const QString& text) {
-        return QRegularExpression(text, QRegularExpression::CaseInsensitiveOption);
-    };
-    // The more particular ones first: a line of shntool has the look of the others, too.
-    static const std::array all{
-        Spelling{ChecksumKind::St5,
-                 pattern(QStringLiteral("^(?<digest>[0-9a-f]{32})[ \\t]+\\*?\\[shntool\\][ \\t]+"
-                                        "(?<name>.+)$"))},
-        Spelling{ChecksumKind::Md5,
-                 pattern(QStringLiteral("^\\\\?(?<digest>[0-9a-f]{32})(?: \\*|  |[ \\t]+)"
-                                        "(?<name>.+)$"))},
-        Spelling{ChecksumKind::Md5, pattern(QStringLiteral("^\\\\?MD5 ?\\((?<name>.+)\\) ?= ?"
-                                                           "(?<digest>[0-9a-f]{32})$"))},
-        Spelling{ChecksumKind::Ffp,
-                 pattern(QStringLiteral("^(?<name>.+):[ \\t]*(?<digest>[0-9a-f]{32})$"))},
-    };
-    return all;
-}
-
-/// A name with the backslashes undone that protect others and line breaks.
-QString unescaped(const QString& name) {
-    QString plain;
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        const bool escapes = name[i] == u'\\' && i + 1 < name.size();
-        if (!escapes) {
-            plain += name[i];
-            continue;
-        }
-        ++i;
-        const QChar next = name[i];
-        plain += next == u'n' ? QChar(u'\n') : next == u'r' ? QChar(u'\r') : next;
-    }
-    return plain;
-}
-
-std::optional<Entry> tolerantEntry(ChecksumKind kind, const QString& line) {
-    for (const Spelling& spelling : spellings()) {
-        const auto match = spelling.pattern.match(line);
-        if (!match.hasMatch()) {
-            continue;
-        }
-        if (spelling.kind != kind) {
+    std::optional<KindAndEntry> entryIn(const QString& line) {
+        if (line.startsWith(u';')) {
+            heed(line);
             return std::nullopt;
         }
-        QString name = match.captured(u"name").trimmed();
-        const bool isEscaped = line.startsWith(u'\\');
-        name = isEscaped ? unescaped(name) : name.replace(u'\\', u'/');
-        return Entry{name, match.captured(u"digest").toLower()};
+        const auto spelled = spellings::read(line);
+        if (!spelled) {
+            heed(line);
+            return std::nullopt;
+        }
+        return KindAndEntry{spelled->kind.value_or(plain_), {spelled->name, spelled->digest}};
     }
-    return std::nullopt;
+
+private:
+    void heed(const QString& heading) {
+        if (!isNamed_) {
+            plain_ = spellings::kindNamedIn(heading).value_or(plain_);
+        }
+    }
+
+    ChecksumKind plain_;
+    bool isNamed_;
+};
+
+List readStrictly(ChecksumKind kind, const QString& text) {
+    List list;
+    eachLine(text, [&](QStringView line) {
+        ++list.allLines;
+        if (!isSkipped(kind, line)) {
+            QString trimmed = line.trimmed().toString();
+            const auto entry = strictEntry(kind, trimmed);
+            list.lines.push_back({std::move(trimmed), entry, entry, {}});
+        }
+    });
+    return list;
+}
+
+bool isComment(QStringView line) {
+    return line.front() == u';' || line.front() == u'#';
+}
+
+/// Whether a line in which no spelling finds an entry is to be told of.
+bool isBrokenEntry(const QString& line, const Kinds& kinds) {
+    return kinds.isNamed || spellings::hasPartOfDigest(line);
+}
+
+List readTolerantly(ChecksumKind kind, const QString& text, const Kinds& kinds) {
+    List list;
+    Sections sections(kinds);
+    const bool isFirst = kinds.all.empty() || kinds.all.front() == kind;
+    eachLine(text, [&](QStringView line) {
+        ++list.allLines;
+        Line kept{line.trimmed().toString(), {}, {}, {}};
+        if (kept.text.isEmpty()) {
+            return;
+        }
+        kept.strict = strictEntry(kind, kept.text);
+        const auto found = sections.entryIn(kept.text);
+        const auto isOf = [&](ChecksumKind other) { return found && found->kind == other; };
+        if (isOf(kind)) {
+            kept.entry = found->entry;
+        } else if (!isFirst || std::any_of(kinds.all.begin(), kinds.all.end(), isOf) ||
+                   (!found && isComment(kept.text))) {
+            return; // another task's, or nobody's
+        } else if (!found && kept.strict && spellings::isDigest(kept.strict->digest)) {
+            kept.entry = kept.strict;
+        } else if (!found && !isBrokenEntry(kept.text, kinds)) {
+            ++list.passedOver;
+            return;
+        }
+        list.lines.push_back(std::move(kept));
+    });
+    return list;
+}
+
+// The upper half of Windows-1252 where it differs from Latin 1; zeros where it has nothing.
+constexpr std::array<char16_t, 32> windowsCharacters{
+    0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
+    0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
+
+/// Names without an extension that lists have by custom: "MD5SUMS".
+bool isNameOfList(const QString& path) {
+    return pathExtension(path).isEmpty() && spellings::kindNamedIn(lastPathComponent(path));
+}
+
+QString fromWindows1252(const QByteArray& bytes) {
+    constexpr char16_t first = 0x80;
+    QString text = QString::fromLatin1(bytes);
+    for (QChar& character : text) {
+        const char16_t code = character.unicode();
+        if (code >= first && code < first + windowsCharacters.size()) {
+            const char16_t meant = windowsCharacters[size_t(code - first)];
+            character = meant != 0 ? meant : code;
+        }
+    }
+    return text;
 }
 
 } // namespace
@@ -186,27 +230,16 @@ QString decoded(const QByteArray& bytes, Reading reading) {
     if (isUtf8(bytes)) {
         return QString::fromUtf8(bytes);
     }
-    return reading == Reading::Tolerant ? QString::fromLatin1(bytes) : QString();
+    return reading == Reading::Tolerant ? fromWindows1252(bytes) : QString();
 }
 
-List read(ChecksumKind kind, const QString& text, Reading reading) {
-    List list;
-    eachLine(text, [&](QStringView line) {
-        ++list.allLines;
-        if (isSkipped(kind, line, reading)) {
-            return;
-        }
-        Line kept{line.trimmed().toString(), {}, {}};
-        kept.strict = strictEntry(kind, kept.text);
-        if (reading == Reading::Tolerant) {
-            kept.entry = tolerantEntry(kind, kept.text);
-        }
-        if (!kept.entry) {
-            kept.entry = kept.strict;
-        }
-        list.lines.push_back(std::move(kept));
-    });
-    return list;
+List read(ChecksumKind kind, const QString& text, Reading reading, const Kinds& kinds) {
+    return reading == Reading::Strict ? readStrictly(kind, text)
+                                      : readTolerantly(kind, text, kinds);
+}
+
+std::optional<KindAndEntry> otherReading(ChecksumKind kind, const QString& line) {
+    return Sections({kind, true, {}}).entryIn(line);
 }
 
 bool isReadBack(ChecksumKind kind, const QString& name) {
@@ -223,7 +256,7 @@ bool isReadBack(ChecksumKind kind, const QString& name) {
         text = name + u':' + digest;
         break;
     }
-    const List list = read(kind, text, Reading::Strict);
+    const List list = readStrictly(kind, text);
     return list.lines.size() == 1 && list.lines.front().strict &&
            list.lines.front().strict->name == name;
 }
@@ -246,31 +279,39 @@ std::optional<ChecksumKind> kindByName(const QString& path) {
     return word == u"FFP" || isFfpText ? std::optional(ChecksumKind::Ffp) : std::nullopt;
 }
 
-std::optional<ChecksumKind> kindByContent(const QString& text) {
-    std::optional<ChecksumKind> kind;
+Kinds kindsIn(const QString& text, const QString& path) {
+    const auto byName = kindByName(path);
+    const auto bySpeakingName = spellings::kindNamedIn(lastPathComponent(path));
+    Kinds kinds{
+        byName ? *byName : bySpeakingName.value_or(ChecksumKind::Md5), byName.has_value(), {}};
+    Sections sections(kinds);
     eachLine(text, [&](QStringView line) {
-        const QStringView trimmed = line.trimmed();
-        for (const Spelling& spelling : spellings()) {
-            if (kind) {
-                return;
-            }
-            if (spelling.pattern.match(trimmed).hasMatch()) {
-                kind = spelling.kind;
-            }
+        const auto found = sections.entryIn(line.trimmed().toString());
+        if (found &&
+            std::find(kinds.all.begin(), kinds.all.end(), found->kind) == kinds.all.end()) {
+            kinds.all.push_back(found->kind);
         }
     });
-    return kind;
+    if (byName && kinds.all.empty()) {
+        kinds.all.push_back(*byName);
+    }
+    return kinds;
+}
+
+Kinds kindsOf(const QString& path, Reading reading) {
+    const auto byName = kindByName(path);
+    const bool mayBeList = byName || formatWord(path) == u"TXT" || isNameOfList(path);
+    if (reading == Reading::Tolerant && mayBeList) {
+        constexpr std::uint64_t enough = std::uint64_t(1024) * 1024;
+        const auto bytes = RegularFile::beginningOf(path, enough).value_or(QByteArray());
+        return kindsIn(decoded(bytes, reading), path);
+    }
+    return byName ? Kinds{*byName, true, {*byName}} : Kinds{};
 }
 
 std::optional<ChecksumKind> kindOf(const QString& path, Reading reading) {
-    const auto byName = kindByName(path);
-    if (reading == Reading::Strict || !(byName || formatWord(path) == u"TXT")) {
-        return byName;
-    }
-    constexpr std::uint64_t enough = std::uint64_t(64) * 1024;
-    const auto bytes = RegularFile::beginningOf(path, enough).value_or(QByteArray());
-    const auto byContent = kindByContent(decoded(bytes, reading));
-    return byContent ? byContent : byName;
+    const Kinds kinds = kindsOf(path, reading);
+    return kinds.all.empty() ? std::nullopt : std::optional(kinds.all.front());
 }
 
 } // namespace quav::checksumlist

@@ -14,7 +14,7 @@ namespace quav::checksumlist {
 
 enum class Reading {
     Strict,   ///< one spelling of each kind
-    Tolerant, ///< also two blanks and BSD style, upper-case digests, backslashes, other encodings
+    Tolerant, ///< all that are in use, other encodings, and several kinds in one text
 };
 
 /// A file and the digest that it should have.
@@ -23,16 +23,30 @@ struct Entry {
     QString digest;
 };
 
+struct KindAndEntry {
+    ChecksumKind kind;
+    Entry entry;
+};
+
 /// A line that is neither empty nor a comment.
 struct Line {
     QString text;                ///< without blanks at its ends
     std::optional<Entry> entry;  ///< none: the line is not of this kind
     std::optional<Entry> strict; ///< what the strict reading makes of it; may be `entry` itself
+    QString path;                ///< where the file lies; empty until somebody has looked it up
 };
 
 struct List {
     std::vector<Line> lines;
-    qsizetype allLines = 0; ///< with comments and empty ones
+    qsizetype allLines = 0;   ///< with comments and empty ones
+    qsizetype passedOver = 0; ///< lines of prose, in a text that is no list by its name
+};
+
+/// Which kinds of entries a text has.
+struct Kinds {
+    ChecksumKind plain = ChecksumKind::Md5; ///< of entries whose spelling does not say
+    bool isNamed = false;                   ///< a list by its extension: headings change nothing
+    std::vector<ChecksumKind> all;          ///< in the order of their first entries
 };
 
 /// The whole file, or a sentence for the user that names it: it cannot be read, or it is so large
@@ -42,10 +56,16 @@ tl::expected<QByteArray, QString> contentsOf(const QString& path);
 bool isUtf8(const QByteArray& bytes);
 
 /// The text of a list. Strictly it is UTF-8, and what is not is as good as empty; otherwise a
-/// byte-order mark counts, and what is no UTF-8 is Latin 1.
+/// byte-order mark counts, and what is no UTF-8 is Windows-1252.
 QString decoded(const QByteArray& bytes, Reading reading);
 
-List read(ChecksumKind kind, const QString& text, Reading reading);
+/// The lines of one kind. Where a text has several, those in which the tolerant reading finds no
+/// entry of any of them go to the first one; it takes a line with "#" in front for a comment only
+/// when there is no entry in it.
+List read(ChecksumKind kind, const QString& text, Reading reading, const Kinds& kinds);
+
+/// What the tolerant reading would find in a line of a list that has this kind by its name.
+std::optional<KindAndEntry> otherReading(ChecksumKind kind, const QString& line);
 
 /// Whether an entry of this name is read back as it was written: one that a line break ends, or
 /// that begins as a comment does, is not, and no list can name such a file.
@@ -58,11 +78,15 @@ QString notReadBack(const QString& file);
 /// capitals; none for others.
 std::optional<ChecksumKind> kindByName(const QString& path);
 
-/// The kind whose entries the text has, for lists under other names; none when it has no entry.
-std::optional<ChecksumKind> kindByContent(const QString& text);
+/// What the tolerant reading finds in a text that is the beginning of the file, or all of it.
+Kinds kindsIn(const QString& text, const QString& path);
 
-/// The kind that a file has as a list: by its name, and read tolerantly, by the beginning of its
-/// content, which may be another kind's or under a name that is not a list's; none for other files.
+/// The kinds that a file has as a list: strictly the one by its name. Read tolerantly, those of its
+/// entries, as far as its beginning shows them, also where its name is "md5sum.txt" or "MD5SUMS";
+/// the one by its name when it has no entries. None for other files.
+Kinds kindsOf(const QString& path, Reading reading);
+
+/// The first of them.
 std::optional<ChecksumKind> kindOf(const QString& path, Reading reading);
 
 } // namespace quav::checksumlist

@@ -370,13 +370,14 @@ CommandOutcome ChecksumTab::verify() {
     const auto results = std::make_shared<QUAVTaskResults>();
     Tasks tasks;
     for (const QString& path : fileNames()) {
-        if (const auto kind = checksumlist::kindOf(path, reading())) {
-            needed << readersOf(*kind);
+        const checksumlist::Kinds kinds = checksumlist::kindsOf(path, reading());
+        for (const ChecksumKind kind : kinds.all) {
+            needed << readersOf(kind);
             if (kind == ChecksumKind::Ffp) {
                 needed << QStringLiteral("flac"); // which tests the audio, too
             }
-            const auto task = verificationOf(path, *kind, results);
-            task->setReading(reading());
+            const auto task = verificationOf(path, kind, results);
+            task->setReading(reading(), kinds);
             tasks.push_back(task);
         }
     }

@@ -5,14 +5,13 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
 #include <utility>
 
 namespace quav {
 
 VerifyListTask::VerifyListTask(TaskHost& queue, const QString& fileName,
                                const std::shared_ptr<QUAVTaskResults>& results, ChecksumKind kind)
-    : BackgroundTask(queue), fileName_(fileName), kind_(kind) {
+    : BackgroundTask(queue), fileName_(fileName), kind_(kind), lookup_(folderOf(fileName)) {
     setResults(results);
     setTitle(lastPathComponent(fileName));
     setTextFieldString(title());
@@ -39,6 +38,7 @@ void VerifyListTask::doStartTask() {
     if (!list.lines.empty()) {
         warnOfStrangeNames(list);
         check(list);
+        noteOtherSpellings(list);
     }
     if (!stopRequested()) {
         results()->appendVerdicts(std::move(verdicts_), *this);
@@ -50,7 +50,7 @@ void VerifyListTask::listIsEmpty() {}
 checksumlist::List VerifyListTask::readList() {
     const auto bytes = checksumlist::contentsOf(fileName_);
     const QString text = bytes ? checksumlist::decoded(*bytes, reading_) : QString();
-    checksumlist::List list = checksumlist::read(kind_, text, reading_);
+    checksumlist::List list = checksumlist::read(kind_, text, reading_, kinds_);
     if (text.isEmpty()) {
         listIsEmpty();
     }
@@ -59,25 +59,57 @@ checksumlist::List VerifyListTask::readList() {
         addWarning(reason);
         verdicts_.push_back({fileName_, fileName_, Verdict::Kind::Unreadable, {}, {}, reason});
     } else if (isTolerant()) {
-        sayHowItIsRead(*bytes);
+        lookUp(list);
+        sayHowItIsRead(list, *bytes);
     }
     return list;
+}
+
+namespace {
+
+/// The names under which an entry's file is looked for, the most literal one first.
+QStringList namesOf(const checksumlist::Entry& entry,
+                    const std::optional<checksumlist::Entry>& strict) {
+    QStringList names{entry.name};
+    if (strict) {
+        names << strict->name;
+    }
+    if (entry.name.startsWith(u'*')) {
+        names << entry.name.mid(1); // some write the mark of binary files twice
+    }
+    return names;
+}
+
+} // namespace
+
+void VerifyListTask::lookUp(checksumlist::List& list) {
+    for (Line& line : list.lines) {
+        if (line.entry && !stopRequested()) {
+            line.path = lookup_.find(namesOf(*line.entry, line.strict));
+        }
+    }
 }
 
 QString VerifyListTask::whyNothingIsNamed(const QByteArray& bytes) const {
     return checksumlist::isUtf8(bytes)
                ? tr("“%1” names no file").arg(fileName_)
-               : tr("“%1” is not in UTF-8; it can be read when other spellings are accepted")
+               : tr("“%1” is not in UTF-8; it can be read with “Accept other spellings” "
+                    "(--tolerant)")
                      .arg(fileName_);
 }
 
-void VerifyListTask::sayHowItIsRead(const QByteArray& bytes) {
+void VerifyListTask::sayHowItIsRead(const checksumlist::List& list, const QByteArray& bytes) {
     if (checksumlist::kindByName(fileName_) != kind_) {
         say(tr("%1 : read as %2 (read strictly: no list of this kind)")
                 .arg(title(), checksumfiles::title(kind_)));
     }
     if (!checksumlist::isUtf8(bytes)) {
         say(tr("%1 : read although it is not in UTF-8 (read strictly: empty)").arg(title()));
+    }
+    if (list.passedOver > 0) {
+        say(list.passedOver == 1
+                ? tr("%1 : 1 line of text passed over").arg(title())
+                : tr("%1 : %L2 lines of text passed over").arg(title()).arg(list.passedOver));
     }
 }
 
@@ -101,21 +133,68 @@ void VerifyListTask::warnOfStrangeNames(const checksumlist::List& list) {
     }
 }
 
-QString VerifyListTask::joined(const QString& name) const {
-    const auto first =
-        std::find_if(name.begin(), name.end(), [](QChar character) { return character != u'/'; });
-    return joinPath(folderOf(fileName_), name.mid(first - name.begin()));
+namespace {
+
+/// How many entries another reading would do better with.
+struct Misspelt {
+    qsizetype matching = 0;  ///< the digest is what was found
+    qsizetype checkable = 0; ///< the file is there; the digest is not known
+
+    QString inWords() const {
+        QStringList parts;
+        const auto add = [&](qsizetype count, const QString& one, const QString& many) {
+            if (count > 0) {
+                parts << (count == 1 ? one : many.arg(count));
+            }
+        };
+        add(matching, VerifyListTask::tr("1 entry would match"),
+            VerifyListTask::tr("%L1 entries would match"));
+        add(checkable, VerifyListTask::tr("1 file could be found and checked"),
+            VerifyListTask::tr("%L1 files could be found and checked"));
+        return parts.join(QStringLiteral(", "));
+    }
+};
+
+} // namespace
+
+/// Tells, once for the whole list, that another reading would do better. No file is read for it.
+void VerifyListTask::noteOtherSpellings(const checksumlist::List& list) {
+    if (isTolerant() || stopRequested() || verdicts_.size() != list.lines.size()) {
+        return;
+    }
+    Misspelt misspelt;
+    for (size_t i = 0; i < verdicts_.size(); ++i) {
+        const Line& line = list.lines[i];
+        Verdict& verdict = verdicts_[i];
+        const bool isDamaged = verdict.kind == Verdict::Kind::Failed && !verdict.note.isEmpty();
+        if (verdict.kind == Verdict::Kind::Ok || isDamaged) {
+            continue;
+        }
+        const auto other = checksumlist::otherReading(kind_, line.text);
+        if (!other) {
+            continue;
+        }
+        const QString path = lookup_.find(namesOf(other->entry, line.strict));
+        if (path != strictPath(line)) {
+            misspelt.checkable += QFileInfo::exists(path) ? 1 : 0;
+        } else if (other->kind == kind_ && verdict.found == other->entry.digest) {
+            verdict.onlySpelling = true;
+            verdict.note = tr("it differs only in its spelling");
+            ++misspelt.matching;
+        }
+    }
+    if (misspelt.matching + misspelt.checkable > 0) {
+        addWarning(tr("“%1”: with “Accept other spellings” (--tolerant), %2")
+                       .arg(fileName_, misspelt.inWords()));
+    }
 }
 
 QString VerifyListTask::strictPath(const Line& line) const {
-    return line.strict ? joined(line.strict->name) : QString();
+    return line.strict ? lookup_.joined(line.strict->name) : QString();
 }
 
 QString VerifyListTask::pathOf(const Line& line) const {
-    QString path = joined(line.entry->name);
-    QString asWritten = strictPath(line);
-    const bool takesStrict = !QFileInfo::exists(path) && QFileInfo::exists(asWritten);
-    return !isTolerant() || takesStrict ? asWritten : path;
+    return isTolerant() ? line.path : strictPath(line);
 }
 
 void VerifyListTask::say(const QString& text) {
@@ -131,7 +210,9 @@ void VerifyListTask::conclude(const QString& name, const QString& words, const Q
 }
 
 void VerifyListTask::concludeInvalid(const Line& line) {
-    conclude(line.text, invalidFormat(), invalidFormat(),
+    const QString strictWords =
+        line.strict ? tr("an entry that nothing can match") : invalidFormat();
+    conclude(line.text, invalidFormat(), strictWords,
              {fileName_, line.text, Verdict::Kind::Unreadable, {}, {}, invalidFormat()});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "checksums/ChecksumList.h"
+#include "checksums/NameLookup.h"
 #include "engine/BackgroundTask.h"
 #include "engine/Verdict.h"
 
@@ -28,8 +29,12 @@ public:
     const QString& fileName() const { return fileName_; }
     QString source() const override { return fileName_; }
 
-    /// How the list is read; strictly unless said.
-    void setReading(checksumlist::Reading reading) { reading_ = reading; }
+    /// How the list is read, strictly unless said, and the kinds that it has then: the entries of
+    /// the others are for other tasks.
+    void setReading(checksumlist::Reading reading, const checksumlist::Kinds& kinds) {
+        reading_ = reading;
+        kinds_ = kinds;
+    }
 
 protected:
     using Line = checksumlist::Line;
@@ -42,14 +47,12 @@ protected:
     /// What is to be done about a list that cannot be read or is empty, beyond telling the user.
     virtual void listIsEmpty();
 
-    /// The path of a name of the list: below the list's folder, also if it begins with a slash.
-    QString joined(const QString& name) const;
-
     /// The path that the strict reading finds for an entry; empty for a line that is none to it.
     QString strictPath(const Line& line) const;
 
     /// Where the file of an entry lies: its name joined to the list's folder, whatever it begins
-    /// with. Read tolerantly, a name that is not there gives way to the strict reading of it.
+    /// with. Read tolerantly, a name that is not there gives way to the strict reading of it, then
+    /// to other spellings on the disk.
     QString pathOf(const Line& line) const;
 
     /// Adds a line to the report.
@@ -76,13 +79,17 @@ protected:
 private:
     QString status() const;
     checksumlist::List readList();
+    void lookUp(checksumlist::List& list);
     QString whyNothingIsNamed(const QByteArray& bytes) const;
-    void sayHowItIsRead(const QByteArray& bytes);
+    void sayHowItIsRead(const checksumlist::List& list, const QByteArray& bytes);
     void warnOfStrangeNames(const checksumlist::List& list);
+    void noteOtherSpellings(const checksumlist::List& list);
 
     QString fileName_;
     ChecksumKind kind_;
     checksumlist::Reading reading_ = checksumlist::Reading::Strict;
+    checksumlist::Kinds kinds_;
+    NameLookup lookup_; ///< only the task's own thread
     QString report_;
     Verdicts verdicts_;
 };

@@ -87,7 +87,13 @@ void ChecksumRun::tellWhatIsLeftOut() {
     for (const QString& path : namedFiles()) {
         if (!isFolder(path) && !tab().hasUseFor(path)) {
             noteUnusable();
-            terminal().say(tr("“%1” is of no kind for this command. It was left out.").arg(path));
+            const bool isOtherList =
+                options_.command == ChecksumTab::Command::Verify &&
+                checksumlist::kindOf(path, checksumlist::Reading::Tolerant).has_value();
+            terminal().say((isOtherList
+                                ? tr("“%1” can only be read with --tolerant. It was left out.")
+                                : tr("“%1” is of no kind for this command. It was left out."))
+                               .arg(path));
         }
     }
 }

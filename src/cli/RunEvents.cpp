@@ -140,6 +140,9 @@ void JsonEvents::found(const Verdicts& verdicts) {
         addTo(event, QStringLiteral("expected"), verdict.expected);
         addTo(event, QStringLiteral("found"), verdict.found);
         addTo(event, QStringLiteral("note"), verdict.note);
+        if (verdict.onlySpelling) {
+            event.insert(QStringLiteral("onlySpelling"), true);
+        }
         terminal_.print(jsonLine(event));
     }
 }

@@ -21,7 +21,8 @@ struct Verdict {
     Kind kind = Kind::Ok;
     QString expected; ///< what it was compared with; empty when with nothing
     QString found;
-    QString note; ///< a remark for the user, in one line
+    QString note;              ///< a remark for the user, in one line
+    bool onlySpelling = false; ///< it failed, and would match with its entry spelled otherwise
 };
 
 using Verdicts = std::vector<Verdict>;

@@ -60,9 +60,10 @@ void ChecksumPage::addReadingGroup() {
     readingGroup_ = layout->parentWidget();
     otherSpellings_ =
         addCheckBox(layout, tr("Accept &other spellings"),
-                    tr("Also read lists with two blanks, BSD style, upper-case digests, "
-                       "backslashes or other encodings, and lists under names such as md5sum.txt; "
-                       "the report says what a strict reader would have found"));
+                    tr("Also read lists with two blanks, tabs, BSD style, upper-case digests, "
+                       "backslashes or other encodings, lists under names such as md5sum.txt, "
+                       "texts with several sections, and names in other capitals; the report says "
+                       "what a strict reader would have found"));
     connect(otherSpellings_, &QCheckBox::clicked, &tab_, &ChecksumTab::setAcceptOtherSpellings);
 }
 

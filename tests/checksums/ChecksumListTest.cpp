@@ -56,16 +56,26 @@ private Q_SLOTS:
             "a=0123456789ABCDEF0123456789ABCDEF", "a=@");
         add("backslashes", Md5, "@ *c\\d.wav", "c\\d.wav=@", "c/d.wav=@");
         add("escaped", Md5, "\\@ *a\\\\b\\nc", "a\\\\b\\nc=\\@", "a\\b\nc=@");
-        add("Latin 1", Md5, "@ *Gr\xf6\xdf", "", "Größ=@");
-        add("no digest", Md5, "hello\nworld *x", "[hello]|x=world");
+        add("Windows-1252", Md5, "@ *Gr\xf6\xdf\x85\x80\x81", "", "Größ…€\u0081=@");
+        add("no digest", Md5, "hello\nworld *x", "[hello]|x=world", "[hello]|[world *x]");
+        add("tab and asterisk", Md5, "@\t*a", "[@\t*a]", "a=@");
+        add("two asterisks", Md5, "@ **a", "*a=@");
+        add("name first", Md5, "a b \t@\nc=d = @\na @", "[a b \t@]|[c=d = @]|[a @]",
+            "a b=@|c=d=@|[a @]");
+        add("a name with a hash sign", Md5, "#1 a.wav=@\n# x", "", "#1 a.wav=@");
         add("ours, ST5", St5, ";x\n\n@  [shntool]  a.wav\n@  [shntool]  b c.wav",
             "a.wav=@|b c.wav=@");
         add("other blanks, ST5", St5, "@ [shntool] a\n@ *[shntool] b\n#x",
             "[@ [shntool] a]|[@ *[shntool] b]|[#x]", "a=@|b=@");
-        add("MD5 among ST5", St5, "@ *a", "[@ *a]");
+        add("MD5 among ST5", St5, "MD5 (a) = @", "[MD5 (a) = @]");
+        add("no marker, ST5", St5, "@ *a", "[@ *a]", "a=@");
         add("ours, FFP", Ffp, ";x\n\na.flac:@\n b.flac : @ \n", "a.flac=@|b.flac=@");
         add("colon in the name", Ffp, "12:00.flac:@", "12=00.flac", "12:00.flac=@");
         add("no colon", Ffp, "hello", "[hello]");
+        add("a name with a hash sign, FFP", Ffp, "#1.flac:@\n#x: y", "#1.flac=@|#x=y", "#1.flac=@");
+        add("prose with a colon", Ffp, "Disc 1: 12 tracks", "Disc 1=12 tracks",
+            "[Disc 1: 12 tracks]");
+        add("digest first, FFP", Ffp, "@ *a.flac", "[@ *a.flac]", "a.flac=@");
         add("upper case, FFP", Ffp, "a:0123456789ABCDEF0123456789ABCDEF",
             "a=0123456789ABCDEF0123456789ABCDEF", "a=@");
     }
@@ -73,7 +83,8 @@ private Q_SLOTS:
         QFETCH(ChecksumKind, kind);
         QFETCH(QByteArray, text);
         const auto readAs = [&](Reading reading) {
-            return kept(checksumlist::read(kind, checksumlist::decoded(text, reading), reading));
+            return kept(checksumlist::read(kind, checksumlist::decoded(text, reading), reading,
+                                           {kind, true, {kind}}));
         };
         QTEST(readAs(Reading::Strict), "strictly");
         QTEST(readAs(Reading::Tolerant), "tolerantly");
@@ -89,22 +100,38 @@ private Q_SLOTS:
 
     void theKindIsInTheNameOrTheContent_data() {
         columns<QString, QString, QString, QString>("name", "text", "byName", "byContent");
-        row("md5", u"a/x.Md5"_s, u"@ *a"_s, u"MD5"_s, u"MD5"_s);
-        row("st5", u"x.st5"_s, u"\n;c\n@  [shntool]  a"_s, u"ST5"_s, u"ST5"_s);
-        row("ffp", u"x.ffp"_s, u"a:@"_s, u"FFP"_s, u"FFP"_s);
-        row("ffp.txt", u"x.FFP.txt"_s, u"hello"_s, u"FFP"_s, QString());
-        row("md5sum.txt", u"md5sum.txt"_s, u"# x\n@  a"_s, QString(), u"MD5"_s);
-        row("ST5 in disguise", u"x.md5"_s, u"@  [shntool]  a"_s, u"MD5"_s, u"ST5"_s);
+        row("md5", u"a/x.Md5"_s, u"@ *a"_s, u"MD5"_s, u"MD5:a=@"_s);
+        row("st5", u"x.st5"_s, u"\n;c\n@  [shntool]  a"_s, u"ST5"_s, u"ST5:a=@"_s);
+        row("ffp", u"x.ffp"_s, u"a:@"_s, u"FFP"_s, u"FFP:a=@"_s);
+        row("ffp.txt", u"x.FFP.txt"_s, u"hello"_s, u"FFP"_s, u"FFP:[hello]"_s);
+        row("md5sum.txt", u"md5sum.txt"_s, u"# x\n@  a"_s, QString(), u"MD5:a=@"_s);
+        row("MD5SUMS", u"a/MD5SUMS"_s, u"@ *a"_s, QString(), u"MD5:a=@"_s);
+        row("ST5 in disguise", u"x.md5"_s, u"@  [shntool]  a"_s, u"MD5"_s, u"ST5:a=@"_s);
         row("other", u"ffp.txt"_s, QString(), QString(), QString());
+        row("digests first in .ffp", u"x.ffp"_s, u"# md5\n@ *a"_s, u"FFP"_s, u"FFP:a=@"_s);
+        row("a name that speaks", u"my_ffp.txt"_s, u"@ *a"_s, QString(), u"FFP:a=@"_s);
+        row("sections", u"x.txt"_s,
+            u"Live at 12:30\n\nMD5:\n@ *a\n@  b\n\nFlac fingerprint md5s\n@ *a\nc:@\n\n; st5\n"
+            "@ d\n@  [shntool]  e\n01234567890123456 *f\n"_s,
+            QString(), u"MD5:a=@|b=@|[01234567890123456 *f] FFP:a=@|c=@ ST5:d=@|e=@"_s);
+        row("sections of a list", u"x.md5"_s, u"@ *a\nffp:\nb:@\n@ c"_s, u"MD5"_s,
+            u"MD5:a=@|[ffp:]|c=@ FFP:b=@"_s);
     }
     void theKindIsInTheNameOrTheContent() {
         QFETCH(QString, name);
         QFETCH(QString, text);
+        text.replace(u"@"_s, digest);
         const auto title = [](std::optional<ChecksumKind> kind) {
             return kind ? checksumfiles::title(*kind) : QString();
         };
         QTEST(title(checksumlist::kindByName(name)), "byName");
-        QTEST(title(checksumlist::kindByContent(text.replace(u"@"_s, digest))), "byContent");
+        const checksumlist::Kinds kinds = checksumlist::kindsIn(text, name);
+        QStringList titles;
+        for (const ChecksumKind kind : kinds.all) {
+            titles << checksumfiles::title(kind) + u':' +
+                          kept(checksumlist::read(kind, text, Reading::Tolerant, kinds));
+        }
+        QTEST(titles.join(u' '), "byContent");
     }
 
     void namesCountFromTheListsFolderWhenFilesLieApart_data() {

@@ -17,20 +17,27 @@ class ChecksumVerifyTest : public QObject {
 
 private Q_SLOTS:
     void listsAreVerifiedWordForWord_data() {
-        columns<QString, QString, bool, QString, QString>("list", "text", "tolerant", "report",
-                                                          "verdicts");
+        columns<QString, QString, bool, QString, QString, QString>("list", "text", "tolerant",
+                                                                   "report", "verdicts", "hint");
         const auto add = [](const char* name, const char* list, const QString& text,
-                            const QString& report, const char* verdicts, bool tolerant = false) {
+                            const QString& report, const char* verdicts, bool tolerant = false,
+                            const char* hint = "") {
             row(name, QString::fromLatin1(list), text, tolerant, report,
-                QString::fromLatin1(verdicts));
+                QString::fromLatin1(verdicts), QString::fromLatin1(hint));
+        };
+        const auto addHinted = [&](const char* name, const char* list, const QString& text,
+                                   const QString& report, const char* verdicts, const char* hint) {
+            add(name, list, text, report, verdicts, false, hint);
         };
         const QString zeros(32, u'0');
-        add("MD5", "l.md5",
+        addHinted(
+            "MD5", "l.md5",
             u"# c\n{m} *a.wav\n%1 *a.wav\n{m}  a.wav\n{M} *a.wav\n{m} *no/b.wav\n{m} *no.wav\n"_s
                 .arg(zeros),
             u"a.wav : OK\na.wav : FAILED\n{m}  a.wav : Invalid checksum format\na.wav : FAILED\n"
             "b.wav : FAILED\nno.wav : FAILED\n"_s,
-            "ok failed unreadable failed missing missing");
+            "ok failed unreadable failed missing missing",
+            "1 entry would match, 1 file could be found and checked");
         add("MD5, tolerant", "l.md5",
             u"{M} *a.wav\n{m}  sub\\x.wav\nMD5 (a.wav) = {m}\n{m} *a.wav\n%1  no.wav\nhello\n"_s
                 .arg(zeros),
@@ -47,14 +54,14 @@ private Q_SLOTS:
             u"a.wav : OK\na.wav : FAILED\nx.wav : OK\n"_s, "ok missing ok");
         add("itself and a folder, MD5", "l.md5", u"{m} *l.md5\n{m} *sub\n"_s,
             u"l.md5 : FAILED\nsub : FAILED\n"_s, "failed unreadable");
-        add("ST5", "l.st5",
-            u";c\n{s}  [shntool]  a.wav\n%1  [shntool]  a.wav\n{s}  [shntool]  sub/x.wav\n"
-            "{s}  [shntool]  no.wav\nhello\n"_s.arg(zeros),
-            u"a.wav : OK\na.wav : did not match shntool md5 file\n"
-            "x.wav : did not match shntool md5 file\n"
-            "no.wav : warning: cannot open non-existent file: [no.wav]no.wav\n"
-            "hello : Invalid checksum format\n"_s,
-            "ok failed failed missing unreadable");
+        addHinted("ST5", "l.st5",
+                  u";c\n{s}  [shntool]  a.wav\n%1  [shntool]  a.wav\n{s}  [shntool]  sub/x.wav\n"
+                  "{s}  [shntool]  no.wav\nhello\n"_s.arg(zeros),
+                  u"a.wav : OK\na.wav : did not match shntool md5 file\n"
+                  "x.wav : did not match shntool md5 file\n"
+                  "no.wav : warning: cannot open non-existent file: [no.wav]no.wav\n"
+                  "hello : Invalid checksum format\n"_s,
+                  "ok failed failed missing unreadable", "1 entry would match");
         add("ST5, tolerant", "l.st5", u"{s}  [shntool]  sub/x.wav\n{S} [shntool] a.wav\n"_s,
             u"x.wav : OK (read strictly: did not match shntool md5 file)\n"
             "a.wav : OK (read strictly: Invalid checksum format)\n"_s,
@@ -65,19 +72,39 @@ private Q_SLOTS:
             "opened.  Most likely the file does not exist\nor is not readable. : no.flac\n"_s;
         const QString tested = u"\nVerify Flac Files in l.ffp\na.flac: testing, 100% complete\n"
                                "a.flac: ok\nb.flac: testing, 100% complete\nb.flac: ok\n"_s;
-        add("FFP", "l.ffp",
+        addHinted(
+            "FFP", "l.ffp",
             u";c\n\nb.flac:{f}\na.flac : {f} \na.flac:%1\nno.flac:{f}\nsub/c.flac:{f}\nhello\n"_s
                 .arg(zeros),
             u"b.flac : OK\na.flac : OK\na.flac : did not match fingerprint file\n"_s + noSuchFlac +
                 u"c.flac : did not match fingerprint file\nhello : Invalid checksum format\n"_s +
                 tested,
-            "ok ok failed missing failed unreadable");
+            "ok ok failed missing failed unreadable", "1 entry would match");
         add("FFP, tolerant", "l.ffp", u"a.flac:{F}\nsub\\c.flac:{f}\n"_s,
             u"a.flac : OK (read strictly: did not match fingerprint file)\n"
             "c.flac : OK (read strictly: did not match fingerprint file)\n"
             "\nVerify Flac Files in l.ffp\na.flac: testing, 100% complete\na.flac: ok\n"
             "c.flac: testing, 100% complete\nc.flac: ok\n"_s,
             "ok ok", true);
+        add("FFP, digests first", "l.ffp", u"{f} *a.flac\n#1: x\n"_s,
+            u"a.flac : OK (read strictly: Invalid checksum format)\n"
+            "\nVerify Flac Files in l.ffp\na.flac: testing, 100% complete\na.flac: ok\n"_s,
+            "ok", true);
+        add("prose, tolerant", "l.ffp", u"Disc 1: 12 tracks\n"_s,
+            u"Disc 1: 12 tracks : Invalid checksum format (read strictly: an entry that nothing "
+            "can match)\n"_s,
+            "unreadable", true);
+        add("names of the disk, tolerant", "l.md5",
+            u"{m} **a.wav\n{m}\t*a.wav\n{m} *Sub/X.WAV\n{m} *o\u0308.wav\n{m} *dd.wav\n"
+            "O\u0308.wav={m}\n"_s,
+            u"a.wav : OK (read strictly: FAILED)\n"
+            "a.wav : OK (read strictly: Invalid checksum format)\n"
+            "x.wav : OK (read strictly: FAILED)\n\u00f6.wav : OK (read strictly: FAILED)\n"
+            "dd.wav : FAILED\n\u00f6.wav : OK (read strictly: Invalid checksum format)\n"_s,
+            "ok ok ok ok missing ok", true);
+        addHinted("names of the disk", "l.md5", u"{m} *A.wav\n{m} *dd.wav\n{m} *o\u0308.wav\n"_s,
+                  u"A.wav : FAILED\ndd.wav : FAILED\no\u0308.wav : FAILED\n"_s,
+                  "missing missing missing", "2 files could be found and checked");
         add("a comment alone", "l.ffp", u";c\n"_s, QString(), "unreadable");
     }
     void listsAreVerifiedWordForWord() {
@@ -87,7 +114,9 @@ private Q_SLOTS:
         Bench bench;
         const QString a = bench.wav(u"a.wav"_s, {.frames = 3000});
         QVERIFY(QDir(bench.folder.path()).mkdir(u"sub"_s));
-        QVERIFY(QFile::copy(a, bench.path(u"sub/x.wav"_s)));
+        for (const QString& name : {u"sub/x.wav"_s, u"\u00f6.wav"_s, u"Dd.wav"_s, u"dD.wav"_s}) {
+            QVERIFY(QFile::copy(a, bench.path(name)));
+        }
         const QString flac = bench.flac(u"a.flac"_s);
         QVERIFY(QFile::copy(flac, bench.path(u"b.flac"_s)));
         QVERIFY(QFile::copy(flac, bench.path(u"sub/c.flac"_s)));
@@ -116,7 +145,29 @@ private Q_SLOTS:
         QTEST(words(bench.verdicts), "verdicts");
         QVERIFY(bench.failed.isEmpty());
         const bool leadsAway = list.startsWith(u"sub"_s);
-        QCOMPARE(bench.workbench.queue().warnings().join(u'\n').contains(u"looked up"), leadsAway);
+        const QString warnings = bench.workbench.queue().warnings().join(u'\n');
+        QCOMPARE(warnings.contains(u"looked up"), leadsAway);
+        QTEST(warnings.section(u"(--tolerant), "_s, 1), "hint");
+    }
+
+    void sectionsOfATextAreReadEachAsItsOwnKind() {
+        Bench bench;
+        const QByteArray md5 = md5Of(bench.wav(u"a.wav"_s));
+        const QByteArray ffp =
+            run(u"metaflac"_s, {u"--show-md5"_s, bench.flac(u"a.flac"_s)}).output;
+        bench.written(u"info.txt"_s, "Live\nmd5:\n" + md5 + " *a.wav\nFFP:\n" + ffp.trimmed() +
+                                         " a.flac\nSt5:\na.wav=" + md5 + "\n");
+        bench.checksum.setAcceptOtherSpellings(true);
+        const QString report = verify(bench, {bench.path(u"info.txt"_s)});
+        for (const QString& part :
+             {u"read as MD5 (read strictly: no list of this kind)\n"
+              "info.txt : 4 lines of text passed over\na.wav : OK\n"_s,
+              u"read as FFP (read strictly: no list of this kind)\na.flac : OK "_s,
+              u"read as ST5 (read strictly: no list of this kind)\na.wav : did not match"_s}) {
+            QVERIFY2(report.contains(part), qPrintable(part + u"\nis not in\n"_s + report));
+        }
+        QCOMPARE(VerdictCounts(bench.verdicts).ok, 2);
+        QCOMPARE(bench.verdicts.size(), 3);
     }
 
     void aWrongCountOfSamplesFailsWhateverTheToolSays() {

@@ -98,10 +98,58 @@ private Q_SLOTS:
 
         const QString list = cli.in(u"md5sum.txt"_s);
         writeFile(list, cli.shell(u"cd in && md5sum good.flac"_s).output);
-        QCOMPARE(checksum({u"verify"_s, list}).status, 2);
+        const Ran refused = checksum({u"verify"_s, list});
+        QCOMPARE(refused.status, 2);
+        QVERIFY2(refused.errors.contains("only be read with --tolerant"),
+                 refused.errors.constData());
         const Ran tolerant = checksum({u"verify"_s, u"--tolerant"_s, list});
         QCOMPARE(tolerant.status, 0);
         QVERIFY(tolerant.output.contains("good.flac : OK (read strictly: Invalid"));
+        QVERIFY(QFile::rename(list, cli.in(u"MD5SUMS"_s)));
+        QVERIFY(checksum({u"verify"_s, u"--tolerant"_s, cli.in({})})
+                    .output.contains("Verify MD5: MD5SUMS\n"));
+    }
+
+    void whatFailsOnlyByItsSpellingIsMarked() {
+        const Cli cli;
+        cli.flac(u"a.flac"_s);
+        cli.flac(u"b.flac"_s);
+        const QByteArray sums = cli.shell(u"cd in && md5sum -b a.flac b.flac"_s).output;
+        const QByteArray a = sums.left(sums.indexOf('\n') + 1);
+        writeFile(cli.in(u"l.md5"_s), a.left(32).toUpper() + a.mid(32) + sums.mid(a.size()) +
+                                          QByteArray(32, '0') + " *b.flac\n");
+        const Ran ran = checksum({u"verify"_s, u"--json"_s, cli.in(u"l.md5"_s)});
+        QCOMPARE(ran.status, 1);
+        QStringList marked;
+        for (const QJsonObject& object : jsonLines(ran.output)) {
+            if (object.value(u"onlySpelling"_s).toBool()) {
+                marked << object.value(u"expected"_s).toString() +
+                              object.value(u"note"_s).toString();
+            }
+        }
+        QCOMPARE(marked, QStringList{QString::fromLatin1(a.left(32).toUpper()) +
+                                     u"it differs only in its spelling"_s});
+        QCOMPARE(ran.errors.count("(--tolerant), 1 entry would match"), 1);
+    }
+
+    void listsAmongTheirFilesAreTold() {
+        const Cli cli;
+        cli.flac(u"a.flac"_s);
+        const QStringList create{u"create"_s, u"--kind"_s, u"md5"_s, u"--beside"_s, cli.in({})};
+        const auto warnings = [&](const QByteArray& words) {
+            const Ran ran = checksum(create);
+            return ran.status == 0 ? ran.errors.count(words) : -1;
+        };
+        QCOMPARE(warnings("list"), 0);
+        QCOMPARE(
+            warnings("md5sum.md5” is itself in the list, as it was before: this entry will always "
+                     "fail"),
+            1);
+        QCOMPARE(checksum({u"verify"_s, cli.in({})}).status, 1);
+        // By another path it is the same file; a second name of its own keeps the old list.
+        cli.shell(u"cd in && ln -s md5sum.md5 link && ln md5sum.md5 old.md5"_s);
+        QCOMPARE(warnings("always fail"), 2);
+        QCOMPARE(warnings("old.md5” is an MD5 list, too: its entry will fail once"), 1);
     }
 
     void whatCannotBeDoneIsSaid_data() {

@@ -1,4 +1,5 @@
 #include "checksums/ChecksumList.h"
+#include "checksums/Spellings.h"
 #include "checksums/ToolWords.h"
 #include "engine/ToolPieces.h"
 
@@ -12,10 +13,10 @@ using namespace quav;
 namespace {
 
 // What every reading of a list keeps to: no entry without a line, no more lines than there are, and
-// the tolerant reading finds whatever the strict one does.
+// the tolerant reading finds whatever the strict one does that has a digest.
 void read(ChecksumKind kind, const QByteArray& bytes, checksumlist::Reading reading) {
     const QString text = checksumlist::decoded(bytes, reading);
-    const checksumlist::List list = checksumlist::read(kind, text, reading);
+    const checksumlist::List list = checksumlist::read(kind, text, reading, {kind, true, {kind}});
     if (list.allLines < static_cast<qsizetype>(list.lines.size())) {
         __builtin_trap();
     }
@@ -23,7 +24,9 @@ void read(ChecksumKind kind, const QByteArray& bytes, checksumlist::Reading read
         if (line.text.isEmpty() && kind != ChecksumKind::Md5) {
             __builtin_trap();
         }
-        if (line.strict && !line.entry) {
+        const bool isWhole = line.strict && spellings::isDigest(line.strict->digest);
+        const auto other = checksumlist::otherReading(kind, line.text);
+        if (isWhole && !line.entry && !(other && other->kind != kind)) {
             __builtin_trap();
         }
     }
@@ -73,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         read(Ffp, bytes, Tolerant);
         break;
     case 6:
-        checksumlist::kindByContent(checksumlist::decoded(bytes, Tolerant));
+        checksumlist::kindsIn(checksumlist::decoded(bytes, Tolerant), QStringLiteral("a.txt"));
         break;
     default:
         readWords(bytes);
