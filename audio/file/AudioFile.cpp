@@ -369,7 +369,11 @@ private:
     // What was written to a pipe does not tell its length: all is decoded to learn it.
     static std::uint64_t count(const Decode& decode, const pcm::PcmFormat& format) {
         CountingSink sink;
-        decode(sink);
+        try {
+            decode(sink);
+        } catch (const pcm::DigestMismatch&) {
+            // Whoever reads the samples is told.
+        }
         return sink.count() / format.blockAlign();
     }
 

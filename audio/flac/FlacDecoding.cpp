@@ -53,8 +53,8 @@ public:
                                                     pcm::timeText(blocks_, format_.sampleRate));
         }
         if (FLAC__stream_decoder_finish(decoder_.get()) == 0) {
-            throw Failure(Failure::Kind::Input,
-                          file_.name() + ": is damaged: its samples do not match its MD5");
+            throw pcm::DigestMismatch(file_.name() +
+                                      ": is damaged: its samples do not match its MD5");
         }
     }
 

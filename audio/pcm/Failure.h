@@ -25,6 +25,12 @@ private:
     Kind kind_;
 };
 
+/// All samples were decoded and none is damaged, but the file stores another digest of them.
+class DigestMismatch : public Failure {
+public:
+    explicit DigestMismatch(const std::string& text) : Failure(Kind::Input, text) {}
+};
+
 /// The program that read our standard output has closed it: not an error, and nothing is said.
 class ReaderGone : public std::runtime_error {
 public:

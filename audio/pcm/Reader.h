@@ -25,6 +25,7 @@ public:
     virtual std::size_t read(std::span<std::uint8_t> to) = 0;
 
     /// To be called behind the last read that counts: a decoder finds some damage at the end only.
+    /// Throws DigestMismatch when that is all that is wrong.
     virtual void finish() {}
 };
 

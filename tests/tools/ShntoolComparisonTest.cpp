@@ -261,6 +261,10 @@ private Q_SLOTS:
             return process.waitForFinished() && process.exitCode() == 0;
         };
         QVERIFY(make(u"flac"_s, {u"-s"_s, u"mis.wav"_s, u"byte.wav"_s, u"dat.wav"_s}));
+        for (const QString& name : {u"mis"_s, u"byte"_s}) { // whole, with another MD5
+            write(name + u"-md5.flac"_s,
+                  contents(path(name + u".flac"_s)).replace(26, 16, "no digest of any"));
+        }
         QVERIFY(make(u"shorten"_s, {u"mis2.wav"_s, u"mis2.shn"_s}));
         QVERIFY(make(u"mac"_s, {u"cd2.wav"_s, u"cd2.ape"_s, u"-c2000"_s}));
         QVERIFY(make(u"ttaenc"_s, {u"-e"_s, u"-o"_s, u"mis3.tta"_s, u"mis3.wav"_s}));
@@ -301,6 +305,15 @@ private Q_SLOTS:
             -c cd.wav mis.wav cd2.wav | -c -s cd.wav mis.flac | cut.wav cd.wav | -P face cd.wav |
             -c cd.wav missing.wav | -c dat.wav cd.wav |
             byte.wav unpadded.wav partial.wav list.wav junk.wav none.wav id3.wav)");
+        // Ours warns of it.
+        for (const char* hash : {"hash", "hash -s", "hash -c"}) {
+            for (const QByteArray& name : {"mis-md5.flac"_ba, "byte-md5.flac"_ba}) {
+                agree(
+                    hash, name, u"OK\n(?=files)"_s,
+                    u"OK\nshntool [hash]: warning: the MD5 that the file stores is not that of its "
+                    "samples: [%1]\n"_s.arg(QString::fromLatin1(name)));
+            }
+        }
         // Ours warns once of a file that it cannot read.
         agree("hash", "missing.wav cd.wav", u"(shntool.*\n)\\1"_s, u"\\1"_s);
         agree("hash", "text.wav missing.wav", u"((shntool.*\n){2})\\1"_s, u"\\1"_s);

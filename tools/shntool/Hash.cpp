@@ -60,24 +60,40 @@ std::string damaged(const AudioFile& file) {
     return "possibly truncated and/or corrupt file: [" + file.path() + "]";
 }
 
+std::string unlikeStored(const AudioFile& file) {
+    return "the MD5 that the file stores is not that of its samples: [" + file.path() + "]";
+}
+
+// Whether the digest that the file stores is that of the samples; looked at behind the last of
+// them.
+bool endsWithItsDigest(Reader& reader) {
+    try {
+        reader.finish();
+        return true;
+    } catch (const pcm::DigestMismatch&) {
+        return false;
+    }
+}
+
 void hashFile(Work& work, const AudioFile& file, bool isSha1) {
     Meter meter(work.console(), "Hashing " + work.label(file), file.wave().dataSize);
     DigestSink digest(isSha1);
+    bool isAsStored = false;
     const bool isDone = work.transfer(nullptr, damaged(file), [&] {
         // An MD5 that is made anyhow need not be made twice.
         const auto reader =
             file.reader(isSha1 ? AudioFile::Check::Everything : AudioFile::Check::AllButDigest);
         copyBytes(*reader, digest, file.wave().dataSize, &meter);
-        reader->finish();
+        isAsStored = endsWithItsDigest(*reader);
     });
     if (!isDone) {
         return;
     }
     const std::string text = digest.text();
-    if (!digest.matches(file)) {
-        return work.skip(damaged(file));
-    }
     meter.done();
+    if (!isAsStored || !digest.matches(file)) {
+        work.console().warn(unlikeStored(file)); // the digest of what sounds is right all the same
+    }
     work.console().result(line(text, file.path()));
 }
 
@@ -98,16 +114,22 @@ int hashComposite(Work& work, bool isSha1) {
     }
     Meter meter(work.console(), "Hashing [composite]", size);
     DigestSink digest(isSha1);
+    std::vector<std::string> warnings;
     for (const AudioFile& file : files) {
         try {
             const auto reader = file.reader();
             copyBytes(*reader, digest, file.wave().dataSize, &meter);
-            reader->finish();
+            if (!endsWithItsDigest(*reader)) {
+                warnings.push_back(unlikeStored(file));
+            }
         } catch (const pcm::Failure& failure) {
             throw ModeError(*failure.what() != '\0' ? failure.what() : damaged(file));
         }
     }
     meter.done();
+    for (const std::string& warning : warnings) {
+        work.console().warn(warning);
+    }
     work.console().result(line(digest.text(), "composite"));
     return 0;
 }
