@@ -60,8 +60,8 @@ QString saveTitle(ChecksumKind kind) {
     return {};
 }
 
-/// The tools that read what a kind of checksum file has.
-QStringList readersOf(ChecksumKind kind) {
+/// The tools that a kind of checksum file cannot be made without.
+QStringList makersOf(ChecksumKind kind) {
     switch (kind) {
     case ChecksumKind::Md5:
         return {};
@@ -160,6 +160,18 @@ bool ChecksumTab::hasTools(const QStringList& names) {
     return missing.isEmpty();
 }
 
+/// What is missing stops only what needs it, so that one complete set of tools is enough.
+bool ChecksumTab::hasAnyTools(const QSet<QStringList>& sets) {
+    QStringList all;
+    for (const QStringList& names : sets) {
+        if (services().tools.whatIsMissing(names).isEmpty()) {
+            return true;
+        }
+        all << names;
+    }
+    return hasTools(all);
+}
+
 CommandOutcome ChecksumTab::queueSet(const Tasks& tasks,
                                      const std::shared_ptr<QUAVTaskResults>& results) {
     for (const auto& task : tasks) {
@@ -175,24 +187,21 @@ CommandOutcome ChecksumTab::queueSet(const Tasks& tasks,
 
 CommandOutcome ChecksumTab::queueOne(const std::shared_ptr<QUAVTask>& task) {
     clearFiles();
-    if (!task) {
-        return CommandOutcome::Declined;
-    }
     services().queue.addTasks({task});
     return CommandOutcome::Queued;
 }
 
 CommandOutcome ChecksumTab::test() {
-    QStringList needed;
+    QSet<QStringList> needed;
     const auto results = std::make_shared<QUAVTaskResults>();
     Tasks tasks;
     for (const QString& path : fileNames()) {
         if (const Tester* tester = testerOf(path)) {
-            needed << tester->tool;
+            needed << QStringList{tester->tool};
             tasks.push_back((this->*tester->task)(path, results, services().queue));
         }
     }
-    return hasTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
+    return hasAnyTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
 }
 
 std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
@@ -230,64 +239,80 @@ std::shared_ptr<QUAVTask> ChecksumTab::verifyTTA(const QString& path,
 }
 
 CommandOutcome ChecksumTab::create() {
-    if (!hasTools(readersOf(kind_))) {
-        return CommandOutcome::Refused;
-    }
     const QStringList files = filesFor(kind_, fileNames());
     if (files.isEmpty()) {
         clearFiles();
         return CommandOutcome::NothingToDo;
     }
-    QUAVTaskQueue& queue = services().queue;
+    if (!hasTools(makersOf(kind_))) {
+        return CommandOutcome::Refused;
+    }
+    const auto path = choosePath(files, kind_, sourceSave_);
+    if (!path) {
+        // Who answers “No” may have another place in mind for the same files.
+        if (path.error() == NoPath::DialogCancelled && kind_ != ChecksumKind::Ffp) {
+            clearFiles();
+        }
+        return CommandOutcome::Declined;
+    }
     switch (kind_) {
     case ChecksumKind::Md5:
-        return queueOne(createMD5(files, queue, sourceSave_));
+        return queueOne(md5Task(files, services().queue, *path));
     case ChecksumKind::St5:
-        return queueOne(createST5(files, queue, sourceSave_));
+        return queueOne(st5Task(files, services().queue, *path));
     case ChecksumKind::Ffp:
-        return createFFP(files);
+        return createFFP(files, *path);
     }
     return CommandOutcome::NothingToDo;
 }
 
-/// The path of a checksum file that is about to be written; none when the user cancelled.
-std::optional<QString> ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind,
-                                               bool beside) {
+/// The path of a checksum file that is about to be written.
+tl::expected<QString, ChecksumTab::NoPath>
+ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind, bool sourceSave) {
     UserPrompts& prompts = services().prompts;
-    std::optional<QString> path;
-    if (!beside) {
-        path = openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
-                             checksumfiles::fixedName(kind, services().settings));
-    } else {
+    QString path;
+    if (sourceSave && (kind == ChecksumKind::Ffp || areAllSameDirectory(files))) {
         path = checksumfiles::pathIn(folderOf(files.first()), kind, services().settings);
-        if (!checksumfiles::mayReplace(*path, prompts)) {
-            return std::nullopt;
+        if (!checksumfiles::mayReplace(path, prompts)) {
+            return tl::make_unexpected(NoPath::AnsweredNo);
         }
+    } else {
+        const auto chosen = openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
+                                          checksumfiles::fixedName(kind, services().settings));
+        if (!chosen) {
+            return tl::make_unexpected(NoPath::DialogCancelled);
+        }
+        path = *chosen;
     }
-    return path && listnames::mayName(kind, files, *path, prompts) ? path : std::nullopt;
+    if (!listnames::mayName(kind, files, path, prompts)) {
+        return tl::make_unexpected(NoPath::AnsweredNo);
+    }
+    return path;
 }
 
 std::shared_ptr<CreateMD5Task> ChecksumTab::createMD5(const QStringList& files,
                                                       QUAVTaskQueue& queue, bool sourceSave) {
-    const auto path =
-        choosePath(files, ChecksumKind::Md5, sourceSave && areAllSameDirectory(files));
-    if (!path) {
-        return nullptr;
-    }
-    auto task = std::make_shared<CreateMD5Task>(queue, files, *path);
+    const auto path = choosePath(files, ChecksumKind::Md5, sourceSave);
+    return path ? md5Task(files, queue, *path) : nullptr;
+}
+
+std::shared_ptr<CreateMD5Task> ChecksumTab::md5Task(const QStringList& files, QUAVTaskQueue& queue,
+                                                    const QString& path) {
+    auto task = std::make_shared<CreateMD5Task>(queue, files, path);
     task->setTitle(tr("Creating MD5"));
     return task;
 }
 
 std::shared_ptr<CreateST5Task> ChecksumTab::createST5(const QStringList& files,
                                                       QUAVTaskQueue& queue, bool sourceSave) {
-    const auto path =
-        choosePath(files, ChecksumKind::St5, sourceSave && areAllSameDirectory(files));
-    if (!path) {
-        return nullptr;
-    }
+    const auto path = choosePath(files, ChecksumKind::St5, sourceSave);
+    return path ? st5Task(files, queue, *path) : nullptr;
+}
+
+std::shared_ptr<CreateST5Task> ChecksumTab::st5Task(const QStringList& files, QUAVTaskQueue& queue,
+                                                    const QString& path) const {
     auto task = std::make_shared<CreateST5Task>(
-        *path, queue, services().tools.tool(QStringLiteral("shntool")), files);
+        path, queue, services().tools.tool(QStringLiteral("shntool")), files);
     task->setTitle(tr("Create ST5"));
     for (const QString& file : files) {
         if (!checksumlist::isReadBack(ChecksumKind::St5, lastPathComponent(file))) {
@@ -305,16 +330,12 @@ QString ChecksumTab::fingerprint(const QString& path) const {
     return CreateFFPTask::fingerprint(services().tools, path).value_or(QString());
 }
 
-CommandOutcome ChecksumTab::createFFP(const QStringList& files) {
-    const auto path = choosePath(files, ChecksumKind::Ffp, sourceSave_);
-    if (!path) {
-        return CommandOutcome::Declined;
-    }
+CommandOutcome ChecksumTab::createFFP(const QStringList& files, const QString& path) {
     const QStringList listed = fileNames();
     clearFiles(); // now, since other files may come while the tools run
     auto outcome = CommandOutcome::Done;
     try {
-        outcome = writeFingerprints(files, *path) ? outcome : CommandOutcome::Declined;
+        outcome = writeFingerprints(files, path) ? outcome : CommandOutcome::Declined;
     } catch (const std::exception& exception) {
         services().prompts.alert(QString::fromUtf8(exception.what()), {});
         outcome = CommandOutcome::Refused;
@@ -366,22 +387,19 @@ bool ChecksumTab::writeFingerprints(const QStringList& files, const QString& pat
 }
 
 CommandOutcome ChecksumTab::verify() {
-    QStringList needed;
+    QSet<QStringList> needed;
     const auto results = std::make_shared<QUAVTaskResults>();
     Tasks tasks;
     for (const QString& path : fileNames()) {
         const checksumlist::Kinds kinds = checksumlist::kindsOf(path, reading());
         for (const ChecksumKind kind : kinds.all) {
-            needed << readersOf(kind);
-            if (kind == ChecksumKind::Ffp) {
-                needed << QStringLiteral("flac"); // which tests the audio, too
-            }
+            needed << VerifyListTask::toolsFor(kind);
             const auto task = verificationOf(path, kind, results);
             task->setReading(reading(), kinds);
             tasks.push_back(task);
         }
     }
-    return hasTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
+    return hasAnyTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
 }
 
 std::shared_ptr<VerifyListTask>

@@ -4,12 +4,14 @@
 #include "checksums/ChecksumList.h"
 #include "engine/Verdict.h"
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <tl/expected.hpp>
+
 #include <atomic>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace quav {
@@ -97,17 +99,26 @@ private:
 
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
 
+    /// Why there is no path for a checksum file.
+    enum class NoPath { DialogCancelled, AnsweredNo };
+
     CommandOutcome test();
     CommandOutcome create();
-    CommandOutcome createFFP(const QStringList& files);
+    CommandOutcome createFFP(const QStringList& files, const QString& path);
     CommandOutcome verify();
     CommandOutcome queueOne(const std::shared_ptr<QUAVTask>& task);
     CommandOutcome queueSet(const Tasks& tasks, const std::shared_ptr<QUAVTaskResults>& results);
     std::shared_ptr<VerifyListTask>
     verificationOf(const QString& path, ChecksumKind kind,
                    const std::shared_ptr<QUAVTaskResults>& results) const;
-    std::optional<QString> choosePath(const QStringList& files, ChecksumKind kind, bool beside);
+    tl::expected<QString, NoPath> choosePath(const QStringList& files, ChecksumKind kind,
+                                             bool sourceSave);
+    static std::shared_ptr<CreateMD5Task> md5Task(const QStringList& files, QUAVTaskQueue& queue,
+                                                  const QString& path);
+    std::shared_ptr<CreateST5Task> st5Task(const QStringList& files, QUAVTaskQueue& queue,
+                                           const QString& path) const;
     bool hasTools(const QStringList& names);
+    bool hasAnyTools(const QSet<QStringList>& sets);
     bool writeFingerprints(const QStringList& files, const QString& path);
 
     Command command_ = Command::Test;

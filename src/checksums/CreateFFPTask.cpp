@@ -32,10 +32,7 @@ void take(FingerprintText& result, const QString& ffpFile, const QString& file,
         result.warnings
             << CreateFFPTask::tr("“%1” has no entry but what metaflac said of it").arg(file);
     } else if (fingerprint::isUnset(entry)) {
-        result.warnings << CreateFFPTask::tr(
-                               "“%1” has no fingerprint: its encoder left it at zeros, so nothing "
-                               "can be checked against it. Encode it anew to get one.")
-                               .arg(file);
+        result.warnings << fingerprint::unsetWarning(file);
     } else if (!checksumlist::isReadBack(ChecksumKind::Ffp, lastPathComponent(file))) {
         result.warnings << checksumlist::notReadBack(file);
     }

@@ -117,6 +117,11 @@ void CreateST5Task::cleanup() {
         addWarning(told);
         results()->setResults(told + u'\n' + words, *this);
     }
+    for (const HashRun& run : runs_) {
+        for (const QString& warning : run.warnings()) {
+            addWarning(warning);
+        }
+    }
     results()->appendVerdicts(verdicts(), *this);
 }
 
@@ -157,12 +162,10 @@ Verdicts CreateST5Task::verdicts() const {
     Verdicts verdicts;
     for (const HashRun& run : runs_) {
         for (const auto& [file, words] : run.remarks()) {
-            verdicts.push_back({fileName(),
-                                file.isEmpty() ? fileName() : file,
-                                Verdict::Kind::Unreadable,
-                                {},
-                                {},
-                                words});
+            const auto kind =
+                toolwords::tellsOfDamage(words) ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
+            verdicts.push_back(
+                {fileName(), file.isEmpty() ? fileName() : file, kind, {}, {}, words});
         }
     }
     return verdicts;

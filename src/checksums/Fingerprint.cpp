@@ -13,7 +13,8 @@ namespace quav::fingerprint {
 
 namespace {
 
-constexpr qsizetype md5Size = 16;
+const QString metaflac = QStringLiteral("metaflac");
+const QString unset(32, u'0');
 
 /// Whether the tool has ended by itself, and no signal has ended it.
 bool isOwnEnd(int exitStatus) {
@@ -24,13 +25,9 @@ bool isOwnEnd(int exitStatus) {
 } // namespace
 
 tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& path) {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile() && !info.isDir()) {
-        // The tool would wait for ever for what comes out of a pipe; these would be its words.
-        return path + QStringLiteral(": ERROR: reading metadata, status = "
-                                     "\"FLAC__METADATA_CHAIN_STATUS_READ_ERROR\"\n");
+    if (const auto complaint = complaintOfSpecialFile(path)) {
+        return *complaint;
     }
-    const QString metaflac = QStringLiteral("metaflac");
     NSTaskWrapperSync run(tools, tools.tool(metaflac), {QStringLiteral("--show-md5"), path});
     const QString output = run.runTask();
     const auto status = run.exitStatus();
@@ -39,8 +36,21 @@ tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& pa
             QCoreApplication::translate("Fingerprint", "metaflac could not be started: %1")
                 .arg(output));
     }
-    if (*status == 0 ? output.isEmpty() : !isOwnEnd(*status) || !isComplaint(output)) {
-        return tl::make_unexpected(toolwords::failureOf(metaflac, *status));
+    return entryOf(path, output, *status);
+}
+
+std::optional<QString> complaintOfSpecialFile(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.exists() || info.isFile() || info.isDir()) {
+        return std::nullopt;
+    }
+    return path + QStringLiteral(": ERROR: reading metadata, status = "
+                                 "\"FLAC__METADATA_CHAIN_STATUS_READ_ERROR\"\n");
+}
+
+tl::expected<QString, QString> entryOf(const QString& path, const QString& output, int exitStatus) {
+    if (exitStatus == 0 ? output.isEmpty() : !isOwnEnd(exitStatus) || !isComplaint(output)) {
+        return tl::make_unexpected(toolwords::failureOf(metaflac, exitStatus));
     }
     return isComplaint(output) ? output : lastPathComponent(path) + u':' + output;
 }
@@ -50,12 +60,27 @@ bool isComplaint(const QString& entry) {
 }
 
 bool isUnset(const QString& entry) {
-    return entry.trimmed().endsWith(u':' + QString(md5Size * 2, u'0'));
+    return entry.trimmed().endsWith(u':' + unset);
+}
+
+QString unsetNote() {
+    return QCoreApplication::translate("Fingerprint", "it has no fingerprint, only zeros");
+}
+
+QString unsetWarning(const QString& path) {
+    return QCoreApplication::translate(
+               "Fingerprint", "“%1” has no fingerprint: its encoder left it at zeros, so nothing "
+                              "can be checked against it. Encode it anew to get one.")
+        .arg(path);
 }
 
 std::optional<QString> inFile(const QString& path) {
     const auto digest = flacDigest(path);
     return digest ? std::optional(QString::fromLatin1(digest->toHex())) : std::nullopt;
+}
+
+bool isUnsetIn(const QString& path) {
+    return inFile(path) == unset;
 }
 
 } // namespace quav::fingerprint

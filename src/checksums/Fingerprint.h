@@ -18,6 +18,14 @@ namespace fingerprint {
 /// says why there is neither: the tool could not be started, or did not get to its end.
 tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& path);
 
+/// The tool's words about what is neither a file nor a folder, which it must not be asked of: it
+/// would wait for ever for what comes out of a pipe. None for everything else.
+std::optional<QString> complaintOfSpecialFile(const QString& path);
+
+/// The entry that the tool's output comes to, or why it is none; the status as
+/// `ChildProcess::ended` has it.
+tl::expected<QString, QString> entryOf(const QString& path, const QString& output, int exitStatus);
+
 /// Whether an entry is the tool's complaint.
 bool isComplaint(const QString& entry);
 
@@ -25,9 +33,17 @@ bool isComplaint(const QString& entry);
 /// checked against it.
 bool isUnset(const QString& entry);
 
+/// A remark on a file that has only zeros, and the sentence that warns of it.
+QString unsetNote();
+QString unsetWarning(const QString& path);
+
 /// The digits right from the file, without a tool: STREAMINFO stands at its beginning (RFC 9639,
-/// section 8.2), perhaps behind ID3v2 tags. None when it is not there.
+/// section 8.2), perhaps behind ID3v2 tags. None when it is not there. No more than a hint: what
+/// follows may be damaged.
 std::optional<QString> inFile(const QString& path);
+
+/// Whether the file has only zeros there.
+bool isUnsetIn(const QString& path);
 
 } // namespace fingerprint
 

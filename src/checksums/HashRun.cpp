@@ -8,6 +8,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 
 namespace quav {
 
@@ -122,14 +123,34 @@ void HashRun::fail(const QString& reason) {
     lastIsCut_ = false;
 }
 
-/// The file that a complaint names at its end, in brackets; empty when it names none of the run's.
-QString HashRun::fileIn(const QString& complaint) const {
+/// Which file a complaint names, at its end in brackets or in front of its words; none when it
+/// names none of the run's.
+std::optional<std::size_t> HashRun::indexIn(const QString& complaint) const {
+    const QString words = complaint.section(toolwords::hashWarning, 1);
+    for (qsizetype at = words.indexOf(u": "); at >= 0; at = words.indexOf(u": ", at + 1)) {
+        if (const auto index = indexes_.constFind(words.left(at)); index != indexes_.constEnd()) {
+            return *index;
+        }
+    }
     const qsizetype first = complaint.indexOf(u": [");
     if (!complaint.endsWith(u']') || first < 0) {
-        return {};
+        return std::nullopt;
     }
-    const QString name = complaint.mid(first + 3, complaint.size() - first - 4);
-    return indexes_.contains(name) ? joinPath(folder_, name) : QString();
+    const auto index = indexes_.constFind(complaint.mid(first + 3, complaint.size() - first - 4));
+    return index == indexes_.constEnd() ? std::nullopt : std::optional(*index);
+}
+
+/// Whether a complaint is about a file that has its entry.
+bool HashRun::isHashed(const QString& complaint) const {
+    const auto index = indexIn(complaint);
+    return index && hashed_[*index];
+}
+
+QStringList HashRun::warnings() const {
+    QStringList warnings;
+    std::copy_if(complaints_.begin(), complaints_.end(), std::back_inserter(warnings),
+                 [this](const QString& complaint) { return isHashed(complaint); });
+    return warnings;
 }
 
 bool HashRun::isComplete() const {
@@ -149,7 +170,12 @@ std::vector<HashRun::Remark> HashRun::remarks() const {
     std::vector<Remark> all;
     QSet<QString> named;
     for (const QString& complaint : complaints_) {
-        const QString file = fileIn(complaint);
+        if (isHashed(complaint)) {
+            continue;
+        }
+        const auto index = indexIn(complaint);
+        const QString file =
+            index ? joinPath(folder_, names_[static_cast<qsizetype>(*index)]) : QString();
         if (file.isEmpty() || !named.contains(file)) {
             all.emplace_back(file, complaint);
             named.insert(file);

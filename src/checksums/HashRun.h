@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <cstddef>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -42,17 +43,21 @@ public:
     /// is not said with them.
     QStringList words() const;
 
-    /// Each file that has no entry or of which something was said, and why or what. A complaint
-    /// that names no file comes without one.
+    /// Each file that has no entry, and why; what else was complained of. A complaint that names no
+    /// file comes without one.
     using Remark = std::pair<QString, QString>;
     std::vector<Remark> remarks() const;
+
+    /// What the tool has to say of files that have their entries all the same.
+    QStringList warnings() const;
 
 private:
     explicit HashRun(QString folder) : folder_(std::move(folder)) {}
 
     /// False when a name like it is in the run already.
     bool add(const QString& name, std::size_t place);
-    QString fileIn(const QString& complaint) const;
+    std::optional<std::size_t> indexIn(const QString& complaint) const;
+    bool isHashed(const QString& complaint) const;
     qsizetype mostLines() const;
 
     QString folder_;

@@ -95,10 +95,9 @@ QString failureOf(const QString& tool, int exitStatus) {
 }
 
 QString hashResult(const QString& output) {
-    const QString warning = QStringLiteral(" warning: ");
     QString result;
     for (const QString& line : output.split(u'\n')) {
-        if (const qsizetype at = line.indexOf(warning); at >= 0) {
+        if (const qsizetype at = line.indexOf(hashWarning); at >= 0) {
             result = line.mid(at);
         }
         if (const qsizetype at = line.indexOf(hashMarker); at >= 0) {
@@ -106,6 +105,13 @@ QString hashResult(const QString& output) {
         }
     }
     return result;
+}
+
+bool tellsOfDamage(const QString& piece) {
+    static const QRegularExpression words(
+        QStringLiteral(" warning: (possibly truncated and/or corrupt file: \\[|.*: is damaged(:|"
+                       " near )[^\\]]*$)"));
+    return words.match(piece.trimmed()).hasMatch();
 }
 
 } // namespace quav::toolwords

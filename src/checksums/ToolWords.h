@@ -42,6 +42,13 @@ HashPiece hashPiece(const QString& piece);
 /// it, or the warning, from " warning: " on; whichever came last. Empty when neither came.
 QString hashResult(const QString& output);
 
+/// Whether a piece of `shntool hash` says that a file is damaged, and not that it is none of its
+/// kinds or cannot be opened.
+bool tellsOfDamage(const QString& piece);
+
+/// What stands in front of its complaints.
+inline const QString hashWarning = QStringLiteral(" warning: ");
+
 /// A sentence about a tool that ended with a status other than 0, as `ChildProcess::ended` has it.
 QString failureOf(const QString& tool, int exitStatus);
 

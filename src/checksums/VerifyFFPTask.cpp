@@ -34,45 +34,60 @@ void VerifyFFPTask::check(const checksumlist::List& list) {
 
 QStringList VerifyFFPTask::doVerifyFPP(const checksumlist::List& list) {
     QStringList matching;
-    size_t number = 0;
-    for (const Line& line : list.lines) {
-        if (stopRequested()) {
-            return {};
-        }
-        ++number;
-        if (!line.entry) {
-            concludeInvalid(line);
-            continue;
-        }
-        showEntry(line.entry->name, number, list.allLines);
-        const QString path = pathOf(line);
-        if (take(line, path)) {
-            matching << path;
-        }
-    }
+    OrderedWork<Entry>::run(
+        list.lines.size(), queue().toolsAtOnce(),
+        [&](size_t index) {
+            const Line& line = list.lines[index];
+            return line.entry && !stopRequested() ? fingerprint(pathOf(line)) : Entry();
+        },
+        [&](size_t index, const Entry& read) {
+            if (stopRequested()) {
+                return false;
+            }
+            const Line& line = list.lines[index];
+            if (!line.entry) {
+                concludeInvalid(line);
+                return true;
+            }
+            showEntry(line.entry->name, index + 1, list.allLines);
+            const QString path = pathOf(line);
+            if (take(line, path, read)) {
+                matching << path;
+            }
+            return true;
+        });
     std::sort(matching.begin(), matching.end());
     return matching;
 }
 
-/// The entry of a file as it should stand in the list. What the tool would print is read from the
-/// file itself; the tool is asked only when it has something to complain of.
-tl::expected<QString, QString> VerifyFFPTask::fingerprint(const QString& path) const {
-    if (const auto digest = fingerprint::inFile(path)) {
-        return lastPathComponent(path) + u':' + *digest;
+/// The entry of a file as it should stand in the list, or the tool's complaint.
+VerifyFFPTask::Entry VerifyFFPTask::fingerprint(const QString& path) {
+    if (const auto complaint = fingerprint::complaintOfSpecialFile(path)) {
+        return complaint->trimmed();
     }
-    return fingerprint::entry(queue().toolsFolder(), path).map([](const QString& entry) {
+    constexpr qsizetype longest = 1 << 20; // of what a tool may go on saying
+    QString output;
+    const int status = runTool(QStringLiteral("metaflac"), {QStringLiteral("--show-md5"), path}, {},
+                               [&](const QString& piece) {
+                                   if (output.size() + piece.size() <= longest) {
+                                       output += piece;
+                                   }
+                               });
+    return fingerprint::entryOf(path, output, status).map([](const QString& entry) {
         return entry.trimmed();
     });
 }
 
-bool VerifyFFPTask::take(const Line& line, const QString& path) {
+bool VerifyFFPTask::take(const Line& line, const QString& path, const Entry& read) {
     const QString name = lastPathComponent(path);
-    const auto read = fingerprint(path);
     const QString actual = read ? *read : read.error();
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
     if (!read || fingerprint::isComplaint(actual)) {
         verdict = checksumfiles::unreadable(fileName(), path, actual);
         verdict.expected = line.entry->digest;
+        if (fingerprint::inFile(path) == line.entry->digest) {
+            verdict.note += tr("; the fingerprint that its beginning has is that of the list");
+        }
         const QString strictWords = line.strict ? name : invalidFormat();
         conclude(actual, name, strictWords, verdict); // the tool's words come first
         return false;
@@ -85,9 +100,8 @@ bool VerifyFFPTask::take(const Line& line, const QString& path) {
     const bool matches = isTolerant() ? verdict.found == line.entry->digest : strictlyMatches;
     verdict.kind = matches ? Verdict::Kind::Ok : Verdict::Kind::Failed;
     if (matches && fingerprint::isUnset(actual)) {
-        verdict.note = tr("it has no fingerprint, only zeros");
-        addWarning(
-            tr("“%1” has no fingerprint: zeros match zeros whatever its audio is").arg(path));
+        verdict.note = fingerprint::unsetNote();
+        addWarning(fingerprint::unsetWarning(path));
     }
     conclude(name, words(matches), line.strict ? words(strictlyMatches) : invalidFormat(), verdict);
     return matches;

@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+#include <tl/expected.hpp>
+
 namespace quav {
 
 /// Checks the FLAC files that a fingerprint file names: first their fingerprints, then, for those
@@ -21,6 +23,9 @@ protected:
     void listIsEmpty() override;
 
 private:
+    /// What metaflac has for a file, or why it came to nothing.
+    using Entry = tl::expected<QString, QString>;
+
     /// What `flac -t` came to for one file.
     struct Tested {
         TestLog log;    ///< what the report has of it
@@ -29,8 +34,8 @@ private:
     };
 
     QStringList doVerifyFPP(const checksumlist::List& list);
-    tl::expected<QString, QString> fingerprint(const QString& path) const;
-    bool take(const Line& line, const QString& path);
+    Entry fingerprint(const QString& path);
+    bool take(const Line& line, const QString& path, const Entry& read);
     void verifyFlacFilesSync(const QStringList& paths);
     Tested test(const QString& path);
     QString processFlacFileOutput(const QString& piece, const QString& file);

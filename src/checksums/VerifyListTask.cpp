@@ -1,10 +1,13 @@
 #include "checksums/VerifyListTask.h"
 
 #include "engine/QUAVTaskResults.h"
+#include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 
 #include <QFileInfo>
 
+#include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace quav {
@@ -30,10 +33,33 @@ QString VerifyListTask::status() const {
     return {};
 }
 
+QStringList VerifyListTask::toolsFor(ChecksumKind kind) {
+    switch (kind) {
+    case ChecksumKind::Md5:
+        return {};
+    case ChecksumKind::St5:
+        return {QStringLiteral("shntool")};
+    case ChecksumKind::Ffp:
+        return {QStringLiteral("metaflac"), QStringLiteral("flac")};
+    }
+    return {};
+}
+
+void VerifyListTask::requireTools() {
+    const QStringList missing = queue().toolsFolder().whatIsMissing(toolsFor(kind_));
+    if (!missing.isEmpty()) {
+        const QString reason = missing.join(u' ');
+        results()->appendVerdicts(
+            {{fileName_, fileName_, Verdict::Kind::Unreadable, {}, {}, reason}}, *this);
+        throw std::runtime_error(reason.toStdString());
+    }
+}
+
 void VerifyListTask::doStartTask() {
     showProgress(status(), 0);
     results()->appendResults(
         QStringLiteral("Verify %1: %2\n").arg(checksumfiles::title(kind_), title()), *this);
+    requireTools();
     const checksumlist::List list = readList();
     if (!list.lines.empty()) {
         warnOfStrangeNames(list);

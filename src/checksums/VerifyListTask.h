@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -35,6 +36,9 @@ public:
         reading_ = reading;
         kinds_ = kinds;
     }
+
+    /// The tools that a list of the kind cannot be verified without.
+    static QStringList toolsFor(ChecksumKind kind);
 
 protected:
     using Line = checksumlist::Line;
@@ -78,6 +82,7 @@ protected:
 
 private:
     QString status() const;
+    void requireTools();
     checksumlist::List readList();
     void lookUp(checksumlist::List& list);
     QString whyNothingIsNamed(const QByteArray& bytes) const;

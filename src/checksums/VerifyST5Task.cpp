@@ -15,13 +15,13 @@ void VerifyST5Task::check(const checksumlist::List& list) {
 }
 
 void VerifyST5Task::doCreateST5(const checksumlist::List& list) {
-    OrderedWork<QString>::run(
+    OrderedWork<Hashed>::run(
         list.lines.size(), queue().toolsAtOnce(),
         [&](size_t index) {
             const Line& line = list.lines[index];
-            return line.entry && !stopRequested() ? st5(pathOf(line)) : QString();
+            return line.entry && !stopRequested() ? st5(pathOf(line)) : Hashed();
         },
-        [&](size_t index, const QString& computed) {
+        [&](size_t index, const Hashed& computed) {
             const Line& line = list.lines[index];
             if (line.entry) {
                 take(line, pathOf(line), computed);
@@ -33,17 +33,20 @@ void VerifyST5Task::doCreateST5(const checksumlist::List& list) {
     deliver();
 }
 
-/// The digest of one file with the marker behind it, or shntool's warning.
-QString VerifyST5Task::st5(const QString& path) {
+VerifyST5Task::Hashed VerifyST5Task::st5(const QString& path) {
     showMainLine(lastPathComponent(path));
-    QString result;
+    Hashed hashed;
     const QString folder = folderOf(path);
     runTool(QStringLiteral("shntool"), {QStringLiteral("hash"), path},
             isFolder(folder) ? folder : folderOf(fileName()), [&](const QString& piece) {
                 const QString said = processTaskOutput(piece);
-                result = said.isEmpty() ? result : said;
+                hashed.result = said.isEmpty() ? hashed.result : said;
+                if (said.contains(toolwords::hashWarning)) {
+                    hashed.warning = said.trimmed();
+                }
+                hashed.isDamaged = hashed.isDamaged || toolwords::tellsOfDamage(piece);
             });
-    return result;
+    return hashed;
 }
 
 QString VerifyST5Task::processTaskOutput(const QString& text) {
@@ -54,24 +57,32 @@ QString VerifyST5Task::processTaskOutput(const QString& text) {
     return toolwords::hashResult(piece);
 }
 
-void VerifyST5Task::take(const Line& line, const QString& path, const QString& computed) {
+void VerifyST5Task::take(const Line& line, const QString& path, const Hashed& computed) {
     const QString name = lastPathComponent(path);
+    const QString& result = computed.result;
     // Only the last component: an entry that names a folder never equals it.
-    const QString entry = (computed + lastPathComponent(path)).trimmed();
+    const QString entry = (result + name).trimmed();
     const QString noMatch = QStringLiteral("did not match shntool md5 file");
     const auto words = [&](bool matches) { return matches ? QStringLiteral("OK") : noMatch; };
     Verdict verdict{fileName(), path, Verdict::Kind::Ok, line.entry->digest, {}, {}};
-    if (computed.contains(u"warning")) {
-        verdict = checksumfiles::unreadable(fileName(), path, computed);
+    if (result.contains(u"warning")) {
+        verdict = checksumfiles::unreadable(fileName(), path, result);
         verdict.expected = line.entry->digest;
+        if (computed.isDamaged && verdict.kind == Verdict::Kind::Unreadable) {
+            verdict.kind = Verdict::Kind::Failed;
+        }
         conclude(name, entry, line.strict ? entry : invalidFormat(), verdict);
         return;
     }
-    verdict.found = computed.section(toolwords::hashMarker, 0, 0).trimmed();
+    if (!computed.warning.isEmpty()) {
+        addWarning(tr("“%1”: %2").arg(path, computed.warning));
+        verdict.note = computed.warning;
+    }
+    verdict.found = result.section(toolwords::hashMarker, 0, 0).trimmed();
     const bool strictlyMatches = strictPath(line) == path && line.text == entry;
     const bool matches = isTolerant() ? verdict.found == line.entry->digest : strictlyMatches;
     if (!matches) {
-        verdict.kind = computed.isEmpty() ? Verdict::Kind::Unreadable : Verdict::Kind::Failed;
+        verdict.kind = result.isEmpty() ? Verdict::Kind::Unreadable : Verdict::Kind::Failed;
     }
     conclude(name, words(matches), line.strict ? words(strictlyMatches) : invalidFormat(), verdict);
 }

@@ -16,10 +16,17 @@ protected:
     void check(const checksumlist::List& list) override;
 
 private:
+    /// What shntool says of one file.
+    struct Hashed {
+        QString result;  ///< the digest with the marker behind it, or else the last warning
+        QString warning; ///< the last one, also beside a digest
+        bool isDamaged = false;
+    };
+
     void doCreateST5(const checksumlist::List& list);
-    QString st5(const QString& path);
+    Hashed st5(const QString& path);
     QString processTaskOutput(const QString& text);
-    void take(const Line& line, const QString& path, const QString& computed);
+    void take(const Line& line, const QString& path, const Hashed& computed);
 };
 
 } // namespace quav

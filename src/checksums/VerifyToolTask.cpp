@@ -1,7 +1,9 @@
 #include "checksums/VerifyToolTask.h"
 
+#include "checksums/Fingerprint.h"
 #include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
+#include "engine/ToolsFolder.h"
 #include "platform/FlacFile.h"
 #include "platform/PathNames.h"
 
@@ -22,7 +24,7 @@ VerifyToolTask::VerifyToolTask(const std::shared_ptr<QUAVTaskResults>& results, 
                                const QString& launchPath, const QStringList& arguments,
                                const QString& path)
     : QUAVAsyncNSTask(queue, launchPath, arguments), path_(path),
-      fileName_(lastPathComponent(path)) {
+      fileName_(lastPathComponent(path)), tool_(lastPathComponent(launchPath)) {
     setResults(results);
     setTitle(fileName_);
     setTextFieldString(fileName_);
@@ -31,12 +33,18 @@ VerifyToolTask::VerifyToolTask(const std::shared_ptr<QUAVTaskResults>& results, 
 
 void VerifyToolTask::startTask() {
     if (const QFileInfo info(path_); info.exists() && !info.isFile()) {
-        const QString reason = tr("“%1” is no file.").arg(path_);
-        results()->appendVerdicts({{{}, path_, Verdict::Kind::Unreadable, {}, {}, reason}}, *this);
-        throw std::runtime_error(reason.toStdString());
+        refuse(tr("“%1” is no file.").arg(path_));
+    }
+    if (const ToolsFolder& tools = queue().toolsFolder(); !tools.has(tool_)) {
+        refuse(tools.whatIsMissing(tool_));
     }
     showMainLine(title());
     QUAVAsyncNSTask::startTask();
+}
+
+void VerifyToolTask::refuse(const QString& reason) {
+    results()->appendVerdicts({{{}, path_, Verdict::Kind::Unreadable, {}, {}, reason}}, *this);
+    throw std::runtime_error(reason.toStdString());
 }
 
 void VerifyToolTask::showPercent(std::optional<double> percent) {
@@ -64,11 +72,17 @@ void VerifyToolTask::cleanup() {
         verdict.kind = Verdict::Kind::Failed;
         verdict.note = damage;
         setError(true);
+    } else {
+        verdict.note = noteIntact();
     }
     results()->appendVerdicts({verdict}, *this);
 }
 
 QString VerifyToolTask::hiddenDamage() const {
+    return {};
+}
+
+QString VerifyToolTask::noteIntact() {
     return {};
 }
 
@@ -147,6 +161,14 @@ void VerifyFlacTask::cleanup() {
 QString VerifyFlacTask::hiddenDamage() const {
     const auto count = flacCount(path());
     return count && !count->agrees() ? count->difference() : QString();
+}
+
+QString VerifyFlacTask::noteIntact() {
+    if (!fingerprint::isUnsetIn(path())) {
+        return {};
+    }
+    addWarning(fingerprint::unsetWarning(path()));
+    return fingerprint::unsetNote();
 }
 
 VerifyApeTask::VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, TaskHost& queue,

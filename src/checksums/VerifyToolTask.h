@@ -34,6 +34,9 @@ protected:
     /// What is wrong with the file although the tool has found nothing; empty when nothing is.
     virtual QString hiddenDamage() const;
 
+    /// What there is to say of the file although it is intact, for its verdict; empty: nothing.
+    virtual QString noteIntact();
+
     /// The tested file, with its path.
     const QString& path() const { return path_; }
 
@@ -47,8 +50,11 @@ protected:
     void noteWords(const QString& words);
 
 private:
+    [[noreturn]] void refuse(const QString& reason);
+
     QString path_;
     QString fileName_;
+    QString tool_;
     QString lastWords_;
 };
 
@@ -67,6 +73,7 @@ protected:
     void processTaskOutput(const QString& text) override;
     void cleanup() override;
     QString hiddenDamage() const override;
+    QString noteIntact() override;
 
 private:
     QString canceledWords() const;
