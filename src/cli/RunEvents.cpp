@@ -58,6 +58,28 @@ QString line(const TaskEnd& end) {
     return {};
 }
 
+/// What has become of the tasks; of the files first, where files were checked. One that is damaged
+/// is not a task that failed, so that a count of none says nothing there, or the wrong thing.
+QString counted(const RunSummary& summary) {
+    const VerdictCounts& counts = summary.counts;
+    if (counts.ok == 0 && counts.allOk()) {
+        return QCoreApplication::translate("RunEvents", "%1 done, %2 failed, %3 cancelled")
+            .arg(summary.done)
+            .arg(summary.failed)
+            .arg(summary.cancelled);
+    }
+    QString text = QCoreApplication::translate("RunEvents", "%1; tasks: %2 done")
+                       .arg(counts.text())
+                       .arg(summary.done);
+    if (summary.failed > 0) {
+        text += QCoreApplication::translate("RunEvents", ", %1 failed").arg(summary.failed);
+    }
+    if (summary.cancelled > 0) {
+        text += QCoreApplication::translate("RunEvents", ", %1 cancelled").arg(summary.cancelled);
+    }
+    return text;
+}
+
 } // namespace
 
 TextEvents::TextEvents(Terminal& terminal, Detail detail) : terminal_(terminal), detail_(detail) {}
@@ -95,15 +117,9 @@ void TextEvents::summary(const RunSummary& summary) {
     if (detail_ == Detail::Nothing) {
         return;
     }
-    if (const VerdictCounts& counts = summary.counts; counts.ok > 0 || !counts.allOk()) {
-        terminal_.say(counts.text());
-    }
     const auto time = std::chrono::ceil<std::chrono::seconds>(summary.time);
-    terminal_.say(QCoreApplication::translate(
-                      "RunEvents", "%1 done, %2 failed, %3 cancelled, warnings: %4, time %5")
-                      .arg(summary.done)
-                      .arg(summary.failed)
-                      .arg(summary.cancelled)
+    terminal_.say(QCoreApplication::translate("RunEvents", "%1, warnings: %2, time %3")
+                      .arg(counted(summary))
                       .arg(summary.warnings)
                       .arg(clockText(time)));
 }
