@@ -21,10 +21,21 @@ int ConversionRun::run() {
     if (!chooseOutput() || !addFiles()) {
         return exitstatus::refused;
     }
+    tellOfNoKind();
     if (tab().files().rowCount() == 0) {
         return statusOf(CommandOutcome::NothingToDo);
     }
     return options_.dryRun ? printPlan() : convert();
+}
+
+/// The tab passes over them in silence, but these were named.
+void ConversionRun::tellOfNoKind() {
+    for (const QString& path : namedFiles()) {
+        if (tab().files().contains(path) && tab().isOfNoKind(path)) {
+            noteUnusable();
+            terminal().say(tr("“%1” is of no kind that can be converted and is skipped.").arg(path));
+        }
+    }
 }
 
 void ConversionRun::setOptions() {

@@ -17,6 +17,7 @@ public:
 
 private:
     ConversionTab& tab() override;
+    void tellOfNoKind();
     void setOptions();
     void setEncodeOptions();
     void setDecodeOptions();

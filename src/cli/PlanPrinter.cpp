@@ -54,6 +54,14 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
         note(QStringLiteral("skip"), QStringLiteral("source"), source,
              tr("would skip a kind that cannot be converted: %1"));
     }
+    for (const QString& source : plan.unknown) {
+        note(QStringLiteral("skip"), QStringLiteral("source"), source,
+             tr("would skip what is of no kind to convert: %1"));
+    }
+    for (const QString& source : plan.unwritable) {
+        note(QStringLiteral("skip"), QStringLiteral("source"), source,
+             tr("would skip what has a folder that cannot be written to: %1"));
+    }
     for (const PlannedConversion& conversion : plan.conversions) {
         printConversion(conversion);
     }

@@ -8,12 +8,16 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
+#include <iterator>
+
 namespace quav {
 
-QStringList existingOutputs(const QStringList& outputs) {
+QStringList existingOutputs(const ConversionPlan& plan) {
     QHash<QString, QSet<QString>> inFolder;
     QStringList existing;
-    for (const QString& output : outputs) {
+    for (const PlannedConversion& conversion : plan.conversions) {
+        const QString& output = conversion.output;
         const QString folder = folderOf(output);
         auto listed = inFolder.find(folder);
         if (listed == inFolder.end()) {
@@ -47,6 +51,21 @@ std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPla
     return std::nullopt;
 }
 
+std::optional<QString> whyUnusable(const QString& folder) {
+    const QFileInfo info(folder);
+    if (!info.isDir()) {
+        return QCoreApplication::translate("ConversionPlan",
+                                           "The output folder “%1” does not exist.")
+            .arg(folder);
+    }
+    if (!info.isWritable()) {
+        return QCoreApplication::translate("ConversionPlan",
+                                           "The output folder “%1” cannot be written to.")
+            .arg(folder);
+    }
+    return std::nullopt;
+}
+
 std::optional<QString> firstUnusableFolder(const ConversionPlan& plan) {
     QSet<QString> seen;
     for (const PlannedConversion& conversion : plan.conversions) {
@@ -55,19 +74,30 @@ std::optional<QString> firstUnusableFolder(const ConversionPlan& plan) {
             continue;
         }
         seen.insert(folder);
-        const QFileInfo info(folder);
-        if (!info.isDir()) {
-            return QCoreApplication::translate("ConversionPlan",
-                                               "The output folder “%1” does not exist.")
-                .arg(folder);
-        }
-        if (!info.isWritable()) {
-            return QCoreApplication::translate("ConversionPlan",
-                                               "The output folder “%1” cannot be written to.")
-                .arg(folder);
+        if (auto reason = whyUnusable(folder)) {
+            return reason;
         }
     }
     return std::nullopt;
+}
+
+void leaveOutUnwritable(ConversionPlan& plan) {
+    QHash<QString, bool> usable;
+    const auto isUsable = [&usable](const PlannedConversion& conversion) {
+        const QString folder = folderOf(conversion.output);
+        if (const auto known = usable.constFind(folder); known != usable.constEnd()) {
+            return *known;
+        }
+        return *usable.insert(folder, !whyUnusable(folder));
+    };
+    const auto left =
+        std::stable_partition(plan.conversions.begin(), plan.conversions.end(), isUsable);
+    if (left == plan.conversions.begin()) {
+        return;
+    }
+    std::transform(left, plan.conversions.end(), std::back_inserter(plan.unwritable),
+                   [](const PlannedConversion& conversion) { return conversion.source; });
+    plan.conversions.erase(left, plan.conversions.end());
 }
 
 } // namespace quav

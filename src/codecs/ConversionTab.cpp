@@ -76,6 +76,10 @@ void ConversionTab::setVerifyAudio(bool verifyAudio) {
     Q_EMIT optionsChanged();
 }
 
+bool ConversionTab::isOfNoKind(const QString& /*source*/) const {
+    return false;
+}
+
 QString ConversionTab::outputFolder(const QString& source, const QString& chosenFolder) const {
     return besideSources() ? folderOf(source) : chosenFolder;
 }
@@ -127,7 +131,12 @@ void ConversionTab::tellWhatIsLeftOut(const ConversionPlan& plan) {
         }
         services().prompts.alert(
             tr("Files of these kinds cannot be converted here yet. They were left out."),
-            names.join(u'\n'));
+            namesForMessage(names));
+    }
+    if (!plan.unwritable.isEmpty()) {
+        services().prompts.alert(
+            tr("The folders of these files cannot be written to. They were left out."),
+            namesForMessage(plan.unwritable));
     }
 }
 
@@ -152,7 +161,7 @@ CommandOutcome ConversionTab::executeCommand() {
     if (!confirmOverwriting(planned)) {
         return CommandOutcome::Declined;
     }
-    takeOff(listed, planned.unsupported);
+    takeOff(listed, planned.unsupported + planned.unwritable);
     return start(planned);
 }
 

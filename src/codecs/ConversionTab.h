@@ -40,6 +40,10 @@ public:
     bool besideSources() const;
     void setBesideSources(bool beside);
 
+    /// Whether a file, although the tab took it, is of a kind that it has no road for: skipped
+    /// without a word.
+    virtual bool isOfNoKind(const QString& source) const;
+
     /// What the tab's button would do for the files in the list. Reads the disk and changes
     /// nothing. `chosenFolder` counts unless outputs go beside the sources.
     virtual ConversionPlan plan(const QString& chosenFolder) const = 0;

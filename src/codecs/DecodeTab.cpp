@@ -63,6 +63,10 @@ void DecodeTab::planFlac(const QString& source, const QString& folder, Conversio
                                 OutputGuard::Existing::Keep});
 }
 
+bool DecodeTab::isOfNoKind(const QString& source) const {
+    return !acceptedExtensions(label()).contains(formatWord(source));
+}
+
 ConversionPlan DecodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
     for (const QString& source : fileNames()) {
@@ -70,15 +74,14 @@ ConversionPlan DecodeTab::plan(const QString& chosenFolder) const {
             plan.special << source;
         } else if (formatWord(source) == u"FLAC") {
             planFlac(source, outputFolder(source, chosenFolder), plan);
+        } else if (isOfNoKind(source)) {
+            plan.unknown << source;
         } else {
             plan.unsupported << source;
         }
     }
-    QStringList outputs;
-    for (const PlannedConversion& conversion : plan.conversions) {
-        outputs << conversion.output;
-    }
-    plan.alreadyThere = existingOutputs(outputs);
+    leaveOutUnwritable(plan);
+    plan.alreadyThere = existingOutputs(plan);
     return plan;
 }
 

@@ -27,6 +27,7 @@ public:
 
     void clearFiles() override;
 
+    bool isOfNoKind(const QString& source) const override;
     ConversionPlan plan(const QString& chosenFolder) const override;
 
 protected:

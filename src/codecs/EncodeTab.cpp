@@ -93,8 +93,6 @@ void EncodeTab::displayRelevantOptions() {
 
 ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
-    QStringList sources;
-    QStringList outputs;
     for (const QString& source : fileNames()) {
         if (whyNotOpened(source)) {
             plan.special << source;
@@ -104,19 +102,19 @@ ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
             plan.unsupported << source;
             continue;
         }
-        sources << source;
-        outputs << joinPath(outputFolder(source, chosenFolder),
-                            baseName(source) + QStringLiteral(".flac"));
+        plan.conversions.push_back({source, joinPath(outputFolder(source, chosenFolder),
+                                                     baseName(source) + QStringLiteral(".flac"))});
     }
-    plan.overwritten = existingOutputs(outputs);
+    leaveOutUnwritable(plan);
+    plan.overwritten = existingOutputs(plan);
     const auto existing =
         plan.overwritten.isEmpty() ? OutputGuard::Existing::Keep : OutputGuard::Existing::Overwrite;
     const FlacEncodeOptions options{flacLevel(), flacLax_, flacKeepForeignMetadata_, flacVerify_,
                                     existing == OutputGuard::Existing::Overwrite};
-    for (qsizetype i = 0; i < sources.size(); ++i) {
-        plan.conversions.push_back({sources[i], outputs[i], QStringLiteral("flac"),
-                                    flacEncodeArguments(options, sources[i], outputs[i]),
-                                    existing});
+    for (PlannedConversion& conversion : plan.conversions) {
+        conversion.tool = QStringLiteral("flac");
+        conversion.arguments = flacEncodeArguments(options, conversion.source, conversion.output);
+        conversion.existing = existing;
     }
     if (generateFFP_) {
         for (const QString& folder : outputsByFolder(plan).keys()) {

@@ -2,7 +2,9 @@
 
 #include "engine/FailureReason.h"
 #include "engine/QUAVTask.h"
+#include "engine/QUAVTaskResults.h"
 #include "engine/Util.h"
+#include "platform/OwnerAccess.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/SoundProof.h"
@@ -81,7 +83,13 @@ bool FileConversion::hasChanged() const {
 }
 
 void FileConversion::conclude() {
-    if (!isOutputThere() || !isAllRead() || !writeTags() || !haveHeadersOfOneSound()) {
+    if (!isOutputThere() || !isAllRead()) {
+        rollBack();
+        return;
+    }
+    // Tools hand the source's permissions on, and many a collection is write-protected.
+    std::optional<OwnerAccess> access(std::in_place, output_);
+    if (!writeTags() || !haveHeadersOfOneSound()) {
         rollBack();
         return;
     }
@@ -105,6 +113,8 @@ void FileConversion::conclude() {
         !copyModificationTime(whereSourceIs(), output_)) {
         task_.addWarning(tr("the output could not be given the time of its source"));
     }
+    // Before the state of the output is remembered.
+    access.reset();
     // Before anything goes that could be read again: so far the output may only be in memory.
     if (guard_->hasAside() || wantsDeletion()) {
         if (const auto reached = reachDisk(output_); !reached) {
@@ -129,7 +139,11 @@ void FileConversion::commit() {
 void FileConversion::rollBack() {
     const QString putAside = guard_->rollBack();
     if (!putAside.isEmpty()) {
-        fail(tr("The earlier output file is now “%1”.").arg(putAside));
+        const QString sentence = tr("The earlier output file is now “%1”.").arg(putAside);
+        fail(sentence);
+        if (task_.cancelled()) {
+            task_.addWarning(sentence); // nobody reads the report of a task that was cancelled
+        }
     }
 }
 
@@ -177,15 +191,38 @@ bool FileConversion::writeTags() {
     } catch (const std::exception& exception) {
         written = tl::make_unexpected(QString::fromUtf8(exception.what()));
     }
-    if (!written && damaged_) {
-        // The tool went on through damage because it was told to, and what it wrote may be torn.
-        task_.addWarning(tr("the tags could not be written: %1").arg(written.error()));
+    if (written) {
         return true;
     }
-    if (!written) {
-        fail(tr("Error writing tags to file:\n%1").arg(output_) + u'\n' + written.error());
+    const QString said =
+        tr("Error writing tags to file:\n%1").arg(output_) + u'\n' + written.error();
+    // A tool that went on through damage did so because it was told to: what it made is kept torn.
+    if (!damaged_ && !isWholeWithoutTags()) {
+        fail(said);
+        return false;
     }
-    return written.has_value();
+    untagged_ = true;
+    task_.results()->appendResults(said + u'\n', task_);
+    task_.addWarning(tr("the tags could not be written: %1").arg(written.error()));
+    return true;
+}
+
+/// After a writer that failed: whether the sound can stay, and is as the tool had made it.
+bool FileConversion::isWholeWithoutTags() {
+    // In its own place the source's tags would go with the source, and a full disk tears whatever
+    // is written to it.
+    if (!guard_->sourceAside().isEmpty() || isDiskFullFor(output_, 0)) {
+        return false;
+    }
+    proven_ = compareSound().answer == sound::Comparison::Answer::Equal;
+    return proven_;
+}
+
+sound::Comparison FileConversion::compareSound() {
+    task_.setTopTextFieldString(tr("Comparing the sound"));
+    task_.push(QUAVTask::StatusLine);
+    return sound::compare(whereSourceIs(), output_,
+                          [this] { return abandoned_ || task_.cancelled(); });
 }
 
 bool FileConversion::haveHeadersOfOneSound() {
@@ -211,13 +248,10 @@ bool FileConversion::isProofNeeded() const {
 
 FileConversion::Proof FileConversion::proof() {
     using Answer = sound::Comparison::Answer;
-    if (!isProofNeeded()) {
+    if (proven_ || !isProofNeeded()) {
         return Proof::Given;
     }
-    task_.setTopTextFieldString(tr("Comparing the sound"));
-    task_.push(QUAVTask::StatusLine);
-    const sound::Comparison result = sound::compare(
-        whereSourceIs(), output_, [this] { return abandoned_ || task_.cancelled(); });
+    const sound::Comparison result = compareSound();
     const bool mayGoOn = !wishes_.verifyAudio && guard_->sourceAside().isEmpty();
     if (hasChanged()) {
         return withoutProof(tr("the original has changed since it was read"), mayGoOn);
@@ -274,6 +308,9 @@ QString FileConversion::reasonToKeep() const {
     if (damaged_) {
         return tr("the tool complained of damage");
     }
+    if (untagged_) {
+        return tr("its tags could not be written");
+    }
     return !losses_.isEmpty() && !wishes_.acceptLosses ? tr("not all of it is in the output")
                                                        : QString();
 }
@@ -294,7 +331,8 @@ void FileConversion::removeSource() {
     const QString reason = reasonToKeep();
     if (!reason.isEmpty()) {
         task_.addWarning(tr("the original was kept: %1").arg(reason));
-        if (kept_ && unproven_.isEmpty() && !damaged_ && FileIdentity::of(output_)) {
+        if (kept_ && unproven_.isEmpty() && !damaged_ && !untagged_ &&
+            FileIdentity::of(output_)) {
             kept_->add({source_, *before_, output_, *FileIdentity::of(output_)});
         }
         return;

@@ -2,6 +2,7 @@
 
 #include "engine/OutputGuard.h"
 #include "platform/FileIdentity.h"
+#include "platform/SoundProof.h"
 
 #include <QString>
 #include <QStringList>
@@ -113,9 +114,11 @@ private:
     bool isOutputThere();
     bool isAllRead();
     bool writeTags();
+    bool isWholeWithoutTags();
     bool haveHeadersOfOneSound();
     bool isProofNeeded() const;
     Proof proof();
+    sound::Comparison compareSound();
     Proof withoutProof(const QString& why, bool mayGoOn);
     void fail(const QString& reason);
     void noteLosses();
@@ -135,6 +138,8 @@ private:
     std::mutex guardLock_; ///< for its coming and going, of which `stillAtWork` knows nothing
     std::optional<FileIdentity> before_; ///< the source when the work began
     QString unproven_;                   ///< why the sound could not be compared
+    bool proven_ = false;                ///< it has been compared, and is the same
+    bool untagged_ = false;              ///< the tags could not be written
     QStringList losses_;
     bool damaged_ = false;
     std::atomic<bool> abandoned_ = false;

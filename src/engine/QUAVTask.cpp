@@ -300,7 +300,7 @@ void QUAVTask::setGuiFields() {
     if (cancelled_) {
         row_.mainLine = rowText("Canceled");
         row_.mainLineColour = TaskRow::Colour::Red;
-    } else if (error_) {
+    } else if (error()) {
         qWarning().noquote() << description() << "Error";
         row_.statusLine = rowText("Error");
         row_.mainLineColour = TaskRow::Colour::Red;

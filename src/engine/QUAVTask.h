@@ -73,7 +73,8 @@ public:
     bool isActive() const { return active_; }
     bool isDone() const { return done_; }
     bool cancelled() const { return cancelled_; }
-    bool error() const { return error_; }
+    /// Whether the task failed. One that was cancelled did not, whatever became of its work.
+    bool error() const { return error_ && !cancelled_; }
     void setError(bool error) { error_ = error; }
     /// Marks the task as failed, with a sentence for its report and its reason. Any thread.
     void failBecause(const QString& reason);
