@@ -113,8 +113,6 @@ void FileConversion::conclude() {
         !copyModificationTime(whereSourceIs(), output_)) {
         task_.addWarning(tr("the output could not be given the time of its source"));
     }
-    // Before the state of the output is remembered.
-    access.reset();
     // Before anything goes that could be read again: so far the output may only be in memory.
     if (guard_->hasAside() || wantsDeletion()) {
         if (const auto reached = reachDisk(output_); !reached) {
@@ -124,6 +122,7 @@ void FileConversion::conclude() {
             return;
         }
     }
+    access.reset(); // before the state of the output is remembered
     commit();
     removeSource();
 }

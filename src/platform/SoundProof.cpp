@@ -4,9 +4,11 @@
 #include "audio/file/Completeness.h"
 #include "audio/pcm/Digest.h"
 #include "audio/pcm/Failure.h"
+#include "platform/RegularFile.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QtEndian>
 
 #include <tl/expected.hpp>
 
@@ -67,6 +69,21 @@ tl::expected<audio::AudioFile, Trouble> open(const QString& path, bool learnsLen
         settings.learnsLength = learnsLength;
         return audio::AudioFile::open(pathOf(path), settings);
     });
+}
+
+/// Whether a WAV or AIFF file is shorter than it says: of what stands behind its sound, that is.
+bool isCutShort(const QString& path) {
+    static constexpr std::uint64_t header = 8;
+    const auto file = RegularFile::open(path);
+    const auto start = file.and_then([](const RegularFile& open) { return open.readAt(0, header); });
+    if (!start || static_cast<std::uint64_t>(start->size()) < header) {
+        return false;
+    }
+    const char* const size = start->constData() + header / 2;
+    const std::uint64_t told = start->startsWith("RIFF")   ? qFromLittleEndian<std::uint32_t>(size)
+                               : start->startsWith("FORM") ? qFromBigEndian<std::uint32_t>(size)
+                                                           : 0;
+    return told != UINT32_MAX && told > 0 && told + header > file->size();
 }
 
 /// What two numbers say when they differ, else nothing.
@@ -181,6 +198,9 @@ Comparison compare(const QString& source, const QString& output,
     const auto to = open(output, true);
     if (!to) {
         return {Answer::Torn, to.error().why, {}};
+    }
+    if (isCutShort(output)) {
+        return {Answer::Torn, tr("“%1” ends before its header says it does").arg(output), {}};
     }
     const QString unequal = difference(from->wave(), to->wave());
     if (!unequal.isEmpty()) {
