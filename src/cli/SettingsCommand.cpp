@@ -18,6 +18,7 @@ QString defaultText(const SettingDefinition& definition) {
 QJsonValue typedValue(const SettingDefinition& definition, const Settings& settings) {
     switch (definition.type) {
     case SettingType::Integer:
+    case SettingType::Switch:
         return settings.integer(definition.key);
     case SettingType::Boolean:
         return settings.boolean(definition.key);

@@ -3,9 +3,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QStandardPaths>
+#include <QStringList>
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -17,15 +19,20 @@ constexpr int anyInteger = std::numeric_limits<int>::max();
 
 SettingDefinition integerSetting(const char* key, int value, int least = 0,
                                  int greatest = anyInteger) {
-    return {QLatin1StringView(key), SettingType::Integer, value, least, greatest};
+    return {QLatin1StringView(key), SettingType::Integer, value, value, least, greatest};
+}
+
+SettingDefinition switchSetting(const char* key, int value, int inDoubt = 0) {
+    return {QLatin1StringView(key), SettingType::Switch, value, inDoubt};
 }
 
 SettingDefinition booleanSetting(const char* key, bool value) {
-    return {QLatin1StringView(key), SettingType::Boolean, value};
+    return {QLatin1StringView(key), SettingType::Boolean, value, value};
 }
 
 SettingDefinition textSetting(const char* key, const char* value) {
-    return {QLatin1StringView(key), SettingType::Text, QString::fromLatin1(value)};
+    const QString text = QString::fromLatin1(value);
+    return {QLatin1StringView(key), SettingType::Text, text, text};
 }
 
 const auto& table() {
@@ -44,20 +51,22 @@ const auto& table() {
         integerSetting("lossyComboLevel", 160),
         integerSetting("opusFrameSizeIndex", 3),
         integerSetting("SUScheduledCheckInterval", 604800),
-        integerSetting("trashOrDelete", 0, 0, 1),
+        // Whoever wrote something unreadable here wanted something else than the default, and what
+        // lies in the trash can be had back.
+        switchSetting("trashOrDelete", 0, 1),
         integerSetting("lameStereoOption", 1),
         integerSetting("lameQValue", 3),
         textSetting("aacCodecQuality", "Max"),
         textSetting("ffpExtension", "ffp.txt"),
-        integerSetting("flacVerifyButton", 0, 0, 1),
-        integerSetting("flacKeepForeignMetadataButton", 0, 0, 1),
-        integerSetting("flacGenerateFFPButton", 0, 0, 1),
+        switchSetting("flacVerifyButton", 0),
+        switchSetting("flacKeepForeignMetadataButton", 0),
+        switchSetting("flacGenerateFFPButton", 0),
         booleanSetting("warnOnDelete", true),
         booleanSetting("warnOnFilesSkipped", true),
         booleanSetting("checksumFileUsesOutputDirName", false),
-        integerSetting("encodeToSourceDirectory", 0, 0, 1),
-        integerSetting("decodeToSourceDirectory", 0, 0, 1),
-        integerSetting("encodeLossyToSourceDirectory", 0, 0, 1),
+        switchSetting("encodeToSourceDirectory", 0),
+        switchSetting("decodeToSourceDirectory", 0),
+        switchSetting("encodeLossyToSourceDirectory", 0),
         textSetting("incomingSurroundOrder", "L R C LFE LS RS (STANDARD)"),
         booleanSetting("noPaddingFlacTags", false),
         textSetting("cdProviderText", ""),
@@ -67,21 +76,47 @@ const auto& table() {
     return definitions;
 }
 
+/// Whether something is on: any number but 0 is, and so are the words for it.
+std::optional<bool> asSwitch(const QString& text) {
+    static const QStringList on{QStringLiteral("true"), QStringLiteral("yes"),
+                                QStringLiteral("on")};
+    static const QStringList off{QStringLiteral("false"), QStringLiteral("no"),
+                                 QStringLiteral("off")};
+    if (on.contains(text, Qt::CaseInsensitive)) {
+        return true;
+    }
+    if (off.contains(text, Qt::CaseInsensitive)) {
+        return false;
+    }
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    return isNumber ? std::optional(number != 0) : std::nullopt;
+}
+
+/// A whole number, which may be written with decimals that are all 0.
+std::optional<int> asInteger(const QString& text, int least, int greatest) {
+    bool isNumber = false;
+    const double number = text.toDouble(&isNumber);
+    const bool fits = isNumber && number == std::trunc(number) && number >= least &&
+                      number <= greatest;
+    return fits ? std::optional(static_cast<int>(number)) : std::nullopt;
+}
+
 /// The value as the definition's type, or nothing when it is none of that type or out of range.
 std::optional<QVariant> asTyped(const SettingDefinition& definition, const QVariant& value) {
+    if (!value.isValid()) {
+        return std::nullopt;
+    }
     const QString text = value.toString().trimmed();
     switch (definition.type) {
-    case SettingType::Integer: {
-        bool isNumber = false;
-        const int number = text.toInt(&isNumber);
-        const bool fits = isNumber && number >= definition.least && number <= definition.greatest;
-        return fits ? std::optional<QVariant>(number) : std::nullopt;
+    case SettingType::Integer:
+        return asInteger(text, definition.least, definition.greatest);
+    case SettingType::Switch: {
+        const std::optional<bool> on = asSwitch(text);
+        return on ? std::optional<QVariant>(*on ? 1 : 0) : std::nullopt;
     }
     case SettingType::Boolean:
-        if (text == u"true" || text == u"1") {
-            return true;
-        }
-        return text == u"false" || text == u"0" ? std::optional<QVariant>(false) : std::nullopt;
+        return asSwitch(text);
     case SettingType::Text:
         // A comma that was written by hand and not quoted makes a list of the text.
         return value.toStringList().join(QStringLiteral(", "));
@@ -92,6 +127,9 @@ std::optional<QVariant> asTyped(const SettingDefinition& definition, const QVari
 QString whatItTakes(const SettingDefinition& definition) {
     if (definition.type == SettingType::Boolean) {
         return QCoreApplication::translate("Settings", "true or false");
+    }
+    if (definition.type == SettingType::Switch) {
+        return QCoreApplication::translate("Settings", "0 or 1");
     }
     if (definition.greatest == anyInteger) {
         return QCoreApplication::translate("Settings", "a whole number from %1 on")
@@ -147,10 +185,12 @@ QVariant Settings::stored(QLatin1StringView key) const {
     const SettingDefinition* known = definition(QString(key));
     Q_ASSERT_X(known, "Settings", key.data());
     const std::lock_guard lock(mutex_);
-    const QVariant value =
-        inMemory_ && inMemory_->contains(key) ? inMemory_->value(key) : store_.value(key);
-    return value.isValid() ? asTyped(*known, value).value_or(known->defaultValue)
-                           : known->defaultValue;
+    const bool isOfThisRun = inMemory_ && inMemory_->contains(key);
+    if (!isOfThisRun && !store_.contains(key)) {
+        return known->defaultValue;
+    }
+    const QVariant value = isOfThisRun ? inMemory_->value(key) : store_.value(key);
+    return asTyped(*known, value).value_or(known->inDoubt);
 }
 
 int Settings::integer(QLatin1StringView key) const {

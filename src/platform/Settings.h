@@ -14,14 +14,20 @@
 
 namespace quav {
 
-enum class SettingType { Integer, Boolean, Text };
+enum class SettingType {
+    Integer,
+    Switch, ///< an integer of which only 0 and not 0 count; it reads as 0 or 1
+    Boolean,
+    Text
+};
 
-/// One setting: its name in the file, its type, what it is until the user changes it, and the
-/// least and greatest value of an integer.
+/// One setting: its name in the file, its type, what it is until the user changes it, what it is
+/// when nobody can tell what the file means by it, and the least and greatest value of an integer.
 struct SettingDefinition {
     QLatin1StringView key;
     SettingType type;
     QVariant defaultValue;
+    QVariant inDoubt;
     int least = 0;
     int greatest = 0;
 };

@@ -83,31 +83,57 @@ private Q_SLOTS:
     }
 
     void settingsHaveTheirTypes_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("accepted");
-        row("integer", "maxThreads", "8", true);
-        row("no number", "maxThreads", "many", false);
-        row("too low", "maxThreads", "0", false);
-        row("too high", "encodeFlacLevel", "9", false);
-        row("boolean", "warnOnDelete", "false", true);
-        row("no boolean", "warnOnDelete", "perhaps", false);
-        row("text", "ffpExtension", "größe, \"%f\"", true);
-        row("unknown", "noSuchKey", "1", false);
+        quav::test::columns<QString, QString, bool, QString>("key", "value", "accepted", "read");
+        row("integer", "maxThreads", "8", true, "8");
+        row("whole, with decimals", "maxThreads", "8.0", true, "8");
+        row("between two integers", "maxThreads", "2.5", false, "2");
+        row("no number", "maxThreads", "many", false, "2");
+        row("too low", "maxThreads", "0", false, "2");
+        row("negative", "maxThreads", "-1", false, "2");
+        row("beyond an integer", "maxThreads", "99999999999", false, "2");
+        row("no integer but a word", "encodeFlacLevel", "true", false, "5");
+        row("too high", "encodeFlacLevel", "9", false, "5");
+        row("boolean", "warnOnDelete", "false", true, "false");
+        row("boolean, another word", "keepModificationTime", "YES", true, "true");
+        row("boolean as a number", "verifyBeforeDelete", "0", true, "false");
+        row("no boolean", "warnOnDelete", "perhaps", false, "true");
+        for (const char* key : {"flacVerifyButton", "flacKeepForeignMetadataButton",
+                                "flacGenerateFFPButton", "encodeToSourceDirectory",
+                                "decodeToSourceDirectory", "encodeLossyToSourceDirectory"}) {
+            row(key, key, "2", true, "1");
+        }
+        for (const char* on : {"1", "2", "-1", "0.5", "99999999999", "true", "YES", "On"}) {
+            row(on, "trashOrDelete", on, true, "1");
+        }
+        for (const char* off : {"0", "00", "-0", "0.0", "false", "NO"}) {
+            row(off, "trashOrDelete", off, true, "0");
+        }
+        for (const char* doubtful : {"", "perhaps", "0 files", "0,0", "@Invalid()"}) {
+            row(*doubtful ? doubtful : "empty", "trashOrDelete", doubtful, false, "1");
+        }
+        row("text", "ffpExtension", "größe, \"%f\"", true, "größe, \"%f\"");
+        row("unknown", "noSuchKey", "1", false, "");
     }
     void settingsHaveTheirTypes() {
         QFETCH(QString, key);
         QFETCH(QString, value);
         QFETCH(bool, accepted);
+        QFETCH(QString, read);
         const QTemporaryDir dir;
         const QString file = dir.filePath(u"quav.ini"_s);
         const SettingDefinition* known = Settings::definition(key);
         QCOMPARE(Settings(file).setFromText(key, value).has_value(), accepted);
-        if (known) {
-            const Settings reopened(file);
-            QCOMPARE(reopened.text(known->key), accepted ? value : known->defaultValue.toString());
-        }
         QCOMPARE(QFile::exists(file), accepted);
+        if (!known) {
+            return;
+        }
+        if (accepted) {
+            QCOMPARE(Settings(file).text(known->key), read);
+        }
+        if (known->type != SettingType::Text) {
+            write(file, u"[General]\n%1=%2\n"_s.arg(key, value).toUtf8());
+            QCOMPARE(Settings(file).text(known->key), read);
+        }
     }
 
     void defaultsAreNotWrittenAndResetForgets() {
