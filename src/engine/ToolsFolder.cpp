@@ -14,23 +14,9 @@ namespace quav {
 
 namespace {
 
-constexpr std::array tools{
-    ToolDefinition{"flac", "flac", "--version"},
-    ToolDefinition{"metaflac", "flac", "--version"},
-    ToolDefinition{"wavpack", "wavpack", "--version"},
-    ToolDefinition{"wvunpack", "wavpack", "--version"},
-    ToolDefinition{"lame", "lame", "--version"},
-    ToolDefinition{"opusdec", "opus-tools", "--version"},
-    ToolDefinition{"opusenc", "opus-tools", "--version"},
-    ToolDefinition{"AtomicParsley", "atomicparsley", "--version"},
-    ToolDefinition{"sox", "sox", "--version"},
-    ToolDefinition{"cdda2wav", "icedax", "--version"},
-    ToolDefinition{"mkisofs", "genisoimage", "--version"},
-    ToolDefinition{"shntool", "quav", "--version"},
-    ToolDefinition{"ttaenc", "quav", "--version"},
-    ToolDefinition{"mac", "quav", "--version"},
-    ToolDefinition{"shorten", "quav", "--version"},
-};
+constexpr auto tools = std::to_array<ToolDefinition>({
+#include "engine/Tools.inc"
+});
 
 bool isUtf8Locale(const QProcessEnvironment& environment) {
     for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {

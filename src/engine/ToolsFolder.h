@@ -11,6 +11,7 @@ namespace quav {
 /// A command-line tool that the program drives.
 struct ToolDefinition {
     const char* name;            ///< the name in the tools folder
+    const char* program;         ///< what it is called in the package
     const char* package;         ///< the Debian package that has it
     const char* versionArgument; ///< makes it print its version and end
 };

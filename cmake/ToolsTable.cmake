@@ -1,0 +1,21 @@
+# Reads the table of tools. Sets QUAV_TOOLS to the names of those that come from other packages,
+# QUAV_TOOL_PROGRAM_<name> to what a link of that name leads to, and QUAV_TOOL_PACKAGES to the
+# packages, each once.
+function(quav_read_tools table)
+  set(tools)
+  set(packages)
+  file(STRINGS ${table} lines REGEX "^{")
+  foreach(line IN LISTS lines)
+    if(NOT line MATCHES [[^{"([^"]+)", "([^"]+)", "([^"]+)", "([^"]+)"},$]])
+      message(FATAL_ERROR "${table}: no line of a tool: ${line}")
+    endif()
+    if(NOT CMAKE_MATCH_3 STREQUAL quav)
+      list(APPEND tools ${CMAKE_MATCH_1})
+      list(APPEND packages ${CMAKE_MATCH_3})
+      set(QUAV_TOOL_PROGRAM_${CMAKE_MATCH_1} ${CMAKE_MATCH_2} PARENT_SCOPE)
+    endif()
+  endforeach()
+  list(REMOVE_DUPLICATES packages)
+  set(QUAV_TOOLS ${tools} PARENT_SCOPE)
+  set(QUAV_TOOL_PACKAGES ${packages} PARENT_SCOPE)
+endfunction()
