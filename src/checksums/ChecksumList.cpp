@@ -171,11 +171,6 @@ constexpr std::array<char16_t, 32> windowsCharacters{
     0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
     0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
 
-/// Names without an extension that lists have by custom: "MD5SUMS".
-bool isNameOfList(const QString& path) {
-    return pathExtension(path).isEmpty() && spellings::kindNamedIn(lastPathComponent(path));
-}
-
 QString fromWindows1252(const QByteArray& bytes) {
     constexpr char16_t first = 0x80;
     QString text = QString::fromLatin1(bytes);
@@ -187,6 +182,11 @@ QString fromWindows1252(const QByteArray& bytes) {
         }
     }
     return text;
+}
+
+/// Names without an extension that lists have by custom: "MD5SUMS".
+bool isNameOfList(const QString& path) {
+    return pathExtension(path).isEmpty() && spellings::kindNamedIn(lastPathComponent(path));
 }
 
 } // namespace

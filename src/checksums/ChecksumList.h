@@ -24,7 +24,7 @@ struct Entry {
 };
 
 struct KindAndEntry {
-    ChecksumKind kind;
+    ChecksumKind kind = ChecksumKind::Md5;
     Entry entry;
 };
 

@@ -180,6 +180,12 @@ struct Misspelt {
     }
 };
 
+/// Whether a file has the digest that a strict reader expects, so that something else is wrong. A
+/// folder in front of the name makes the entry another one to him, for some kinds.
+bool isStrictlyRight(const checksumlist::Line& line, const Verdict& verdict) {
+    return line.strict && line.strict->digest == verdict.found && !line.strict->name.contains(u'/');
+}
+
 } // namespace
 
 /// Tells, once for the whole list, that another reading would do better. No file is read for it.
@@ -191,11 +197,9 @@ void VerifyListTask::noteOtherSpellings(const checksumlist::List& list) {
     for (size_t i = 0; i < verdicts_.size(); ++i) {
         const Line& line = list.lines[i];
         Verdict& verdict = verdicts_[i];
-        const bool isDamaged = verdict.kind == Verdict::Kind::Failed && !verdict.note.isEmpty();
-        if (verdict.kind == Verdict::Kind::Ok || isDamaged) {
-            continue;
-        }
-        const auto other = checksumlist::otherReading(kind_, line.text);
+        const auto other = verdict.kind == Verdict::Kind::Ok || isStrictlyRight(line, verdict)
+                               ? std::nullopt
+                               : checksumlist::otherReading(kind_, line.text);
         if (!other) {
             continue;
         }
@@ -204,7 +208,8 @@ void VerifyListTask::noteOtherSpellings(const checksumlist::List& list) {
             misspelt.checkable += QFileInfo::exists(path) ? 1 : 0;
         } else if (other->kind == kind_ && verdict.found == other->entry.digest) {
             verdict.onlySpelling = true;
-            verdict.note = tr("it differs only in its spelling");
+            verdict.note += (verdict.note.isEmpty() ? QString() : QStringLiteral("; ")) +
+                            tr("it differs only in its spelling");
             ++misspelt.matching;
         }
     }
