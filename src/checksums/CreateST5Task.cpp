@@ -161,9 +161,8 @@ QStringList CreateST5Task::entries() const {
 Verdicts CreateST5Task::verdicts() const {
     Verdicts verdicts;
     for (const HashRun& run : runs_) {
-        for (const auto& [file, words] : run.remarks()) {
-            const auto kind =
-                toolwords::tellsOfDamage(words) ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
+        for (const auto& [file, words, isDamage] : run.remarks()) {
+            const auto kind = isDamage ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
             verdicts.push_back(
                 {fileName(), file.isEmpty() ? fileName() : file, kind, {}, {}, words});
         }

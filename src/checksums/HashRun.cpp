@@ -5,7 +5,6 @@
 #include "platform/PathNames.h"
 
 #include <QCoreApplication>
-#include <QSet>
 
 #include <algorithm>
 #include <iterator>
@@ -161,36 +160,42 @@ QStringList HashRun::words() const {
     const auto all = remarks();
     const bool saysWhy = !complaints_.isEmpty() &&
                          std::none_of(all.begin(), all.end(), [this](const Remark& remark) {
-                             return remark.second == failure_;
+                             return remark.words == failure_;
                          });
     return saysWhy || failure_.isEmpty() ? complaints_ : complaints_ + QStringList{failure_};
 }
 
 std::vector<HashRun::Remark> HashRun::remarks() const {
     std::vector<Remark> all;
-    QSet<QString> named;
+    QHash<std::size_t, std::size_t> places; // of the remarks, by the place of their file's name
     for (const QString& complaint : complaints_) {
         if (isHashed(complaint)) {
             continue;
         }
         const auto index = indexIn(complaint);
-        const QString file =
-            index ? joinPath(folder_, names_[static_cast<qsizetype>(*index)]) : QString();
-        if (file.isEmpty() || !named.contains(file)) {
-            all.emplace_back(file, complaint);
-            named.insert(file);
+        if (!index || !places.contains(*index)) {
+            all.push_back({index ? pathOf(*index) : QString(), complaint});
         }
+        const std::size_t last = all.size() - 1;
+        const std::size_t place = index ? places.value(*index, last) : last;
+        if (index) {
+            places.insert(*index, place);
+        }
+        all[place].isDamage = all[place].isDamage || toolwords::tellsOfDamage(complaint);
     }
-    for (qsizetype i = 0; i < names_.size(); ++i) {
-        const QString file = joinPath(folder_, names_[i]);
-        if (!hashed_[static_cast<std::size_t>(i)] && !named.contains(file)) {
-            all.emplace_back(
-                file, failure_.isEmpty()
-                          ? QCoreApplication::translate("HashRun", "shntool gave no digest of it")
-                          : failure_);
+    for (std::size_t index = 0; index < hashed_.size(); ++index) {
+        if (!hashed_[index] && !places.contains(index)) {
+            all.push_back({pathOf(index), failure_.isEmpty()
+                                              ? QCoreApplication::translate(
+                                                    "HashRun", "shntool gave no digest of it")
+                                              : failure_});
         }
     }
     return all;
+}
+
+QString HashRun::pathOf(std::size_t index) const {
+    return joinPath(folder_, names_[static_cast<qsizetype>(index)]);
 }
 
 } // namespace quav

@@ -45,7 +45,11 @@ public:
 
     /// Each file that has no entry, and why; what else was complained of. A complaint that names no
     /// file comes without one.
-    using Remark = std::pair<QString, QString>;
+    struct Remark {
+        QString file;
+        QString words;
+        bool isDamage = false;
+    };
     std::vector<Remark> remarks() const;
 
     /// What the tool has to say of files that have their entries all the same.
@@ -58,6 +62,7 @@ private:
     bool add(const QString& name, std::size_t place);
     std::optional<std::size_t> indexIn(const QString& complaint) const;
     bool isHashed(const QString& complaint) const;
+    QString pathOf(std::size_t index) const;
     qsizetype mostLines() const;
 
     QString folder_;

@@ -1,5 +1,6 @@
 #include "checksums/FileHash.h"
 
+#include "checksums/MD5Helper.h"
 #include "platform/OrderedWork.h"
 #include "support/AudioFixtures.h"
 #include "support/Table.h"
@@ -72,6 +73,21 @@ class FileHashTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void oneFileHasItsDigestOrNone() {
+        const QTemporaryDir folder;
+        for (const qsizetype size : {0, 1, (1 << 20) - 1, 1 << 20, (1 << 20) + 1, 3 << 20}) {
+            const QByteArray bytes = randomBytes(size, 5);
+            QCOMPARE(MD5Helper::getMD5FromFile(written(folder, u"f"_s, bytes)),
+                     QString::fromLatin1(
+                         QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex()));
+        }
+        const QString pipe = folder.filePath(u"pipe"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), S_IRUSR | S_IWUSR), 0);
+        for (const QString& none : {folder.path(), folder.filePath(u"gone"_s), pipe}) {
+            QCOMPARE(MD5Helper::getMD5FromFile(none), QString());
+        }
+    }
+
     void lanesAgreeWithTheLibrary_data() {
         columns<size_t>("kernel");
         for (size_t kernel = 0; kernel < md5lanes::kernels().size(); ++kernel) {
