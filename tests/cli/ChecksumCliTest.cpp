@@ -152,6 +152,38 @@ private Q_SLOTS:
         QCOMPARE(warnings("old.md5” is an MD5 list, too: its entry will fail once"), 1);
     }
 
+    void theLastLineHasAllCounts_data() {
+        columns<QString, QString, int, QString>("without", "arguments", "status", "says");
+        row("files", "", "verify in/l.md5", 1,
+            "1 ok, 1 failed, 1 missing, 1 could not be read; tasks: 1 done, warnings: ");
+        row("tasks, too", "", "test in/a.flac in/b.flac", 1,
+            "1 ok, 1 failed, 0 missing, 0 could not be read; tasks: 1 done, 1 failed, warnings: ");
+        row("no files", "", "create --kind ffp --beside in/sub/c.flac", 0,
+            "1 done, 0 failed, 0 cancelled, warnings: ");
+        row("a missing tool", "shntool", "verify in/l.md5 in/l.st5", 1,
+            "1 ok, 1 failed, 1 missing, 2 could not be read; tasks: 1 done, 1 failed, warnings: ");
+    }
+    void theLastLineHasAllCounts() {
+        QFETCH(QString, without);
+        QFETCH(QString, arguments);
+        QFETCH(QString, says);
+        const Cli cli;
+        const QString flac = cli.flac(u"a.flac"_s);
+        QVERIFY(writeFile(cli.in(u"b.flac"_s), "no sound"));
+        QVERIFY(writeFile(cli.in(u"sub/c.flac"_s), contents(flac)));
+        const QByteArray digest = cli.shell(u"md5sum in/a.flac"_s).output.first(32);
+        writeFile(cli.in(u"l.md5"_s),
+                  digest + " *a.flac\n" + digest + " *b.flac\n" + digest + " *no\nx\n");
+        writeFile(cli.in(u"l.st5"_s), digest + "  [shntool]  a.flac\n");
+        QVERIFY(without.isEmpty() || QFile::remove(cli.tool(without)));
+        const Ran ran = checksum(words(arguments));
+        QTEST(ran.status, "status");
+        const QStringList lines = QString::fromUtf8(ran.errors).trimmed().split(u'\n');
+        QVERIFY2(lines.last().startsWith(says), ran.errors.constData());
+        QCOMPARE(lines.filter(u" failed, "_s).size(), 1);
+        QCOMPARE(ran.errors.contains("“quav” brings it"), !without.isEmpty());
+    }
+
     void whatCannotBeDoneIsSaid_data() {
         columns<QString, int, QString>("arguments", "status", "says");
         row("where to", "create --kind md5 in", 2, "--save PATH or --beside");
