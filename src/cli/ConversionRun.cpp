@@ -33,7 +33,8 @@ void ConversionRun::tellOfNoKind() {
     for (const QString& path : namedFiles()) {
         if (tab().files().contains(path) && tab().isOfNoKind(path)) {
             noteUnusable();
-            terminal().say(tr("“%1” is of no kind that can be converted and is skipped.").arg(path));
+            terminal().say(
+                tr("“%1” is of no kind that can be converted and is skipped.").arg(path));
         }
     }
 }

@@ -330,8 +330,7 @@ void FileConversion::removeSource() {
     const QString reason = reasonToKeep();
     if (!reason.isEmpty()) {
         task_.addWarning(tr("the original was kept: %1").arg(reason));
-        if (kept_ && unproven_.isEmpty() && !damaged_ && !untagged_ &&
-            FileIdentity::of(output_)) {
+        if (kept_ && unproven_.isEmpty() && !damaged_ && !untagged_ && FileIdentity::of(output_)) {
             kept_->add({source_, *before_, output_, *FileIdentity::of(output_)});
         }
         return;

@@ -75,7 +75,8 @@ tl::expected<audio::AudioFile, Trouble> open(const QString& path, bool learnsLen
 bool isCutShort(const QString& path) {
     static constexpr std::uint64_t header = 8;
     const auto file = RegularFile::open(path);
-    const auto start = file.and_then([](const RegularFile& open) { return open.readAt(0, header); });
+    const auto start =
+        file.and_then([](const RegularFile& open) { return open.readAt(0, header); });
     if (!start || static_cast<std::uint64_t>(start->size()) < header) {
         return false;
     }
@@ -199,9 +200,6 @@ Comparison compare(const QString& source, const QString& output,
     if (!to) {
         return {Answer::Torn, to.error().why, {}};
     }
-    if (isCutShort(output)) {
-        return {Answer::Torn, tr("“%1” ends before its header says it does").arg(output), {}};
-    }
     const QString unequal = difference(from->wave(), to->wave());
     if (!unequal.isEmpty()) {
         return {Answer::Different, unequal, {}};
@@ -216,7 +214,12 @@ Comparison compare(const QString& source, const QString& output,
     if (!streams) {
         return troubled(streams.error());
     }
-    return compareSamples(std::move(*streams->first), std::move(*streams->second), stop);
+    Comparison samples =
+        compareSamples(std::move(*streams->first), std::move(*streams->second), stop);
+    if (samples.answer == Answer::Equal && isCutShort(output)) {
+        return {Answer::Torn, tr("“%1” ends before its header says it does").arg(output), {}};
+    }
+    return samples;
 }
 
 Comparison compareHeaders(const QString& source, const QString& output) {

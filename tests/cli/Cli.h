@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <unistd.h>
 #include <vector>
 
 namespace quav::test {
@@ -56,6 +57,23 @@ public:
     Ran run(const QString& arguments) const { return test::run(program(), words(arguments)); }
     Ran encode(const QString& arguments) const { return run(u"encode --to flac "_s + arguments); }
     Ran decode(const QString& arguments) const { return run(u"decode --to wav "_s + arguments); }
+    /// Runs it as somebody who is not root. Where we are, the place must have been given away.
+    Ran runAsOrdinaryUser(const QString& arguments) const {
+        if (geteuid() != 0) {
+            return run(arguments);
+        }
+        return test::run(u"setpriv"_s, words(u"--reuid=%1 --regid=%1 --clear-groups"_s.arg(nobody))
+                                           << tool(u"quav-cli"_s) << words(arguments));
+    }
+    /// Gives everything here to that user, and a copy of the program, since not everybody may be
+    /// able to enter the folder where it was built.
+    void giveAway() const {
+        if (geteuid() == 0) {
+            QFile::copy(program(), tool(u"quav-cli"_s));
+            test::run(u"chown"_s, {u"-R"_s, nobody, folder_.path(), config_.path(), tools_.path()});
+        }
+    }
+
     Ran shell(const QString& script) const { return test::run(u"sh"_s, {u"-c"_s, script}); }
 
     QString wav(const QString& name, unsigned seed = 1) const {
@@ -77,6 +95,8 @@ public:
     }
 
 private:
+    inline static const QString nobody = u"65534"_s;
+
     QTemporaryDir folder_;
     QTemporaryDir config_;
     QTemporaryDir tools_;

@@ -1,7 +1,9 @@
 #include "cli/Cli.h"
 #include "support/Table.h"
 
+#include <QDateTime>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <unistd.h>
@@ -80,6 +82,94 @@ private Q_SLOTS:
         QCOMPARE(outputs, status == 0 ? QStringList(u"x.wav"_s) : QStringList());
     }
 
+    void whatAnOrdinaryUserMayNotDoCostsNothing_data() {
+        columns<QString, QString, int, QString, QString, QString>("before", "arguments", "status",
+                                                                  "told", "made", "left");
+        const QString a = u"encode --to flac --delete-originals --yes --output out in/a.wav"_s;
+        const QString x = u"decode --to wav --delete-originals --yes --output out in/x.flac"_s;
+        const QString beside = u"encode --to flac --delete-originals --yes --beside "_s;
+        row("read-only WAV", "chmod 444 in/a.wav", a, 0, "1 done", "out/a.flac", "in/x.flac");
+        row("read-only FLAC", "chmod 444 in/x.flac", x, 0, "1 done", "out/x.wav", "in/a.wav");
+        row("read-only, in its place", "chmod 444 in/x.flac", beside + u"in/x.flac"_s, 0, "1 done",
+            "in/x.flac", "in/a.wav");
+        row("somebody else's", "chown 0 in/a.wav; chmod 444 in/a.wav", a, 0, "1 done", "out/a.flac",
+            "in/x.flac");
+        row("not for its owner", "chown 0 in/a.wav; chmod 044 in/a.wav", a, 0, "1 done",
+            "out/a.flac", "in/x.flac");
+        row("unreadable", "chmod 0 in/a.wav", a, 1,
+            "failed: a.wav: ERROR: can't open input file DIR/in/a.wav: Permission denied", "",
+            "in/a.wav in/x.flac");
+        row("output folder", "chmod 555 out", a, 2,
+            "The output folder “DIR/out” cannot be written to.", "", "in/a.wav in/x.flac");
+        row("source folder", "chmod 555 in", a, 0,
+            "warning: a.wav: the original could not be deleted and is still there", "out/a.flac",
+            "in/a.wav in/x.flac");
+        row("one folder of two", "mkdir b; mv in/x.flac b; chown 65534 b; chmod 555 in",
+            beside + u"in b/x.flac"_s, 1, "They were left out.\nDIR/in/a.wav\n", "b/x.flac",
+            "in/a.wav");
+    }
+    void whatAnOrdinaryUserMayNotDoCostsNothing() {
+        QFETCH(QString, before);
+        QFETCH(QString, arguments);
+        QFETCH(QString, told);
+        QFETCH(QString, made);
+        const Cli cli;
+        cli.flac(u"x.flac"_s);
+        run(u"metaflac"_s, words(u"--set-tag=TITLE=Lied in/x.flac"_s));
+        const QByteArray music = audioMd5(cli.wav(u"a.wav"_s));
+        QVERIFY(writeFile(cli.settingsFile(), "[General]\nkeepModificationTime=true\n"));
+        cli.giveAway();
+        const auto removable = qScopeGuard([&] { cli.shell(u"chmod -R u+rwX ."_s); });
+        if (cli.shell(u"touch -d 1999-12-31T12:00:00 in/*; "_s + before).status != 0) {
+            QSKIP("only root can give a file away");
+        }
+        const auto mode = QFileInfo(words(arguments).last()).permissions();
+
+        const Ran ran = cli.runAsOrdinaryUser(arguments);
+
+        QVERIFY2(ran.errors.contains(told.replace(u"DIR"_s, cli.path({})).toUtf8()),
+                 ran.errors.constData());
+        QTEST(ran.status, "status");
+        if (!made.isEmpty()) {
+            QCOMPARE(audioMd5(made), music);
+            QVERIFY(contents(made).contains(made == u"out/a.flac" ? "ENCODER=Quav" : "Lied"));
+            QCOMPARE(QFileInfo(made).permissions(), mode);
+            QCOMPARE(QFileInfo(made).lastModified(), QDateTime(QDate(1999, 12, 31), QTime(12, 0)));
+            QVERIFY(QFile::remove(made));
+        }
+        const Ran left = cli.shell(u"find in out b -type f | sort | xargs"_s);
+        QTEST(QString::fromUtf8(left.output.trimmed()), "left");
+    }
+
+    void oneUnfitFileKeepsNoneFromBeingDone_data() {
+        columns<QString, QString>("kind", "told");
+        row("cut short", "cut", "failed: unfit.wav: ERROR: got partial sample");
+        row("32-bit float", "float", "failed: unfit.wav: ERROR: unsupported");
+        row("sound behind its header", "behind",
+            "failed: unfit.wav: “unfit.wav” was not converted");
+        row("no sound", "text", "failed: unfit.wav: ERROR");
+    }
+    void oneUnfitFileKeepsNoneFromBeingDone() {
+        QFETCH(QString, kind);
+        QFETCH(QString, told);
+        const Cli cli;
+        cli.wav(u"a.wav"_s);
+        cli.wav(u"z.wav"_s);
+        const QByteArray sound = contents(cli.wav(u"unfit.wav"_s));
+        if (kind == u"float") {
+            run(u"ffmpeg"_s, words(u"-v error -i in/a.wav -c:a pcm_f32le -y in/unfit.wav"_s));
+        } else {
+            QVERIFY(writeFile(u"in/unfit.wav"_s, kind == u"cut"      ? sound.first(40001)
+                                                 : kind == u"behind" ? sound + sound
+                                                                     : "no music at all\n"));
+        }
+        const Ran ran = cli.encode(u"--output out in"_s);
+        QVERIFY2(ran.errors.contains(told.toUtf8()), ran.errors.constData());
+        QVERIFY2(ran.errors.contains("2 done, 1 failed"), ran.errors.constData());
+        QCOMPARE(ran.status, 1);
+        QCOMPARE(cli.namesIn(u"out"_s), (QStringList{u"a.flac"_s, u"z.flac"_s}));
+    }
+
     void anOutputThatIsItsSourceKeepsTheMusic() {
         const Cli cli;
         const QString source = cli.flac(u"x.flac"_s);
@@ -121,6 +211,12 @@ private Q_SLOTS:
         row("one kind wrong", flac + u"in/a.wav x.txt"_s, 1, "a.flac", "were skipped");
         row("plan of it", flac + u"--dry-run in/a.wav x.txt"_s, 1, "", "flac -5 /");
         row("kind wrong in a folder", flac + u"mixed"_s, 0, "a.flac", "were skipped");
+        row("named of no kind", some + u"/good.flac odd/c.xyz"_s, 1, "good.wav",
+            "“DIR/odd/c.xyz” is of");
+        row("of no kind in a folder", "decode --to wav --output out odd", 0, "a.wav", "1 done");
+        row("only of no kind", "decode --to wav --output out odd/c.xyz", 2, "", "nothing to do");
+        row("plan of no kind", "decode --to wav --dry-run --output out odd", 0, "",
+            "no kind to convert: DIR/odd/c");
         row("not UTF-8", flac + raw, 2, "", "is not valid UTF-8");
         row("one not UTF-8", flac + raw + u"in"_s, 1, "a.flac", "is not valid UTF-8");
         row("one not UTF-8 in a folder", flac + u"raw"_s, 1, "a.flac", "is not valid UTF-8");
@@ -155,6 +251,8 @@ private Q_SLOTS:
             cli.wav(u"../%1/a.wav"_s.arg(folder));
         }
         QVERIFY(writeFile(u"bad/bad.flac"_s, "no music"));
+        QVERIFY(writeFile(u"odd/c.xyz"_s, contents(u"in/a.wav"_s)));
+        cli.flac(u"../odd/a.flac"_s);
         cli.flac(u"../bad/good.flac"_s);
         QVERIFY(QDir().mkdir(u"a.flac"_s) && writeFile(u"there/a.flac"_s, "precious"));
         QVERIFY(writeFile(u"x.txt"_s, "x") && writeFile(u"mixed/x.txt"_s, "x"));

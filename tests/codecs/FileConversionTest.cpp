@@ -3,12 +3,15 @@
 #include "platform/FileIdentity.h"
 #include "support/Bench.h"
 #include "support/Table.h"
+#include "tags/TagLibTagsHelper.h"
 
 #include <QDateTime>
 #include <QTest>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <unistd.h>
 
 using namespace quav;
@@ -33,6 +36,26 @@ void append(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::Append) && file.write(bytes) == bytes.size());
 }
+
+/// Lets this program and its tools write no file larger than so many bytes; 0: of any size.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(int bytes) {
+        if (bytes > 0) {
+            signal(SIGXFSZ, SIG_IGN);
+            set(static_cast<rlim_t>(bytes));
+        }
+    }
+    ~FileSizeLimit() { set(RLIM_INFINITY); }
+
+private:
+    static void set(rlim_t bytes) {
+        struct rlimit limit {};
+        getrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = std::min(bytes, limit.rlim_max);
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+};
 
 /// What a program that is killed leaves behind: `work` happens in a process that ends at once.
 void inAProcessThatIsKilled(const std::function<void()>& work) {
@@ -118,6 +141,51 @@ private Q_SLOTS:
         QCOMPARE(!bench.failed.isEmpty(), fails);
         QVERIFY2(told.contains(says), qPrintable(told));
         QCOMPARE(QFile::exists(source), fails || !says.isEmpty());
+    }
+
+    void tagsThatCannotBeWrittenCostNoSoundAndNoSource_data() {
+        test::columns<QString, int, QString>("target", "limit", "says");
+        row("too large for the target", "flac", 0, "The tags are too large for a FLAC file.");
+        row("torn by the writing, WAV", "wav", 430000, "");
+        row("torn by the writing, AIFF", "aiff", 430000, "");
+    }
+    void tagsThatCannotBeWrittenCostNoSoundAndNoSource() {
+        QFETCH(QString, target);
+        QFETCH(int, limit);
+        QFETCH(QString, says);
+        Bench bench;
+        const QString source = bench.path(limit == 0 ? u"s.wav"_s : u"s.flac"_s);
+        TagsObject tags;
+        tags.titleText = u"Lied"_s;
+        tags.commentText = QString(limit == 0 ? 9'000'000 : 90'000, u'x');
+        QVERIFY(limit == 0
+                    ? TagLibTagsHelper().writeTagsForWAVEFile(bench.wav(u"s.wav"_s), tags)
+                    : TagLibTagsHelper().writeTagsForFLACFile(bench.flac(u"s.flac"_s), tags, true));
+        bench.decode.setOutputFormat(target.toUpper());
+        quav::ConversionTab& tab =
+            limit == 0 ? static_cast<ConversionTab&>(bench.encode) : bench.decode;
+        tab.addFiles({source});
+        tab.setDeleteOriginals(true);
+        tab.setAcceptLosses(true);
+        {
+            const FileSizeLimit limited(limit);
+            bench.run(tab);
+        }
+        QVERIFY(QFile::exists(source));
+        const QString output = bench.out(u"s."_s + target);
+        QCOMPARE(bench.outputs(), limit == 0 ? QStringList(u"s.flac"_s) : QStringList());
+        QCOMPARE(bench.failed.isEmpty(), limit == 0);
+        if (limit == 0) {
+            QCOMPARE(audioMd5(output), audioMd5(source));
+            const QString told = bench.workbench.queue().warnings().join(u'\n');
+            QVERIFY2(told.contains(u"s.wav: the tags could not be written: "_s + says),
+                     qPrintable(told));
+            QVERIFY2(told.contains(u"s.wav: the original was kept"), qPrintable(told));
+            QVERIFY(bench.prompts.questions.size() == 1); // whether to delete at all
+        } else {
+            QVERIFY(
+                bench.reports.join(u'\n').contains(u"Error writing tags to file:\n"_s + output));
+        }
     }
 
     void whatTheOutputLacksIsAskedAboutOnce_data() {

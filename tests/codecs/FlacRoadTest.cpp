@@ -283,15 +283,34 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(bench.path(u"a.wav"_s)));
     }
 
-    void kindsWithoutATaskStayInTheList() {
+    void whatCannotBeConvertedStaysInTheListUnlessItIsOfNoKind() {
         Bench bench;
         const QString tta = bench.path(u"b.tta"_s);
         const QString odd = bench.path(u"c.xyz"_s);
         QVERIFY(writeWav(tta) && writeWav(odd));
         bench.decode.addFiles({tta, odd, bench.flac(u"a.flac"_s)});
         bench.run(bench.decode);
-        QCOMPARE(bench.decode.fileNames(), (QStringList{tta, odd}));
-        QCOMPARE(bench.prompts.alertMessages, QStringList{u"b.tta\nc.xyz"_s});
+        QCOMPARE(bench.decode.fileNames(), QStringList{tta});
+        QCOMPARE(bench.prompts.alertMessages, QStringList{u"b.tta"_s});
+        bench.decode.clearFiles();
+        bench.decode.addFiles({odd});
+        QCOMPARE(bench.press(bench.decode), CommandOutcome::NothingToDo);
+        QCOMPARE(bench.decode.files().rowCount(), 0);
+        QCOMPARE(bench.prompts.alerts.size(), 1);
+    }
+
+    void aFolderThatTakesNothingLeavesOutItsOwnFilesAlone() {
+        Bench bench;
+        const QString good = bench.wav(u"good/a.wav"_s);
+        const QString gone = bench.wav(u"gone/b.wav"_s);
+        bench.encode.addFiles({good, gone});
+        QDir(bench.path(u"gone"_s)).removeRecursively();
+        bench.encode.setBesideSources(true);
+        bench.run(bench.encode);
+        QVERIFY(QFile::exists(bench.path(u"good/a.flac"_s)) && bench.failed.isEmpty());
+        QCOMPARE(bench.prompts.alertMessages, QStringList{gone});
+        QCOMPARE(bench.encode.fileNames(), QStringList{gone});
+        QCOMPARE(bench.press(bench.encode), CommandOutcome::Refused);
     }
 
     void filesThatComeWhileAQuestionIsOpenStay() {

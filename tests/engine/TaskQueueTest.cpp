@@ -1,6 +1,8 @@
 #include "engine/BackgroundTask.h"
+#include "engine/QUAVAsyncNSTask.h"
 #include "engine/QUAVTask.h"
 #include "engine/QUAVTaskResults.h"
+#include "engine/StallWatch.h"
 #include "support/Rig.h"
 #include "support/Table.h"
 
@@ -11,9 +13,11 @@
 #include <memory>
 #include <numeric>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 using namespace quav;
+using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 using quav::test::Rig;
 using quav::test::row;
@@ -54,6 +58,33 @@ public:
     using HeldTask::HeldTask;
 
     void startTask() override { throw std::runtime_error("“missing-tool” could not be started"); }
+};
+
+/// Waits until it is cancelled and then gets into trouble.
+class TroubledTask : public BackgroundTask {
+public:
+    TroubledTask(TaskHost& queue, QString trouble)
+        : BackgroundTask(queue), trouble_(std::move(trouble)) {}
+
+    void killTool() override {}
+
+protected:
+    void doStartTask() override {
+        while (!stopRequested()) {
+            std::this_thread::yield();
+        }
+        if (trouble_ == u"throw") {
+            throw std::runtime_error("no more room");
+        }
+        if (trouble_ == u"reason") {
+            failBecause(u"no more room"_s);
+        } else {
+            runTool(u"sh"_s, {u"-c"_s, u"while :; do :; done"_s}, {}, [](const QString&) {});
+        }
+    }
+
+private:
+    QString trouble_;
 };
 
 using Held = std::vector<std::shared_ptr<HeldTask>>;
@@ -147,16 +178,43 @@ private Q_SLOTS:
         QCOMPARE(tasks[3]->row().statusLine, u"Waiting...");
     }
 
-    void aCancelledTaskThatAlsoFailedIsShownAsCancelled() {
+    void aCancelledTaskHasNotFailed_data() {
+        QTest::addColumn<QString>("then");
+        row("failed before", "fail");
+        row("throws afterwards", "throw");
+        row("gives a reason afterwards", "reason");
+        row("its tool is killed", "tool");
+        row("its tool stalls", "stall");
+        row("cannot be started", "start");
+    }
+    void aCancelledTaskHasNotFailed() {
+        QFETCH(QString, then);
         Rig rig(1);
-        const auto task = std::make_shared<HeldTask>(rig.queue);
+        rig.queue.stallWatch().setPatience({.look = 20ms, .stalled = 1min, .end = 200ms});
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        std::shared_ptr<QUAVTask> task;
+        if (then == u"fail" || then == u"start") {
+            task = std::make_shared<HeldTask>(rig.queue);
+        } else if (then == u"tool") {
+            task = std::make_shared<QUAVAsyncNSTask>(
+                rig.queue, rig.tools.tool(u"sh"_s), QStringList{u"-c"_s, u"while :; do :; done"_s});
+        } else {
+            task = std::make_shared<TroubledTask>(rig.queue, then);
+        }
         rig.queue.addTask(task);
         QCOMPARE(task->row().cancelButtonVisible, true);
-        task->setError(true);
+        task->setError(then == u"fail");
         task->cancelTask();
-        QTRY_COMPARE(task->row().mainLine, u"Canceled");
+        if (then == u"start") {
+            task->failToStart(u"it could not be started"_s);
+        }
+        task->killTool();
+        QTRY_COMPARE(idle.count(), 1);
+        QVERIFY(task->cancelled() && !task->error());
+        QCOMPARE(task->row().mainLine, u"Canceled");
         QCOMPARE(task->row().mainLineColour, TaskRow::Colour::Red);
         QCOMPARE(task->row().cancelButtonVisible, false);
+        QVERIFY(shownRows(rig).isEmpty());
     }
 
     void theFollowUpIsQueuedOnceWhateverTheOrder() {
