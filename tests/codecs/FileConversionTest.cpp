@@ -1,6 +1,7 @@
 #include "engine/ClaimedFolders.h"
 #include "engine/OutputGuard.h"
 #include "platform/FileIdentity.h"
+#include "platform/OwnerAccess.h"
 #include "support/Bench.h"
 #include "support/Table.h"
 #include "tags/TagLibTagsHelper.h"
@@ -347,6 +348,26 @@ private Q_SLOTS:
         QVERIFY(OutputClaim::recover(folder.path()).isEmpty());
         QVERIFY(QFile::exists(folder.filePath(u"precious"_s)));
         QVERIFY(QFile::exists(folder.filePath(u"other"_s)));
+    }
+
+    void writeProtectionIsLiftedForAMoment_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("lifted");
+        row("a file", "file", true);
+        row("a link to it", "link", false);
+    }
+    void writeProtectionIsLiftedForAMoment() {
+        QFETCH(QString, name);
+        const Bench bench;
+        const QString file = bench.written(u"file"_s, "x");
+        QVERIFY(QFile::link(file, bench.path(u"link"_s)));
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+        {
+            const OwnerAccess access(bench.path(name));
+            QTEST(QFile::permissions(file).testFlag(QFile::WriteOwner), "lifted");
+            QVERIFY(QFile::rename(file, bench.path(u"renamed"_s)));
+        }
+        QVERIFY(!QFile::permissions(bench.path(u"renamed"_s)).testFlag(QFile::WriteOwner));
     }
 
     void whatStandsAtTheOutputsPlaceIsRespected_data() {
