@@ -5,14 +5,17 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 
-#include <array>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <limits>
+#include <fcntl.h>
+#include <numeric>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -20,22 +23,50 @@ namespace quav {
 
 namespace {
 
-/// A number that stays the same during one login: the audit session where there is one, else the
-/// process session.
+constexpr std::string_view placeholder = "XXXXXXXX";
+
+/// A number that stays the same during one login, whatever program asks: the session's, else the
+/// user's.
 uint32_t loginSession() {
-    QFile file(QStringLiteral("/proc/self/sessionid"));
-    if (file.open(QIODevice::ReadOnly)) {
-        bool isNumber = false;
-        const uint session = QString::fromLatin1(file.readAll()).trimmed().toUInt(&isNumber);
-        if (isNumber && session != std::numeric_limits<uint32_t>::max()) {
-            return session;
+    const QByteArray session = qgetenv("XDG_SESSION_ID");
+    if (session.isEmpty()) {
+        return getuid();
+    }
+    bool isNumber = false;
+    const uint number = session.toUInt(&isNumber);
+    if (isNumber) {
+        return number;
+    }
+    // A session that is not numbered is called c1, c2 and so on: FNV-1a.
+    return std::accumulate(session.begin(), session.end(), 2166136261U,
+                           [](uint32_t hash, char byte) {
+                               return (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
+                           });
+}
+
+/// Replaces the placeholder, of which mkstemps would leave two characters as they are.
+void fillPlaceholder(char* at) {
+    constexpr std::string_view characters =
+        "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    std::generate_n(at, placeholder.size(), [&] {
+        return characters[QRandomGenerator::system()->bounded(
+            static_cast<quint32>(characters.size()))];
+    });
+}
+
+/// Creates a file that did not exist; gives its descriptor, or -1 with errno.
+int createNew(QByteArray& path, qsizetype placeholderAt) {
+    constexpr int mostTries = 1000;
+    int descriptor = -1;
+    for (int i = 0; i < mostTries && descriptor < 0; ++i) {
+        fillPlaceholder(path.data() + placeholderAt);
+        descriptor =
+            open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor < 0 && errno != EEXIST) {
+            break;
         }
     }
-    const pid_t session = getsid(0);
-    if (session < 0) {
-        throw std::system_error(errno, std::generic_category(), "SessionGetInfo failed");
-    }
-    return static_cast<uint32_t>(session);
+    return descriptor;
 }
 
 } // namespace
@@ -54,8 +85,9 @@ QString Util::generateTempFileName2(const QString& folder, const QString& extens
 
 QString Util::generateTempFileName(const QString& folder, const QString& extension) {
     QByteArray path = QFile::encodeName(generateTempFileName2(folder, extension));
-    const int suffix = static_cast<int>(extension.toUtf8().size()) + 1;
-    const int descriptor = mkstemps(path.data(), suffix);
+    const qsizetype suffix = QFile::encodeName(extension).size() + 1;
+    const int descriptor =
+        createNew(path, path.size() - suffix - static_cast<qsizetype>(placeholder.size()));
     if (descriptor < 0) {
         throw std::system_error(errno, std::generic_category(),
                                 "Unable to create a temporary file");

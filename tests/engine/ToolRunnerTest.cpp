@@ -10,8 +10,11 @@
 #include "support/Table.h"
 
 #include <QElapsedTimer>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <unistd.h>
 
 using namespace quav;
 using namespace Qt::StringLiterals;
@@ -246,6 +249,13 @@ private Q_SLOTS:
         QVERIFY(quavEndsWith(pattern, u"-XXXXXXXX.wav"_s));
         const qsizetype kept = pattern.size() - 12;
         QCOMPARE(first.left(kept), pattern.left(kept));
+        // One character in 62 is an X by chance; none is in five names.
+        QSet<qsizetype> left{0, 1, 2, 3, 4, 5, 6, 7};
+        for (int i = 0; i < 5; ++i) {
+            const QString name = Util::generateTempFileName(folder.path(), u"wav"_s);
+            left.removeIf([&](qsizetype at) { return name[kept + at] != u'X'; });
+        }
+        QVERIFY(left.isEmpty());
         QVERIFY(
             QRegularExpression(u"^/.*/Quav-[0-9a-f]{8}-X{8}\\.wav$"_s).match(pattern).hasMatch());
         QVERIFY_EXCEPTION_THROWN(Util::generateTempFileName(folder.path(), {}),
@@ -255,6 +265,20 @@ private Q_SLOTS:
         QVERIFY(quavStartsWith(u"abcdef"_s, u"abc"_s));
         QVERIFY(!quavStartsWith(u"abcdef"_s, {}));
         QVERIFY(!quavEndsWith(u"abcdef"_s, {}));
+    }
+
+    void temporaryNamesTellTheLogin_data() {
+        quav::test::columns<QByteArray, QString>("session", "number");
+        row("numbered", QByteArray("108587"), "0001a82b");
+        row("named", QByteArray("c2"), "8529db20");
+        row("none", QByteArray(), u"%1"_s.arg(getuid(), 8, 16, QChar(u'0')));
+    }
+    void temporaryNamesTellTheLogin() {
+        QFETCH(QByteArray, session);
+        const QByteArray before = qgetenv("XDG_SESSION_ID");
+        qputenv("XDG_SESSION_ID", session);
+        QTEST(Util::generateTempFileName2(u"/tmp"_s, u"wav"_s).section(u'-', 1, 1), "number");
+        qputenv("XDG_SESSION_ID", before);
     }
 
     void deletingFollowsTheSetting_data() {
