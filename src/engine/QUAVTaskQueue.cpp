@@ -71,6 +71,8 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
     if (taskArray_.empty()) {
         progress_.start(BatchProgress::Clock::now());
         warnings_.clear();
+        summary_ = BatchSummary();
+        desktop_.preventSuspend(tr("Audio files are being worked on"));
         stallWatch_.start();
         signOfLife_.start();
     }
@@ -132,6 +134,7 @@ void QUAVTaskQueue::taskCompleted(const std::shared_ptr<QUAVTask>& task) {
     Q_EMIT taskFinished(task);
     if (resetWhenEmpty()) {
         allowSleep();
+        desktop_.allowSuspend();
         Q_EMIT becameIdle();
     }
     Q_EMIT countsChanged();
@@ -177,6 +180,7 @@ void QUAVTaskQueue::startWaitingTasks() {
 
 void QUAVTaskQueue::noteEnd(const QUAVTask& task) {
     progress_.finish(task.weight());
+    summary_.add(task);
     for (const QString& warning : task.warnings()) {
         warnings_.add(QStringLiteral("%1: %2").arg(task.title(), warning));
     }
@@ -191,20 +195,29 @@ bool QUAVTaskQueue::nothingRuns() const {
 }
 
 void QUAVTaskQueue::tidyRows() {
+    bool failuresRemain = false;
     {
         const std::lock_guard lock(lock_);
         std::erase_if(panelArray_, [](const auto& task) { return !task->error(); });
         // The last failure stands in the top row.
         rows_.replace(Tasks(panelArray_.rbegin(), panelArray_.rend()));
-        if (!panelArray_.empty()) {
-            return;
-        }
+        failuresRemain = !panelArray_.empty();
     }
+    if (failuresRemain) {
+        desktop_.requestAttention();
+    } else {
+        tellOfTheEnd();
+    }
+}
+
+void QUAVTaskQueue::tellOfTheEnd() {
     Q_EMIT panelClosed();
     setTaskNumberInDock();
-    if (!desktop_.notify(tr("Quav task(s) completed"))) {
-        desktop_.requestAttention();
-    }
+    desktop_.notify(tr("Quav task(s) completed"), summary_.text(), [this](bool shown) {
+        if (!shown) {
+            desktop_.requestAttention();
+        }
+    });
 }
 
 void QUAVTaskQueue::showResults(const QUAVTask& task) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/BatchProgress.h"
+#include "engine/BatchSummary.h"
 #include "engine/BoundedLines.h"
 #include "engine/QUAVTask.h"
 #include "engine/ReportText.h"
@@ -85,6 +86,9 @@ public:
     /// first ten thousand.
     QStringList warnings() const { return warnings_.lines(); }
 
+    /// How the tasks ended that were queued since the queue was last idle.
+    const BatchSummary& summary() const { return summary_; }
+
     void rowChanged(const QUAVTask& task) override;
     MainThread& mainThread() override { return mainThread_; }
     const ToolsFolder& toolsFolder() const override { return tools_; }
@@ -116,6 +120,7 @@ private:
     void startWaitingTasks();
     void removeCompleted(const std::shared_ptr<QUAVTask>& task);
     void tidyRows();
+    void tellOfTheEnd();
     void showResults(const QUAVTask& task);
     void showOutputWindow(const ReportText& text, const QString& title, const Verdicts& verdicts);
     void setTaskNumberInDock();
@@ -149,6 +154,7 @@ private:
 
     TaskRowsModel rows_;
     BatchProgress progress_;
+    BatchSummary summary_;
     BoundedLines warnings_{mostWarnings};
 };
 

@@ -8,6 +8,7 @@
 #include "gui/EncodePage.h"
 #include "gui/OutputWindows.h"
 #include "gui/StatusPanel.h"
+#include "gui/SummaryLine.h"
 #include "gui/WarningsLine.h"
 #include "platform/PathNames.h"
 #include "workbench/Workbench.h"
@@ -55,6 +56,10 @@ MainWindow::MainWindow(Workbench& workbench, StatusPanel& panel, OutputWindows& 
     setAcceptDrops(true);
     addPages();
     setCentralWidget(tabs_);
+    auto* summary = new SummaryLine(workbench.queue(), this);
+    statusBar()->addWidget(summary, 1);
+    // An older message would stand in its place.
+    connect(summary, &SummaryLine::told, statusBar(), &QStatusBar::clearMessage);
     statusBar()->addPermanentWidget(new WarningsLine(workbench.queue(), outputWindows, this));
     buildFileMenu();
     buildWindowMenu();

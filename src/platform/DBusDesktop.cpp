@@ -1,6 +1,5 @@
 #include "platform/DBusDesktop.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -18,24 +17,44 @@ const QString notificationsPath = QStringLiteral("/org/freedesktop/Notifications
 const QString screenSaver = QStringLiteral("org.freedesktop.ScreenSaver");
 const QString screenSaverPath = QStringLiteral("/org/freedesktop/ScreenSaver");
 
+const QString logind = QStringLiteral("org.freedesktop.login1");
+const QString logindPath = QStringLiteral("/org/freedesktop/login1");
+const QString logindManager = QStringLiteral("org.freedesktop.login1.Manager");
+const QString systemBusName = QStringLiteral("quav-system");
+const QString program = QStringLiteral("Quav Workbench");
+
 QDBusMessage screenSaverCall(const QString& method) {
     return QDBusMessage::createMethodCall(screenSaver, screenSaverPath, screenSaver, method);
+}
+
+/// Hands the answer over when it is there, unless `owner` has gone by then.
+template <typename Take>
+void whenAnswered(const QDBusPendingCall& call, QObject& owner, Take take) {
+    auto* watcher = new QDBusPendingCallWatcher(call, &owner);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &owner,
+                     [take = std::move(take)](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         take(*finished);
+                     });
 }
 
 } // namespace
 
 DBusDesktop::DBusDesktop(QObject* parent) : QObject(parent), bus_(QDBusConnection::sessionBus()) {}
 
-bool DBusDesktop::notify(const QString& title) {
-    if (!bus_.isConnected() || !bus_.interface()->isServiceRegistered(notifications)) {
-        return false;
+void DBusDesktop::notify(const QString& title, const QString& body, NotifyAnswer answer) {
+    if (!bus_.isConnected()) {
+        answer(false);
+        return;
     }
     QDBusMessage call = QDBusMessage::createMethodCall(notifications, notificationsPath,
                                                        notifications, QStringLiteral("Notify"));
-    call << QStringLiteral("Quav Workbench") << 0U << QStringLiteral("quav") << title << QString()
-         << QStringList() << QVariantMap() << -1;
-    bus_.asyncCall(call);
-    return true;
+    call << program << 0U << QStringLiteral("quav") << title << body << QStringList()
+         << QVariantMap() << -1;
+    whenAnswered(bus_.asyncCall(call), *this,
+                 [answer = std::move(answer)](const QDBusPendingReply<uint>& reply) {
+                     answer(!reply.isError());
+                 });
 }
 
 void DBusDesktop::requestAttention() {
@@ -63,14 +82,12 @@ void DBusDesktop::preventSleep(const QString& reason, SleepAnswer answer) {
         return;
     }
     QDBusMessage call = screenSaverCall(QStringLiteral("Inhibit"));
-    call << QStringLiteral("Quav Workbench") << reason;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [answer = std::move(answer)](QDBusPendingCallWatcher* finished) {
-                const QDBusPendingReply<uint> reply = *finished;
-                finished->deleteLater();
-                answer(reply.isError() ? std::nullopt : std::optional<uint32_t>(reply.value()));
-            });
+    call << program << reason;
+    whenAnswered(bus_.asyncCall(call), *this,
+                 [answer = std::move(answer)](const QDBusPendingReply<uint>& reply) {
+                     answer(reply.isError() ? std::nullopt
+                                            : std::optional<uint32_t>(reply.value()));
+                 });
 }
 
 void DBusDesktop::allowSleep(uint32_t assertion) {
@@ -80,6 +97,42 @@ void DBusDesktop::allowSleep(uint32_t assertion) {
     QDBusMessage call = screenSaverCall(QStringLiteral("UnInhibit"));
     call << assertion;
     bus_.asyncCall(call);
+}
+
+void DBusDesktop::preventSuspend(const QString& reason) {
+    suspendReason_ = reason;
+    if (inhibitor_.isValid() || std::exchange(inhibitorAsked_, true)) {
+        return;
+    }
+    connecting_.run(
+        [] { QDBusConnection::connectToBus(QDBusConnection::SystemBus, systemBusName); },
+        [this] { takeInhibitor(); });
+}
+
+void DBusDesktop::takeInhibitor() {
+    const QDBusConnection bus(systemBusName);
+    if (!bus.isConnected() || !suspendReason_) {
+        // A connection that failed would be remembered under its name.
+        QDBusConnection::disconnectFromBus(systemBusName);
+        inhibitorAsked_ = false;
+        return;
+    }
+    QDBusMessage call = QDBusMessage::createMethodCall(logind, logindPath, logindManager,
+                                                       QStringLiteral("Inhibit"));
+    call << QStringLiteral("sleep") << program << *suspendReason_ << QStringLiteral("block");
+    whenAnswered(bus.asyncCall(call), *this,
+                 [this](const QDBusPendingReply<QDBusUnixFileDescriptor>& reply) {
+                     inhibitorAsked_ = false;
+                     // The work may have ended in the meantime.
+                     if (!reply.isError() && suspendReason_) {
+                         inhibitor_ = reply.value();
+                     }
+                 });
+}
+
+void DBusDesktop::allowSuspend() {
+    suspendReason_.reset();
+    inhibitor_ = QDBusUnixFileDescriptor();
 }
 
 } // namespace quav

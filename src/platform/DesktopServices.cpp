@@ -6,8 +6,8 @@
 
 namespace quav {
 
-bool NoDesktop::notify(const QString& /*title*/) {
-    return false;
+void NoDesktop::notify(const QString& /*title*/, const QString& /*body*/, NotifyAnswer answer) {
+    answer(false);
 }
 
 void NoDesktop::requestAttention() {}
@@ -19,6 +19,10 @@ void NoDesktop::preventSleep(const QString& /*reason*/, SleepAnswer answer) {
 }
 
 void NoDesktop::allowSleep(uint32_t /*assertion*/) {}
+
+void NoDesktop::preventSuspend(const QString& /*reason*/) {}
+
+void NoDesktop::allowSuspend() {}
 
 bool NoDesktop::moveToTrash(const QString& path) {
     // Without the data folder Qt 6.4 would move the file into "./files" and call that a success.

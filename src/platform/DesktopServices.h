@@ -17,8 +17,10 @@ public:
     DesktopServices(const DesktopServices&) = delete;
     DesktopServices& operator=(const DesktopServices&) = delete;
 
-    /// Shows a notification with a title and nothing else; false when the desktop has none.
-    virtual bool notify(const QString& title) = 0;
+    /// Shows a notification; the body is no markup and has no names in it. The answer comes later,
+    /// on the main thread: whether the desktop shows it.
+    using NotifyAnswer = std::function<void(bool shown)>;
+    virtual void notify(const QString& title, const QString& body, NotifyAnswer answer) = 0;
 
     /// Asks for the user's attention, once and without hurry.
     virtual void requestAttention() = 0;
@@ -34,6 +36,11 @@ public:
     /// Gives a handle back; a handle that was given back before does no harm.
     virtual void allowSleep(uint32_t assertion) = 0;
 
+    /// Keeps the system from suspending itself until `allowSuspend`. `reason` may be shown to the
+    /// user.
+    virtual void preventSuspend(const QString& reason) = 0;
+    virtual void allowSuspend() = 0;
+
     /// Moves a file to the trash; false when it could not be moved. May be called on any thread.
     virtual bool moveToTrash(const QString& path) = 0;
 };
@@ -41,11 +48,13 @@ public:
 /// No desktop at all, as for a program on a terminal; only the trash is there.
 class NoDesktop : public DesktopServices {
 public:
-    bool notify(const QString& title) override;
+    void notify(const QString& title, const QString& body, NotifyAnswer answer) override;
     void requestAttention() override;
     void setBadge(std::optional<int> count) override;
     void preventSleep(const QString& reason, SleepAnswer answer) override;
     void allowSleep(uint32_t assertion) override;
+    void preventSuspend(const QString& reason) override;
+    void allowSuspend() override;
     bool moveToTrash(const QString& path) override;
 };
 

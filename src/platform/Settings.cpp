@@ -97,8 +97,8 @@ std::optional<bool> asSwitch(const QString& text) {
 std::optional<int> asInteger(const QString& text, int least, int greatest) {
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);
-    const bool fits = isNumber && number == std::trunc(number) && number >= least &&
-                      number <= greatest;
+    const bool fits =
+        isNumber && number == std::trunc(number) && number >= least && number <= greatest;
     return fits ? std::optional(static_cast<int>(number)) : std::nullopt;
 }
 

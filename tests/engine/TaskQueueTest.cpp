@@ -260,6 +260,7 @@ private Q_SLOTS:
         QCOMPARE(tasks[0]->row().barVisible, true);
         QCOMPARE(closed.count(), 0);
         QVERIFY(rig.desktop.notifications.isEmpty());
+        QCOMPARE(rig.desktop.attentionRequests, 1);
         QCOMPARE(rig.desktop.badge, std::nullopt);
 
         rig.queue.removeAllErrors();
@@ -283,7 +284,9 @@ private Q_SLOTS:
         QCOMPARE(rig.desktop.givenBack.size(), 1U);
         complete(rig, tasks[0]);
         QVERIFY(rig.desktop.notifications.isEmpty());
+        QVERIFY(rig.desktop.suspendPrevented);
         complete(rig, tasks[1]);
+        QVERIFY(!rig.desktop.suspendPrevented);
         QCOMPARE(rig.desktop.notifications, QStringList{u"Quav task(s) completed"_s});
         QCOMPARE(rig.desktop.attentionRequests, offersNotifications ? 0 : 1);
         QCOMPARE(closed.count(), 1);
@@ -292,6 +295,48 @@ private Q_SLOTS:
         QCOMPARE(tasks[0]->row().barVisible, false);
         add(rig, heldTasks(rig, 1));
         QCOMPARE(rig.desktop.sleepRequests, 2);
+    }
+
+    void theEndIsToldInNumbers_data() {
+        quav::test::columns<QString, QString, QString>("ends", "files", "line");
+        row("one", "d", "o", "1 task is done.");
+        row("several", "dcdcd", "", "3 tasks are done. 2 tasks were canceled.");
+        row("one of each", "dc", "fmu",
+            "1 task is done. 1 task was canceled. 1 file is damaged. 1 file is missing. "
+            "1 file could not be read.");
+        row("more of each", "d", "ffmmmuu",
+            "1 task is done. 2 files are damaged. 3 files are missing. "
+            "2 files could not be read.");
+        row("one failed", "dfd", "", "1 task failed: 1 · 2 tasks are done.");
+        row("many failed", "ffffff", "m", "6 tasks failed: 0, 1, 2, … · 1 file is missing.");
+        row("all failed", "ff", "", "2 tasks failed: 0, 1");
+    }
+    void theEndIsToldInNumbers() {
+        QFETCH(QString, ends);
+        QFETCH(QString, files);
+        QFETCH(QString, line);
+        Rig rig(8);
+        QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
+        // A batch before it counts for nothing.
+        add(rig, heldTasks(rig, 1));
+        rig.queue.cancelAllTasks();
+        QTRY_COMPARE(idle.count(), 1);
+        rig.desktop.bodies.clear();
+        const Held tasks = heldTasks(rig, int(ends.size()));
+        const QString kinds = u"ofmu"_s;
+        Verdicts verdicts;
+        for (const QChar file : files) {
+            verdicts.push_back({{}, {}, Verdict::Kind(kinds.indexOf(file)), {}, {}, {}});
+        }
+        tasks[0]->results()->appendVerdicts(verdicts, *tasks[0]);
+        add(rig, tasks);
+        for (int i = 0; i < ends.size(); ++i) {
+            tasks[size_t(i)]->setError(ends[i] == u'f');
+            ends[i] == u'c' ? tasks[size_t(i)]->cancelTask() : tasks[size_t(i)]->stopTask();
+        }
+        QTRY_COMPARE(idle.count(), 2);
+        QCOMPARE(rig.queue.summary().line(), line);
+        QCOMPARE(rig.desktop.bodies, ends.contains(u'f') ? QStringList() : QStringList(line));
     }
 
     void cancelAllEndsHundredsOfWaitingTasksQuietly() {

@@ -3,11 +3,15 @@
 #include <QDBusConnectionInterface>
 #include <QDBusInterface>
 #include <QDBusReply>
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
+#include <optional>
 
 using namespace quav;
 using namespace Qt::StringLiterals;
@@ -39,44 +43,131 @@ private:
     QProcess process_;
 };
 
-/// What a mock answers to its own interface, as text.
-QString ask(const QString& service, const QString& path, const QString& method) {
+/// What a service answers, as text.
+QString answerOf(const QString& service, const QString& path, const QString& method) {
     QProcess call;
-    call.start(u"dbus-send"_s, {u"--session"_s, u"--print-reply"_s, u"--dest="_s + service, path,
-                                mock + u'.' + method});
+    call.start(u"dbus-send"_s,
+               {u"--session"_s, u"--print-reply"_s, u"--dest="_s + service, path, method});
     call.waitForFinished();
     return QString::fromUtf8(call.readAllStandardOutput());
 }
 
+/// What a mock was called with.
+QString callsOf(const QString& service, const QString& path) {
+    return answerOf(service, path, mock + u".GetCalls"_s);
+}
+
+QString inhibitors() {
+    return answerOf(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+                    u"org.freedesktop.login1.Manager.ListInhibitors"_s);
+}
+
+/// Where the bus looks for services that it can start.
+QString serviceFile() {
+    return qEnvironmentVariable("XDG_DATA_HOME") +
+           u"/dbus-1/services/org.freedesktop.Notifications.service"_s;
+}
+
+void readServiceFiles() {
+    QDBusConnection::sessionBus().call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
+}
+
+bool isActivatable(const QString& name) {
+    return QDBusConnection::sessionBus().interface()->activatableServiceNames().value().contains(
+        name);
+}
+
 } // namespace
 
-/// Needs a session bus of its own: run it with dbus-run-session.
+/// Needs a session bus of its own, which it also takes for the system's, and a data folder of its
+/// own from which that bus starts services: run it with dbus-run-session and XDG_DATA_HOME.
 class DBusDesktopTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(QDBusConnection::sessionBus().isConnected()); }
+    void initTestCase() {
+        // There is no system bus until somebody makes this link. Read when the first bus is met.
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + QFile::encodeName(systemBus()));
+        QVERIFY(QDBusConnection::sessionBus().isConnected());
+        QVERIFY(QDir().mkpath(QFileInfo(serviceFile()).path()));
+        QFile::remove(serviceFile());
+        readServiceFiles();
+        QVERIFY(!isActivatable(notificationsName));
+    }
+    void cleanupTestCase() { QFile::remove(serviceFile()); }
 
     void absentServicesDoNothing() {
         DBusDesktop desktop;
         QSignalSpy attention(&desktop, &DBusDesktop::attentionRequested);
         std::optional<bool> granted;
-        QVERIFY(!desktop.notify(u"nobody there"_s));
+        std::optional<bool> shown;
+        desktop.preventSuspend(u"reason"_s);
+        desktop.allowSuspend();
+        desktop.notify(u"nobody there"_s, {}, [&](bool answer) { shown = answer; });
         desktop.preventSleep(u"reason"_s,
                              [&](std::optional<uint32_t> id) { granted = id.has_value(); });
         desktop.allowSleep(5);
         desktop.requestAttention();
         QTRY_COMPARE(granted, std::optional<bool>(false));
+        QTRY_COMPARE(shown, std::optional<bool>(false));
         QCOMPARE(attention.count(), 1);
     }
 
+    void notificationsAreSent_data() {
+        QTest::addColumn<bool>("runs");
+        QTest::newRow("to a service that runs") << true;
+        QTest::newRow("to one that the bus can start") << false;
+    }
     void notificationsAreSent() {
-        const MockService service({u"--template"_s, u"notification_daemon"_s});
-        QTRY_VERIFY(isOnBus(notificationsName));
+        QFETCH(bool, runs);
+        std::optional<MockService> service;
+        if (runs) {
+            service.emplace(QStringList{u"--template"_s, u"notification_daemon"_s});
+        } else {
+            QFile file(serviceFile());
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("[D-BUS Service]\nName=org.freedesktop.Notifications\n"
+                       "Exec=/usr/bin/python3 -m dbusmock --template notification_daemon\n");
+            file.close();
+            readServiceFiles();
+            QTRY_VERIFY(isActivatable(notificationsName));
+        }
+        QTRY_COMPARE(isOnBus(notificationsName), runs);
         DBusDesktop desktop;
-        QVERIFY(desktop.notify(u"Quav task(s) completed"_s));
-        QTRY_VERIFY(ask(notificationsName, notificationsPath, u"GetCalls"_s)
-                        .contains(u"\"Quav task(s) completed\""));
+        std::optional<bool> shown;
+        desktop.notify(u"Quav task(s) completed"_s, u"3 tasks are done."_s,
+                       [&](bool answer) { shown = answer; });
+        QTRY_COMPARE_WITH_TIMEOUT(shown, std::optional<bool>(true), 20000);
+        const QString calls = callsOf(notificationsName, notificationsPath);
+        QVERIFY(calls.contains(u"\"Quav task(s) completed\""));
+        QVERIFY(calls.contains(u"\"3 tasks are done.\""));
+    }
+
+    void theSystemIsKeptFromSuspendingAndLetGo() {
+        DBusDesktop desktop;
+        const auto isHeld = [] {
+            const QString all = inhibitors();
+            return all.contains(u"\"sleep\"") && all.contains(u"\"block\"") &&
+                   all.contains(u"\"work\"");
+        };
+        desktop.preventSuspend(u"work"_s); // and no bus
+        QVERIFY(!isHeld());
+        const QString session = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+        QVERIFY(QFile::link(session.section(u'=', 1).section(u',', 0, 0), systemBus()));
+        const MockService service({u"--template"_s, u"logind"_s});
+        QTRY_VERIFY(isOnBus(u"org.freedesktop.login1"_s));
+        QTRY_VERIFY((desktop.preventSuspend(u"work"_s), isHeld()));
+        desktop.allowSuspend();
+        QTRY_VERIFY(!isHeld());
+        // A wish that comes back before the first answer.
+        desktop.preventSuspend(u"work"_s);
+        desktop.allowSuspend();
+        desktop.preventSuspend(u"work"_s);
+        QTRY_VERIFY(isHeld());
+        desktop.allowSuspend();
+        QTRY_VERIFY(!isHeld());
     }
 
     void theDisplayIsKeptAwakeAndLetGo() {
@@ -98,7 +189,7 @@ private Q_SLOTS:
                              [&](std::optional<uint32_t> id) { assertion = id; });
         QTRY_COMPARE(assertion, std::optional<uint32_t>(77));
         desktop.allowSleep(*assertion);
-        const auto calls = [] { return ask(saverName, saverPath, u"GetCalls"_s); };
+        const auto calls = [] { return callsOf(saverName, saverPath); };
         QTRY_VERIFY(calls().contains(u"\"UnInhibit\"") && calls().contains(u"uint32 77"));
         QVERIFY(calls().contains(u"\"Quav task running\""));
     }
@@ -119,6 +210,11 @@ private Q_SLOTS:
         monitor.terminate();
         monitor.waitForFinished();
     }
+
+private:
+    QString systemBus() const { return folder_.filePath(u"system-bus"_s); }
+
+    QTemporaryDir folder_;
 };
 
 QTEST_GUILESS_MAIN(DBusDesktopTest)

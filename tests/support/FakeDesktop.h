@@ -16,15 +16,20 @@ public:
     bool trashWorks = true;
 
     QStringList notifications;
+    QStringList bodies;
+    bool suspendPrevented = false;
     int attentionRequests = 0;
     std::optional<int> badge;
     int sleepRequests = 0;
     std::vector<uint32_t> givenBack;
 
-    bool notify(const QString& title) override {
+    void notify(const QString& title, const QString& body, NotifyAnswer answer) override {
         notifications << title;
-        return offersNotifications;
+        bodies << body;
+        answer(offersNotifications);
     }
+    void preventSuspend(const QString& /*reason*/) override { suspendPrevented = true; }
+    void allowSuspend() override { suspendPrevented = false; }
     void requestAttention() override { ++attentionRequests; }
     void setBadge(std::optional<int> count) override { badge = count; }
     void preventSleep(const QString& /*reason*/, SleepAnswer answer) override {

@@ -1,0 +1,73 @@
+#include "engine/BatchSummary.h"
+
+#include "engine/QUAVTask.h"
+#include "engine/QUAVTaskResults.h"
+
+namespace quav {
+
+namespace {
+
+constexpr qsizetype mostNames = 3;
+
+} // namespace
+
+void BatchSummary::add(const QUAVTask& task) {
+    if (task.cancelled()) {
+        ++cancelled_;
+    } else if (task.error()) {
+        ++failed_;
+        if (firstFailed_.size() < mostNames) {
+            firstFailed_ << task.title().simplified();
+        }
+    } else {
+        ++done_;
+    }
+    files_.add(task.results()->verdictsOf(task));
+}
+
+QStringList BatchSummary::sentences() const {
+    QStringList all;
+    const auto add = [&all](int count, const QString& one, const QString& several) {
+        if (count > 0) {
+            all << (count == 1 ? one : several);
+        }
+    };
+    add(done_, tr("1 task is done."), tr("%Ln tasks are done.", nullptr, done_));
+    add(cancelled_, tr("1 task was canceled."),
+        tr("%Ln tasks were canceled.", nullptr, cancelled_));
+    add(files_.failed, tr("1 file is damaged."),
+        tr("%Ln files are damaged.", nullptr, files_.failed));
+    add(files_.missing, tr("1 file is missing."),
+        tr("%Ln files are missing.", nullptr, files_.missing));
+    add(files_.unreadable, tr("1 file could not be read."),
+        tr("%Ln files could not be read.", nullptr, files_.unreadable));
+    return all;
+}
+
+QString BatchSummary::failures() const {
+    QString names = firstFailed_.join(QStringLiteral(", "));
+    if (failed_ > firstFailed_.size()) {
+        names += QStringLiteral(", …");
+    }
+    return failed_ == 1 ? tr("1 task failed: %1").arg(names)
+                        : tr("%Ln tasks failed: %1", nullptr, failed_).arg(names);
+}
+
+QString BatchSummary::text() const {
+    QStringList all = sentences();
+    if (failed_ > 0) {
+        all.prepend(failed_ == 1 ? tr("1 task failed.")
+                                 : tr("%Ln tasks failed.", nullptr, failed_));
+    }
+    return all.join(u' ');
+}
+
+QString BatchSummary::line() const {
+    const QString others = sentences().join(u' ');
+    if (failed_ == 0) {
+        return others;
+    }
+    return others.isEmpty() ? failures() : failures() + QStringLiteral(" · ") + others;
+}
+
+} // namespace quav
