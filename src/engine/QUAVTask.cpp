@@ -45,6 +45,7 @@ void QUAVTask::cancelTask() {
         return;
     }
     cancelled_ = true;
+    queue_.rowChanged(*this); // which tells so while the tool finishes
     stopTask();
 }
 

@@ -10,6 +10,31 @@ namespace {
 
 constexpr std::chrono::milliseconds refreshInterval{33};
 
+TaskRowsModel::CancelState cancelState(const QUAVTask& task) {
+    if (!task.cancelled()) {
+        return TaskRowsModel::NotCanceled;
+    }
+    // The row is painted for the last time a little later than the task is done.
+    return task.isDone() && !task.row().cancelButtonVisible ? TaskRowsModel::Canceled
+                                                            : TaskRowsModel::Canceling;
+}
+
+/// The status line, beside which a cancelled task has no other place to say what it was about.
+QString statusLine(const QUAVTask& task) {
+    const TaskRow& row = task.row();
+    switch (cancelState(task)) {
+    case TaskRowsModel::NotCanceled:
+        break;
+    case TaskRowsModel::Canceling:
+        return TaskRowsModel::tr("Canceling · %1").arg(row.statusLine);
+    case TaskRowsModel::Canceled:
+        // One that never started has nothing else to tell.
+        return row.barVisible ? QStringLiteral("%1 · %2").arg(task.title(), row.statusLine)
+                              : task.title();
+    }
+    return row.statusLine;
+}
+
 } // namespace
 
 TaskRowsModel::TaskRowsModel(QObject* parent) : QAbstractListModel(parent) {
@@ -32,11 +57,11 @@ QVariant TaskRowsModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return row.mainLine;
     case Qt::AccessibleTextRole:
-        return QStringLiteral("%1, %2").arg(row.mainLine, row.statusLine);
+        return QStringLiteral("%1, %2").arg(row.mainLine, statusLine(*task));
     case Qt::ToolTipRole:
         return task->title();
     case StatusLineRole:
-        return row.statusLine;
+        return statusLine(*task);
     case MainLineColourRole:
         return static_cast<int>(row.mainLineColour);
     case BarValueRole:
@@ -51,6 +76,8 @@ QVariant TaskRowsModel::data(const QModelIndex& index, int role) const {
         return row.cancelButtonVisible;
     case StalledRole:
         return row.stalled;
+    case CancelStateRole:
+        return cancelState(*task);
     default:
         return {};
     }

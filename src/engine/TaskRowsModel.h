@@ -17,6 +17,13 @@ class TaskRowsModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
+    /// What a cancel has come to.
+    enum CancelState {
+        NotCanceled,
+        Canceling, ///< what runs is still finishing
+        Canceled,
+    };
+
     enum Role {
         StatusLineRole = Qt::UserRole + 1,
         MainLineColourRole, ///< a TaskRow::Colour as int
@@ -25,7 +32,8 @@ public:
         BarDeterminateRole,
         BarAnimatedRole,
         CancelButtonVisibleRole,
-        StalledRole, ///< whether a tool does nothing any more and can be ended
+        StalledRole,     ///< whether a tool does nothing any more and can be ended
+        CancelStateRole, ///< a CancelState as int
     };
 
     using Tasks = std::vector<std::shared_ptr<QUAVTask>>;

@@ -52,6 +52,24 @@ void paintDropIcon(QPainter& painter, const QRectF& place, const QColor& colour)
     painter.drawEllipse(QPointF(37, 16.5), 5, 4);
 }
 
+void paintWaitIcon(QPainter& painter, const QRectF& place, const QColor& colour) {
+    const Scaled scaled(painter, place, 12);
+    painter.setPen(QPen(colour, 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawLine(QPointF(2, 1), QPointF(10, 1));
+    painter.drawLine(QPointF(2, 11), QPointF(10, 11));
+    QPainterPath glass({3, 1});
+    glass.quadTo(3, 4, 6, 6);
+    glass.quadTo(9, 4, 9, 1);
+    glass.moveTo(3, 11);
+    glass.quadTo(3, 8, 6, 6);
+    glass.quadTo(9, 8, 9, 11);
+    painter.drawPath(glass);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawPolygon(std::array{QPointF(4, 11), QPointF(6, 8.5), QPointF(8, 11)}.data(), 3);
+}
+
 void paintStopIcon(QPainter& painter, const QRectF& place, const QColor& disc,
                    const QColor& cross) {
     const Scaled scaled(painter, place, 15);

@@ -11,6 +11,9 @@ namespace quav {
 /// A tray into which a note falls.
 void paintDropIcon(QPainter& painter, const QRectF& place, const QColor& colour);
 
+/// An hourglass.
+void paintWaitIcon(QPainter& painter, const QRectF& place, const QColor& colour);
+
 /// A filled disc with a cross cut out of it in the second colour.
 void paintStopIcon(QPainter& painter, const QRectF& place, const QColor& disc, const QColor& cross);
 

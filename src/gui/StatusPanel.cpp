@@ -192,7 +192,7 @@ void StatusPanel::showContextMenu(const QPoint& where) {
     if (task && task->row().stalled) {
         contextMenu_.addAction(tr("&End the tool"), this, [task] { task->endStalledTool(); });
     }
-    if (task && !task->isDone()) {
+    if (task && !task->isDone() && !task->cancelled()) {
         contextMenu_.addAction(tr("&Cancel"), this, [task] { task->cancelTask(); });
     }
     contextMenu_.addAction(tr("Clear &errors"), &queue_, &QUAVTaskQueue::removeAllErrors)

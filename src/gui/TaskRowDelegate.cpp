@@ -12,6 +12,7 @@
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 namespace quav {
 
@@ -21,6 +22,7 @@ constexpr int margin = 6;
 constexpr int spacing = 3;
 constexpr int barHeight = 15;
 constexpr int stopSize = 15;
+constexpr int waitIconSize = 12;
 constexpr int leastMainHeight = 15;
 constexpr int leastStatusHeight = 18;
 constexpr int leastWidth = 200;
@@ -40,6 +42,8 @@ constexpr int darkBelow = 128;
 
 // How much of the text's colour is in the empty part of a bar.
 constexpr double grooveShare = 0.12;
+// And in the full part of one that nobody wants any more.
+constexpr double unwantedShare = 0.4;
 
 QFont mainFont(const QFont& base) {
     QFont font(base);
@@ -83,6 +87,14 @@ RowParts partsOf(const QStyleOptionViewItem& option) {
             place({row.right() + 1 - stopSize, row.top(), stopSize, stopSize})};
 }
 
+/// A small icon at the beginning of a line, and what it leaves of the line.
+std::pair<QRect, QRect> besideIcon(const QRect& line, Qt::LayoutDirection direction) {
+    const int top = line.top() + (line.height() - waitIconSize) / 2;
+    const QRect icon(line.left(), top, waitIconSize, waitIconSize);
+    return {QStyle::visualRect(direction, line, icon),
+            QStyle::visualRect(direction, line, line.adjusted(waitIconSize + spacing, 0, 0, 0))};
+}
+
 QColor mainLineColour(TaskRow::Colour colour, const QPalette& palette, bool selected) {
     if (selected) {
         return palette.color(QPalette::HighlightedText);
@@ -101,13 +113,18 @@ QColor mainLineColour(TaskRow::Colour colour, const QPalette& palette, bool sele
 
 /// Bars stand on a list, whose ground is also that of an empty bar: without a colour of its own it
 /// would be lost on a dark one.
-QPalette barPalette(QPalette palette) {
+QPalette barPalette(QPalette palette, bool wanted) {
     const QColor base = palette.color(QPalette::Base);
     const QColor text = palette.color(QPalette::Text);
-    const auto mix = [](int a, int b) { return qRound(a + (b - a) * grooveShare); };
-    palette.setColor(QPalette::Base,
-                     QColor(mix(base.red(), text.red()), mix(base.green(), text.green()),
-                            mix(base.blue(), text.blue())));
+    const auto mixed = [&](double share) {
+        const auto mix = [share](int a, int b) { return qRound(a + (b - a) * share); };
+        return QColor(mix(base.red(), text.red()), mix(base.green(), text.green()),
+                      mix(base.blue(), text.blue()));
+    };
+    palette.setColor(QPalette::Base, mixed(grooveShare));
+    if (!wanted) {
+        palette.setColor(QPalette::Highlight, mixed(unwantedShare));
+    }
     return palette;
 }
 
@@ -121,6 +138,19 @@ const QAbstractItemView* viewOf(const QStyleOptionViewItem& option) {
 
 bool isStalled(const QModelIndex& index) {
     return index.data(TaskRowsModel::StalledRole).toBool();
+}
+
+int cancelState(const QModelIndex& index) {
+    return index.data(TaskRowsModel::CancelStateRole).toInt();
+}
+
+QString stopTip(const QModelIndex& index) {
+    if (isStalled(index)) {
+        return TaskRowDelegate::tr("End the tool");
+    }
+    return cancelState(index) == TaskRowsModel::Canceling
+               ? TaskRowDelegate::tr("Canceled as soon as what runs has ended")
+               : TaskRowDelegate::tr("Cancel");
 }
 
 bool hasStopButton(const QModelIndex& index) {
@@ -159,12 +189,13 @@ void TaskRowDelegate::paintBar(QPainter& painter, const QStyleOptionViewItem& op
     QStyleOptionProgressBar bar;
     bar.rect = partsOf(option).bar;
     bar.direction = option.direction;
-    bar.palette = barPalette(option.palette);
+    bar.palette = barPalette(option.palette, cancelState(index) == TaskRowsModel::NotCanceled);
     bar.fontMetrics = option.fontMetrics;
     bar.state =
         QStyle::State_Enabled | QStyle::State_Horizontal | (option.state & QStyle::State_Active);
     const bool moving = !index.data(TaskRowsModel::BarDeterminateRole).toBool() &&
-                        index.data(TaskRowsModel::BarAnimatedRole).toBool();
+                        index.data(TaskRowsModel::BarAnimatedRole).toBool() &&
+                        cancelState(index) != TaskRowsModel::Canceled;
     if (moving && viewOf(option)) {
         // The style repaints this object to move the bar. A bar without a range is a busy one.
         bar.styleObject = viewOf(option)->viewport();
@@ -191,8 +222,13 @@ void TaskRowDelegate::paintTexts(QPainter& painter, const QStyleOptionViewItem& 
     const auto colour =
         static_cast<TaskRow::Colour>(index.data(TaskRowsModel::MainLineColourRole).toInt());
     painter.setPen(mainLineColour(colour, option.palette, selected));
-    draw(index.data(Qt::DisplayRole).toString(), parts.mainLine, mainFont(option.font),
-         Qt::ElideMiddle);
+    QRect mainLine = parts.mainLine;
+    if (cancelState(index) == TaskRowsModel::Canceling) {
+        const auto [icon, rest] = besideIcon(mainLine, option.direction);
+        paintWaitIcon(painter, icon, painter.pen().color());
+        mainLine = rest;
+    }
+    draw(index.data(Qt::DisplayRole).toString(), mainLine, mainFont(option.font), Qt::ElideMiddle);
     painter.setPen(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
     draw(index.data(TaskRowsModel::StatusLineRole).toString(), parts.statusLine,
          statusFont(option.font), Qt::ElideRight);
@@ -235,8 +271,7 @@ bool TaskRowDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() == QEvent::ToolTip && hasStopButton(index) &&
         stopButtonRect(option).contains(event->pos())) {
-        QToolTip::showText(event->globalPos(), isStalled(index) ? tr("End the tool") : tr("Cancel"),
-                           view);
+        QToolTip::showText(event->globalPos(), stopTip(index), view);
         return true;
     }
     return QStyledItemDelegate::helpEvent(event, view, option, index);

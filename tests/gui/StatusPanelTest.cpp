@@ -1,5 +1,6 @@
 #include "GuiRig.h"
 #include "engine/TaskRowsModel.h"
+#include "gui/SummaryLine.h"
 #include "gui/TaskRowDelegate.h"
 
 #include <QListView>
@@ -43,6 +44,17 @@ void pressKey(GuiRig& rig, int row, Qt::Key key) {
     QTest::keyClick(&listOf(rig), key);
 }
 
+/// How many pixels of a row have a colour that is no grey.
+qsizetype coloured(GuiRig& rig, int row) {
+    const QImage image = listOf(rig).viewport()->grab(rowRect(rig, row)).toImage();
+    qsizetype count = 0;
+    for (int at = 0; at < image.width() * image.height(); ++at) {
+        const QColor colour = image.pixelColor(at % image.width(), at / image.width());
+        count += colour.hsvSaturation() > 60 ? 1 : 0;
+    }
+    return count;
+}
+
 /// How many pixels of a row are red, green and dark.
 std::array<int, 3> painted(GuiRig& rig, int row) {
     const QImage image = listOf(rig).viewport()->grab(rowRect(rig, row)).toImage();
@@ -66,6 +78,7 @@ private Q_SLOTS:
     void rowsComeCompleteAndGo();
     void failedRowsStayAndTellWhatTheToolSaidUntilCleared();
     void waitingAndRunningTasksAreCancelled();
+    void aCancelledRowNamesItsFileAndShowsThatItsToolFinishes();
     void cancelAllEndsTheQueue();
     void aStalledToolIsEndedFromItsRow();
     void rowsArePaintedInTheirColours();
@@ -98,6 +111,8 @@ void StatusPanelTest::failedRowsStayAndTellWhatTheToolSaidUntilCleared() {
     QVERIFY(rig.panel.isVisible());
     QCOMPARE(listOf(rig).model()->rowCount(), 2);
     QCOMPARE(text(rig, 0, TaskRowsModel::StatusLineRole), u"Error"_s);
+    QCOMPARE(rig.desktop.attentionRequests, 1);
+    QVERIFY(shown<SummaryLine>(rig.window, "2 tasks failed: 1.flac, 2.flac"));
 
     const auto& windows = rig.outputWindows.windows();
     const size_t reports = windows.size();
@@ -136,6 +151,36 @@ void StatusPanelTest::waitingAndRunningTasksAreCancelled() {
     rig.letPass(2);
     QTRY_COMPARE(rig.queue.taskCount(), 0);
     QVERIFY(!QFile::exists(rig.path("2.flac")) && QFile::exists(rig.path("3.flac")));
+}
+
+void StatusPanelTest::aCancelledRowNamesItsFileAndShowsThatItsToolFinishes() {
+    EncodingRig rig(3);
+    QTRY_VERIFY(rig.panel.isVisible());
+    const auto running = rig.queue.rows().taskAt(0);
+    const auto status = [&](int row) { return text(rig, row, TaskRowsModel::StatusLineRole); };
+    const auto hasButton = [&] { return running->row().cancelButtonVisible; };
+    // The fullest bar that there is, in a row that is not selected.
+    running->setProgressIndicatorValue(100);
+    running->push(QUAVTask::Bar);
+    listOf(rig).setCurrentIndex({});
+    QTRY_VERIFY(coloured(rig, 0) > 1000);
+    click(rig, stopButton(rig, 0).center());
+    QCOMPARE(text(rig, 0), u"1.wav"_s);
+    QVERIFY(status(0).startsWith(u"Canceling · "_s));
+    QVERIFY(hasButton());
+    listOf(rig).setCurrentIndex({});
+    QTRY_VERIFY(coloured(rig, 0) < 100);
+    QTest::mouseMove(listOf(rig).viewport(), rowRect(rig, 2).bottomLeft());
+
+    rig.letPass(1);
+    QTRY_COMPARE(text(rig, 0), u"Canceled"_s);
+    QVERIFY(status(0).startsWith(u"1.wav · "_s));
+    QVERIFY(!hasButton());
+    rig.queue.rows().taskAt(2)->cancelTask();
+    QTRY_COMPARE(text(rig, 2), u"Canceled"_s);
+    QCOMPARE(status(2), u"3.wav"_s);
+    rig.letPass(1);
+    QTRY_COMPARE(rig.desktop.bodies, QStringList(u"1 task is done. 2 tasks were canceled."_s));
 }
 
 void StatusPanelTest::cancelAllEndsTheQueue() {
