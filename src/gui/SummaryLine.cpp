@@ -4,8 +4,15 @@
 
 namespace quav {
 
+namespace {
+
+constexpr int sideMargin = 4;
+
+} // namespace
+
 SummaryLine::SummaryLine(QUAVTaskQueue& queue, QWidget* parent) : QLabel(parent), queue_(queue) {
     setTextFormat(Qt::PlainText);
+    setContentsMargins(sideMargin, 0, sideMargin, 0);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     connect(&queue_, &QUAVTaskQueue::countsChanged, this, &SummaryLine::refresh);
 }
@@ -28,7 +35,7 @@ void SummaryLine::refresh() {
 }
 
 void SummaryLine::fit() {
-    setText(fontMetrics().elidedText(line_, Qt::ElideRight, width()));
+    setText(fontMetrics().elidedText(line_, Qt::ElideRight, contentsRect().width()));
 }
 
 QSize SummaryLine::minimumSizeHint() const {
