@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -14,6 +15,7 @@ struct OptionHelp {
     bool operand = false;
     bool severalTimes = false;
     bool required = false;
+    QStringList choices; ///< the words that may follow; empty for any
 };
 
 /// The tree of commands with their options, as data for whoever describes it.

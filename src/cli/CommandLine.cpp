@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -107,6 +108,17 @@ CLI::Validator range(QLatin1StringView key) {
     return CLI::Range(definition->least, definition->greatest).description("");
 }
 
+/// The words that the options take which take only these.
+using Choices = std::map<const CLI::Option*, std::vector<std::string>>;
+
+std::vector<std::string> settingKeys() {
+    std::vector<std::string> keys;
+    for (const SettingDefinition& definition : Settings::definitions()) {
+        keys.push_back(plain(QString(definition.key)));
+    }
+    return keys;
+}
+
 } // namespace
 
 struct CommandLine::Parts {
@@ -120,6 +132,9 @@ struct CommandLine::Parts {
     CLI::App* create = nullptr;
     CLI::App* settings = nullptr;
     bool manual = false;
+    std::string shell;
+    std::string toolOptions;
+    Choices choices;
     std::string format;
     std::string outputFolder;
     std::string kind;
@@ -134,6 +149,9 @@ struct CommandLine::Parts {
     CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
     void addEncode();
     void addDecode();
+    void addForPackagers();
+    void addKey(CLI::App& command);
+    void restrict(CLI::Option* option, const std::vector<std::string>& words);
     static void addSwitch(CLI::App& command, const std::string& name, const QString& what,
                           std::optional<bool>& to, QLatin1StringView key);
     void addChecksum();
@@ -157,6 +175,26 @@ CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
     return added;
 }
 
+/// What prints something that a package brings; the help does not tell of it.
+void CommandLine::Parts::addForPackagers() {
+    app.add_flag("--man", manual, plain(tr("Print the manual page and exit")))->group("");
+    CLI::Option* completion =
+        app.add_option("--completion", shell,
+                       plain(tr("Print the completions for a shell and exit")))
+            ->group("");
+    restrict(completion, {"bash", "zsh", "fish"});
+    app.add_option("--completion-of", toolOptions,
+                   plain(tr("Print those of the tool whose options stand in this file")))
+        ->needs(completion)
+        ->group("");
+}
+
+/// Only these words, in capitals or not.
+void CommandLine::Parts::restrict(CLI::Option* option, const std::vector<std::string>& words) {
+    option->check(CLI::IsMember(words, CLI::ignore_case).description(""));
+    choices[option] = words;
+}
+
 /// A switch and its opposite, for what a setting says otherwise.
 void CommandLine::Parts::addSwitch(CLI::App& command, const std::string& name, const QString& what,
                                    std::optional<bool>& to, QLatin1StringView key) {
@@ -174,10 +212,10 @@ void CommandLine::Parts::addSwitch(CLI::App& command, const std::string& name, c
 void CommandLine::Parts::addEncode() {
     ConversionOptions& to = options.conversion;
     encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
-    encode->add_option("--to", format, plain(tr("The format of the outputs: flac")))
-        ->type_name("FORMAT")
-        ->required()
-        ->check(CLI::IsMember({"flac"}, CLI::ignore_case).description(""));
+    restrict(encode->add_option("--to", format, plain(tr("The format of the outputs: flac")))
+                 ->type_name("FORMAT")
+                 ->required(),
+             {"flac"});
     encode
         ->add_option(
             "--level", to.level,
@@ -203,10 +241,10 @@ void CommandLine::Parts::addDecode() {
     ConversionOptions& to = options.conversion;
     decode =
         addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
-    decode->add_option("--to", format, plain(tr("The format of the outputs: wav or aiff")))
-        ->type_name("FORMAT")
-        ->required()
-        ->check(CLI::IsMember({"wav", "aiff"}, CLI::ignore_case).description(""));
+    restrict(decode->add_option("--to", format, plain(tr("The format of the outputs: wav or aiff")))
+                 ->type_name("FORMAT")
+                 ->required(),
+             {"wav", "aiff"});
     decode->add_flag("--through-errors", to.throughErrors,
                      plain(tr("Go on after damage instead of stopping at it")));
     decode->add_flag_callback(
@@ -272,13 +310,14 @@ void CommandLine::Parts::addChecksum() {
     checksum->require_subcommand(1);
     create = addChecksumAction(*checksum, "create", tr("Write one checksum file over all files"),
                                Command::Create);
-    create
-        ->add_option("--kind", kind,
-                     plain(tr("md5: of whole files; st5: of their audio, as shntool digests it; "
-                              "ffp: the fingerprints of FLAC files")))
-        ->type_name("KIND")
-        ->required()
-        ->check(CLI::IsMember({"md5", "ffp", "st5"}, CLI::ignore_case).description(""));
+    restrict(
+        create
+            ->add_option("--kind", kind,
+                         plain(tr("md5: of whole files; st5: of their audio, as shntool digests "
+                                  "it; ffp: the fingerprints of FLAC files")))
+            ->type_name("KIND")
+            ->required(),
+        {"md5", "ffp", "st5"});
     CLI::Option* save =
         create->add_option("--save", savePath, plain(tr("Write the checksum file to this path")))
             ->type_name("PATH");
@@ -328,6 +367,13 @@ CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const QString&
     return command;
 }
 
+/// An unknown key is left to the command, which has words for it.
+void CommandLine::Parts::addKey(CLI::App& command) {
+    CLI::Option* option =
+        command.add_option("KEY", key, plain(tr("The setting's name")))->required();
+    choices[option] = settingKeys();
+}
+
 void CommandLine::Parts::addTools() {
     addCommand("tools", tr("List the tools that do the work"), Options::Command::Tools)
         ->add_flag("--json", options.toolsAsJson, plain(tr("Print JSON, one object a line")));
@@ -343,14 +389,12 @@ void CommandLine::Parts::addSettings() {
         addSettingsAction("list", tr("List all settings and mark the changed ones"), Action::List);
     list->add_flag("--json", options.settings.json, json);
     CLI::App* get = addSettingsAction("get", tr("Print the value of a setting"), Action::Get);
-    get->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    addKey(*get);
     get->add_flag("--json", options.settings.json, json);
     CLI::App* set = addSettingsAction("set", tr("Change a setting"), Action::Set);
-    set->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    addKey(*set);
     set->add_option("VALUE", value, plain(tr("Its new value")))->required();
-    CLI::App* reset =
-        addSettingsAction("reset", tr("Give a setting its default again"), Action::Reset);
-    reset->add_option("KEY", key, plain(tr("The setting's name")))->required();
+    addKey(*addSettingsAction("reset", tr("Give a setting its default again"), Action::Reset));
     settings->footer(plain(tr("Example: quav-cli settings set maxThreads 4")));
 }
 
@@ -358,6 +402,9 @@ Options CommandLine::Parts::read() const {
     Options read = options;
     if (manual) {
         read.command = Options::Command::Manual;
+    } else if (!shell.empty()) {
+        read.command = Options::Command::Completion;
+        read.completion = {rawArgument(shell).toLower(), rawArgument(toolOptions)};
     }
     ConversionOptions& conversion = read.conversion;
     for (const std::string& file : files) {
@@ -385,7 +432,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     app.set_help_flag("-h,--help", plain(tr("Print this help and exit")));
     app.set_version_flag("--version", "quav-cli " + shortVersion().toStdString(),
                          plain(tr("Print the version and exit")));
-    app.add_flag("--man", parts_->manual, plain(tr("Print the manual page and exit")))->group("");
+    parts_->addForPackagers();
     app.require_subcommand(0, 1);
     app.footer(examplesAndExitStatus());
     parts_->addEncode();
@@ -402,7 +449,7 @@ tl::expected<Options, CommandLine::Ended> CommandLine::parse(int argc, const cha
         std::vector<std::string> arguments = shielded(argc, argv);
         std::reverse(arguments.begin(), arguments.end()); // as the parser wants them
         parts_->app.parse(std::move(arguments));
-        if (parts_->app.get_subcommands().empty() && !parts_->manual) {
+        if (parts_->app.get_subcommands().empty() && !parts_->manual && parts_->shell.empty()) {
             throw CLI::RequiredError(plain(tr("A command")));
         }
     } catch (const CLI::ParseError& error) {
@@ -418,7 +465,17 @@ tl::expected<Options, CommandLine::Ended> CommandLine::parse(int argc, const cha
 
 namespace {
 
-OptionHelp describe(const CLI::Option& option) {
+QStringList wordsOf(const CLI::Option& option, const Choices& choices) {
+    QStringList words;
+    if (const auto found = choices.find(&option); found != choices.end()) {
+        for (const std::string& word : found->second) {
+            words << QString::fromStdString(word);
+        }
+    }
+    return words;
+}
+
+OptionHelp describe(const CLI::Option& option, const Choices& choices) {
     const bool operand = option.get_positional();
     return {QString::fromStdString(option.get_name(operand, true)),
             option.get_type_size() == 0 || operand ? QString()
@@ -427,10 +484,11 @@ OptionHelp describe(const CLI::Option& option) {
             QString::fromStdString(option.get_default_str()),
             operand,
             operand && option.get_items_expected_max() > 1,
-            option.get_required()};
+            option.get_required(),
+            wordsOf(option, choices)};
 }
 
-CommandHelp describe(const CLI::App& command, const QString& parent) {
+CommandHelp describe(const CLI::App& command, const QString& parent, const Choices& choices) {
     const QString name = QString::fromStdString(command.get_name());
     CommandHelp help{parent.isEmpty() ? name : parent + u' ' + name,
                      QString::fromStdString(command.get_description()),
@@ -438,11 +496,11 @@ CommandHelp describe(const CLI::App& command, const QString& parent) {
                      {}};
     for (const CLI::Option* option : command.get_options()) {
         if (!option->get_group().empty()) {
-            help.options.push_back(describe(*option));
+            help.options.push_back(describe(*option, choices));
         }
     }
     for (const CLI::App* inner : command.get_subcommands({})) {
-        help.commands.push_back(describe(*inner, help.name));
+        help.commands.push_back(describe(*inner, help.name, choices));
     }
     return help;
 }
@@ -450,7 +508,7 @@ CommandHelp describe(const CLI::App& command, const QString& parent) {
 } // namespace
 
 CommandHelp CommandLine::help() const {
-    return describe(parts_->app, {});
+    return describe(parts_->app, {}, parts_->choices);
 }
 
 } // namespace quav

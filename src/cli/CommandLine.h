@@ -31,7 +31,7 @@ public:
     /// To be called once.
     tl::expected<Options, Ended> parse(int argc, const char* const* argv);
 
-    /// All commands and options, for the manual.
+    /// All commands and options, for the manual and the completions.
     CommandHelp help() const;
 
 private:

@@ -81,14 +81,21 @@ struct SettingsOptions {
     bool json = false;
 };
 
+/// What `--completion` is to be written for.
+struct CompletionOptions {
+    QByteArray shell;
+    QByteArray tool; ///< a file with the options of one of our tools; empty: the program's own
+};
+
 /// The whole command line, read.
 struct Options {
-    enum class Command { Encode, Decode, Checksum, Tools, Settings, Manual };
+    enum class Command { Encode, Decode, Checksum, Tools, Settings, Manual, Completion };
     Command command = Command::Tools;
     RunOptions run;
     ConversionOptions conversion;
     ChecksumOptions checksum;
     SettingsOptions settings;
+    CompletionOptions completion;
     bool toolsAsJson = false;
 };
 

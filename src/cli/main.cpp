@@ -1,5 +1,6 @@
 #include "cli/ChecksumRun.h"
 #include "cli/CommandLine.h"
+#include "cli/Completion.h"
 #include "cli/ConversionRun.h"
 #include "cli/ManPage.h"
 #include "cli/SettingsCommand.h"
@@ -8,6 +9,7 @@
 #include "platform/Settings.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <csignal>
 
@@ -22,11 +24,28 @@ int runTab(const Options& options, Settings& settings, Terminal& terminal) {
                : ConversionRun(options, settings, terminal).run();
 }
 
+int printCompletion(const CompletionOptions& options, const CommandLine& commandLine,
+                    Terminal& terminal) {
+    if (options.tool.isEmpty()) {
+        terminal.print(completionOfProgram(options.shell, commandLine.help()));
+        return exitstatus::succeeded;
+    }
+    const auto tool = readToolOptions(QFile::decodeName(options.tool));
+    if (!tool) {
+        terminal.say(tool.error());
+        return exitstatus::refused;
+    }
+    terminal.print(completionOfTool(options.shell, *tool));
+    return exitstatus::succeeded;
+}
+
 int run(const Options& options, const CommandLine& commandLine, Terminal& terminal) {
     switch (options.command) {
     case Options::Command::Manual:
         terminal.print(manPage(commandLine.help()));
         return exitstatus::succeeded;
+    case Options::Command::Completion:
+        return printCompletion(options.completion, commandLine, terminal);
     case Options::Command::Tools:
         return listTools(options.toolsAsJson, terminal);
     case Options::Command::Encode:

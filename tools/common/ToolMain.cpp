@@ -3,8 +3,10 @@
 #include "audio/pcm/Progress.h"
 #include "audio/pcm/TerminalText.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
+#include <iostream>
 #include <new>
 #include <unistd.h>
 
@@ -47,7 +49,41 @@ int guarded(const std::function<int()>& run, const std::function<int(const Failu
     }
 }
 
+// The words of "{1,2,3}" in what an option takes, with blanks between them.
+std::string choicesIn(const std::string& typeName) {
+    const std::size_t begin = typeName.find('{');
+    const std::size_t end = typeName.find('}');
+    if (begin == std::string::npos || end == std::string::npos) {
+        return "";
+    }
+    std::string words = typeName.substr(begin + 1, end - begin - 1);
+    std::replace(words.begin(), words.end(), ',', ' ');
+    return words;
+}
+
+std::string describedOptions(const CLI::App& app) {
+    std::string text = describedCommand(app.get_name(), app.get_description());
+    for (const CLI::Option* option : app.get_options()) {
+        const std::string type = option->get_type_size() == 0 ? "" : option->get_type_name();
+        const bool operand = option->get_positional();
+        text += describedOption({option->get_name(operand, true),
+                                 operand ? "" : type.substr(0, type.find(':')), choicesIn(type),
+                                 option->get_description()},
+                                operand);
+    }
+    return text;
+}
+
 } // namespace
+
+std::string describedCommand(const std::string& name, const std::string& description) {
+    return "command\t" + name + '\t' + description + '\n';
+}
+
+std::string describedOption(const DescribedOption& option, bool isOperand) {
+    return std::string(isOperand ? "operand" : "option") + '\t' + option.names + '\t' +
+           option.value + '\t' + option.choices + '\t' + option.description + '\n';
+}
 
 std::string toldText(const Failure& failure) {
     return pcm::printable(failure.what(), STDERR_FILENO);
@@ -71,6 +107,10 @@ int runTool(const Tool& tool, int argc, char** argv) {
                                   "Print the version and end");
     tool.options.get_formatter()->column_width(28);
     const auto run = [&] {
+        if (argc == 2 && std::string(argv[1]) == describeArgument) {
+            std::cout << describedOptions(tool.options);
+            return 0;
+        }
         try {
             tool.options.parse(argc, argv);
         } catch (const CLI::ParseError& error) {

@@ -21,6 +21,20 @@ struct Tool {
     std::function<std::string(const pcm::Failure&)> describe;
 };
 
+/// As the only argument: prints the options for the program that makes the shells' completions of
+/// them. One line for each command, option and operand, its fields between tabs.
+inline constexpr const char* describeArgument = "--describe-options";
+
+/// One option or operand of such a description.
+struct DescribedOption {
+    std::string names;   ///< "-e,--encode"; an operand's word
+    std::string value;   ///< what follows an option: "LEVEL"; empty for a switch
+    std::string choices; ///< the words that may follow, with blanks between them; empty for any
+    std::string description;
+};
+std::string describedCommand(const std::string& name, const std::string& description);
+std::string describedOption(const DescribedOption& option, bool isOperand);
+
 /// What a failure says, as it may be printed to standard error.
 std::string toldText(const pcm::Failure& failure);
 

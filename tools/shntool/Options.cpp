@@ -43,6 +43,19 @@ constexpr const char* outputHelp =
     "           arguments stands for the file. Also cust ext=EXTENSION { ENCODER ARGUMENTS }\n"
     "  -z TEXT  put TEXT behind output names, before the extension\n";
 
+enum class Order { Given, Natural, Ascii };
+
+constexpr std::array<std::pair<const char*, ProgressKind>, 5> kinds{
+    {{"pct", ProgressKind::Percent},
+     {"dot", ProgressKind::Dots},
+     {"spin", ProgressKind::Spinner},
+     {"face", ProgressKind::Face},
+     {"none", ProgressKind::None}}};
+constexpr std::array<std::pair<const char*, Order>, 3> orders{
+    {{"none", Order::Given}, {"natural", Order::Natural}, {"ascii", Order::Ascii}}};
+constexpr std::array<std::pair<const char*, Overwrite>, 3> actions{
+    {{"ask", Overwrite::Ask}, {"always", Overwrite::Always}, {"never", Overwrite::Never}}};
+
 [[noreturn]] void wrongUsage(const std::string& text) {
     throw ModeError(text, ModeError::Kind::Usage);
 }
@@ -129,8 +142,6 @@ std::vector<std::string> namesFromFile(const std::string& path) {
     }
 }
 
-enum class Order { Given, Natural, Ascii };
-
 void sortFiles(std::vector<std::string>& files, Order order) {
     if (order == Order::Natural) {
         std::stable_sort(files.begin(), files.end(), [](const auto& one, const auto& other) {
@@ -179,14 +190,6 @@ struct Parsing {
     }
 
     void takeGlobal(char option, const char* value) {
-        constexpr std::array<std::pair<const char*, ProgressKind>, 5> kinds{
-            {{"pct", ProgressKind::Percent},
-             {"dot", ProgressKind::Dots},
-             {"spin", ProgressKind::Spinner},
-             {"face", ProgressKind::Face},
-             {"none", ProgressKind::None}}};
-        constexpr std::array<std::pair<const char*, Order>, 3> orders{
-            {{"none", Order::Given}, {"natural", Order::Natural}, {"ascii", Order::Ascii}}};
         switch (option) {
         case 'D':
             options.console.debug = true;
@@ -215,8 +218,6 @@ struct Parsing {
     }
 
     void takeOutput(char option, const char* value) {
-        constexpr std::array<std::pair<const char*, Overwrite>, 3> actions{
-            {{"ask", Overwrite::Ask}, {"always", Overwrite::Always}, {"never", Overwrite::Never}}};
         switch (option) {
         case 'O':
             options.overwrite = choice(actions, value, "overwrite action");
@@ -298,6 +299,73 @@ std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> argumen
     // A hyphen alone would be standard input.
     std::replace(options.files.begin(), options.files.end(), std::string("-"), std::string("./-"));
     sortFiles(options.files, parsing.order);
+    return options;
+}
+
+namespace {
+
+template <typename Value, std::size_t Size>
+std::string wordsOf(const std::array<std::pair<const char*, Value>, Size>& choices) {
+    std::string words;
+    for (const auto& one : choices) {
+        words += (words.empty() ? "" : " ") + std::string(one.first);
+    }
+    return words;
+}
+
+std::string formatNames(bool Format::*isFit) {
+    std::string names;
+    for (const Format& format : formats()) {
+        if (format.*isFit) {
+            names += (names.empty() ? "" : " ") + std::string(format.name);
+        }
+    }
+    return names;
+}
+
+std::string choicesOf(const Mode& mode, char letter) {
+    switch (letter) {
+    case 'P':
+        return wordsOf(kinds);
+    case 'r':
+        return wordsOf(orders);
+    case 'i':
+        return formatNames(&Format::isRead);
+    case 'O':
+        return mode.writes ? wordsOf(actions) : "";
+    case 'o':
+        return mode.writes ? formatNames(&Format::isWritten) : "";
+    default:
+        return "";
+    }
+}
+
+} // namespace
+
+std::vector<OptionText> optionsOf(const Mode& mode) {
+    std::vector<OptionText> options;
+    std::istringstream lines(std::string(mode.help) + (mode.writes ? outputHelp : "") + globalHelp);
+    bool isOption = false; // what the lines are about
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string word;
+        words >> word;
+        if (line.starts_with("  -")) {
+            isOption = word.size() == 2 && word != "--";
+            if (isOption) {
+                options.push_back({word[1], "", choicesOf(mode, word[1]), ""});
+                const bool takesValue = line[4] == ' ' && line[5] != ' ';
+                word.clear();
+                words >> (takesValue ? options.back().value : word) >> word;
+            }
+        } else {
+            isOption = isOption && line.starts_with("     ");
+        }
+        for (; isOption && !word.empty(); word.clear(), words >> word) {
+            std::string& text = options.back().description;
+            text += (text.empty() ? "" : " ") + word;
+        }
+    }
     return options;
 }
 

@@ -52,6 +52,17 @@ struct Mode {
 /// the version when that is asked for and returns nothing then. Throws ModeError.
 std::optional<Options> parseOptions(const Mode& mode, std::vector<char*> arguments);
 
+/// An option of a mode, as its help tells of it.
+struct OptionText {
+    char letter;
+    std::string value;       ///< the word for its argument; empty when it takes none
+    std::string choices;     ///< the words that the argument may be or begin with; empty for any
+    std::string description; ///< in one line
+};
+
+/// All options of a mode, those of every mode among them.
+std::vector<OptionText> optionsOf(const Mode& mode);
+
 /// What --version prints.
 std::string versionText();
 

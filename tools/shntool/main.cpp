@@ -45,6 +45,26 @@ std::string formatsText() {
     return text;
 }
 
+// For the completions of shells.
+std::string describedModes() {
+    std::string text = tools::describedCommand("shntool", "Works on the samples of audio files");
+    text += tools::describedOption({"-f,--formats", "", "", "List the formats"}, false);
+    text += tools::describedOption({"-h,--help", "", "", "Print the help"}, false);
+    text += tools::describedOption({"-v,--version", "", "", "Print the version"}, false);
+    for (const Mode& mode : shntool::modes()) {
+        text += tools::describedCommand(std::string("shntool ") + mode.name, mode.description);
+        for (const shntool::OptionText& option : shntool::optionsOf(mode)) {
+            text += tools::describedOption({std::string("-") + option.letter, option.value,
+                                            option.choices, option.description},
+                                           false);
+        }
+        if (mode.reads) {
+            text += tools::describedOption({"FILES", "", "", "The files to read"}, true);
+        }
+    }
+    return text;
+}
+
 int runMode(const Mode& mode, const std::vector<char*>& arguments) {
     // Until the options are known, errors are told as usual.
     Console console({.mode = mode.name});
@@ -71,6 +91,10 @@ int run(int argc, char** argv) {
     }
     if (word == "-v" || word == "--version") {
         shntool::printText(shntool::versionText() + '\n');
+        return 0;
+    }
+    if (word == tools::describeArgument && argc == 2) {
+        shntool::printText(describedModes());
         return 0;
     }
     if (word == "-f" || word == "--formats") {

@@ -77,7 +77,8 @@ TtaEnc::TtaEnc(CLI::App& options) {
     CLI::Option* decode = options.add_flag("-d,--decode", isDecode_, "Decode TTA to WAV");
     CLI::Option* test = options.add_flag("-t,--test", isTest_, "Decode, but write nothing");
     CLI::Option* output =
-        options.add_option("-o,--output", output_, "File to write; - is standard output");
+        options.add_option("-o,--output", output_, "File to write; - is standard output")
+            ->type_name("FILE");
     options.add_option("INPUT", input_, "File to read; - is standard input")->required();
     options.add_option("-j,--jobs", jobs_, "Frames to work on side by side")
         ->check(CLI::Range(1U, 64U))
