@@ -1,7 +1,7 @@
 # The completions for shells, from the options as the programs know them, where Debian's shells look.
 # Other programs have the names of our tools: no file here has a name that would be theirs. bash reads
 # “_NAME” where no package brings “NAME”, zsh knows ours by their folder, and for fish a file that is
-# always read leads to those of quav-NAME.
+# always read leads to theirs.
 set(completions ${PROJECT_BINARY_DIR}/completions)
 file(MAKE_DIRECTORY ${completions})
 set(made)
@@ -30,7 +30,7 @@ foreach(tool mac shntool shorten ttaenc)
                      DEPENDS ${tool} VERBATIM)
   quav_completion(bash ${bash}/_${tool} --completion-of ${options})
   quav_completion(zsh ${zsh}/_quav-${tool} --completion-of ${options})
-  quav_completion(fish ${fish}/quav-${tool}.fish --completion-of ${options})
+  quav_completion(fish fish/vendor_functions.d/__quav_${tool}_at.fish --completion-of ${options})
 endforeach()
 install(FILES data/quav-tools.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_conf.d)
 add_custom_target(completions ALL DEPENDS ${made})

@@ -14,7 +14,7 @@ namespace quav {
 QString completionOfProgram(const QByteArray& shell, const CommandHelp& program);
 
 /// The same for a tool of ours. Other programs may have its name: bash and zsh complete the one in
-/// a folder "quav/tools" alone. fish, which looks for completions by a command's bare name, knows
+/// a folder "quav/tools" alone; fish is led there by what the package brings beside it.
 /// it as quav-NAME; the package brings what leads there.
 QString completionOfTool(const QByteArray& shell, const CommandHelp& tool);
 

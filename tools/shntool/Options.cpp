@@ -354,9 +354,11 @@ std::vector<OptionText> optionsOf(const Mode& mode) {
             isOption = word.size() == 2 && word != "--";
             if (isOption) {
                 options.push_back({word[1], "", choicesOf(mode, word[1]), ""});
-                const bool takesValue = line[4] == ' ' && line[5] != ' ';
+                if (line[5] != ' ') {
+                    words >> options.back().value;
+                }
                 word.clear();
-                words >> (takesValue ? options.back().value : word) >> word;
+                words >> word;
             }
         } else {
             isOption = isOption && line.starts_with("     ");
