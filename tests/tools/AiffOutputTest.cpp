@@ -59,9 +59,9 @@ private Q_SLOTS:
         QCOMPARE(sizeAt(file, ssnd + 4), 8 + count);
         QVERIFY(count % 2 == 0 || file.back() == '\0');
 
-        // Three others and our own reader have the same samples, also where a chunk follows.
-        const QByteArray name("NAME\0\0\0\4test", 12);
-        QByteArray more = file + name;
+        // Three others and our own reader have the same samples, also between odd chunks.
+        const QByteArray name("NAME\0\0\0\5tests\0", 14);
+        QByteArray more = file.first(ssnd) + name + file.sliced(ssnd) + name;
         qToBigEndian(quint32(more.size() - 8), more.data() + 4);
         write(u"more.aiff"_s, more);
         const QString digest =
