@@ -13,6 +13,26 @@
 
 namespace quav {
 
+namespace {
+
+/// Why files cannot be written to a folder, as a sentence for the user.
+std::optional<QString> whyUnusable(const QString& folder) {
+    const QFileInfo info(folder);
+    if (!info.isDir()) {
+        return QCoreApplication::translate("ConversionPlan",
+                                           "The output folder “%1” does not exist.")
+            .arg(folder);
+    }
+    if (!info.isWritable()) {
+        return QCoreApplication::translate("ConversionPlan",
+                                           "The output folder “%1” cannot be written to.")
+            .arg(folder);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 QStringList existingOutputs(const ConversionPlan& plan) {
     QHash<QString, QSet<QString>> inFolder;
     QStringList existing;
@@ -47,21 +67,6 @@ std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPla
             return std::pair(*other, conversion.source);
         }
         sourceOf.insert(output, conversion.source);
-    }
-    return std::nullopt;
-}
-
-std::optional<QString> whyUnusable(const QString& folder) {
-    const QFileInfo info(folder);
-    if (!info.isDir()) {
-        return QCoreApplication::translate("ConversionPlan",
-                                           "The output folder “%1” does not exist.")
-            .arg(folder);
-    }
-    if (!info.isWritable()) {
-        return QCoreApplication::translate("ConversionPlan",
-                                           "The output folder “%1” cannot be written to.")
-            .arg(folder);
     }
     return std::nullopt;
 }

@@ -39,9 +39,6 @@ QStringList existingOutputs(const ConversionPlan& plan);
 /// The first two sources whose outputs would be the same file, however the paths are spelled.
 std::optional<std::pair<QString, QString>> firstSharedOutput(const ConversionPlan& plan);
 
-/// Why files cannot be written to a folder, as a sentence for the user.
-std::optional<QString> whyUnusable(const QString& folder);
-
 /// The first output folder that files cannot be written to, as a sentence for the user.
 std::optional<QString> firstUnusableFolder(const ConversionPlan& plan);
 
