@@ -15,7 +15,6 @@ QString completionOfProgram(const QByteArray& shell, const CommandHelp& program)
 
 /// The same for a tool of ours. Other programs may have its name: bash and zsh complete the one in
 /// a folder "quav/tools" alone; fish is led there by what the package brings beside it.
-/// it as quav-NAME; the package brings what leads there.
 QString completionOfTool(const QByteArray& shell, const CommandHelp& tool);
 
 /// What a tool prints for --describe-options, from a file; why not otherwise.
