@@ -152,20 +152,31 @@ private Q_SLOTS:
             return all.contains(u"\"sleep\"") && all.contains(u"\"block\"") &&
                    all.contains(u"\"work\"");
         };
+        // An answer on its way holds the system, too: only what stays has been kept.
+        const auto staysHeld = [&] {
+            for (int i = 0; i < 10; ++i) {
+                QCoreApplication::processEvents();
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                if (!isHeld()) {
+                    return false;
+                }
+            }
+            return true;
+        };
         desktop.preventSuspend(u"work"_s); // and no bus
         QVERIFY(!isHeld());
         const QString session = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
         QVERIFY(QFile::link(session.section(u'=', 1).section(u',', 0, 0), systemBus()));
         const MockService service({u"--template"_s, u"logind"_s});
         QTRY_VERIFY(isOnBus(u"org.freedesktop.login1"_s));
-        QTRY_VERIFY((desktop.preventSuspend(u"work"_s), isHeld()));
+        QTRY_VERIFY((desktop.preventSuspend(u"work"_s), staysHeld()));
         desktop.allowSuspend();
         QTRY_VERIFY(!isHeld());
         // A wish that comes back before the first answer.
         desktop.preventSuspend(u"work"_s);
         desktop.allowSuspend();
         desktop.preventSuspend(u"work"_s);
-        QTRY_VERIFY(isHeld());
+        QTRY_VERIFY(staysHeld());
         desktop.allowSuspend();
         QTRY_VERIFY(!isHeld());
     }
