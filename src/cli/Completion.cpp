@@ -51,11 +51,10 @@ QStringList innerNames(const CommandHelp& command) {
 /// are called after it, and `$COMMANDS` is the place of what the commands take.
 class Script {
 public:
-    Script(const CommandHelp& program, bool isTool) : program_(program), isTool_(isTool) {
-        name_ = isTool ? u"quav-"_s + program.name : program.name;
-        id_ = name_;
-        id_.replace(u'-', u'_');
-    }
+    Script(const CommandHelp& program, bool isTool)
+        : program_(program), isTool_(isTool),
+          name_(isTool ? u"quav-"_s + program.name : program.name),
+          id_(QString(name_).replace(u'-', u'_')) {}
 
     QString bash();
     QString zsh();
