@@ -354,7 +354,8 @@ private Q_SLOTS:
             bench.prompts.answers = {answer};
             bench.checksum.addFiles(paths);
             const CommandOutcome outcome = bench.press(bench.checksum);
-            (void)QTest::qWaitFor([&] { return bench.workbench.queue().taskCount() == 0; }, 60000);
+            (void)QTest::qWaitFor([&] { return bench.workbench.queue().taskCount() == 0; },
+                                  quav::test::patience);
             return outcome;
         };
         if (!question.isEmpty()) {

@@ -114,7 +114,7 @@ private Q_SLOTS:
         terminal.start(process, u"encode --to flac --output out in"_s);
         QTRY_VERIFY(terminal.screen().contains("[y/N] "));
         terminal.type(typed.toUtf8());
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         QVERIFY2(process.exitCode() == status, terminal.screen().constData());
         QCOMPARE(contents(cli.out(u"a.flac"_s)) != "old", changed);
         QCOMPARE(isSoundFlac(cli.out(u"a.flac"_s)), changed);
@@ -155,7 +155,7 @@ private Q_SLOTS:
         QByteArray errors;
         QTRY_VERIFY((errors += process.readAllStandardError()).contains("done: "));
         send(SIGINT, process);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         errors += process.readAllStandardError();
         QCOMPARE(process.exitCode(), 1);
         QVERIFY2(errors.contains("cancelled: 499.wav"), errors.constData());
@@ -185,7 +185,7 @@ private Q_SLOTS:
         QTRY_VERIFY((errors += process.readAllStandardError()).contains("Cancelled."));
         QVERIFY(QFile::exists(cli.out(u"a.flac"_s)) && tool.isThere());
         send(signal, process);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 1);
         QVERIFY(!tool.isThere());
@@ -209,7 +209,7 @@ private Q_SLOTS:
         QTRY_VERIFY(tool.hasStarted());
         QVERIFY(tool.isThere());
         process.kill();
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         QTRY_VERIFY(!tool.isThere());
     }
 

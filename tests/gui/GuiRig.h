@@ -45,7 +45,7 @@ inline void press(QWidget& above, const char* text) {
 /// Keys and shortcuts work in the active window only.
 inline bool becomesActive(QWidget& window) {
     window.activateWindow();
-    return QTest::qWaitForWindowActive(&window);
+    return QTest::qWaitForWindowActive(&window, quav::test::patience);
 }
 
 /// Drags files over a widget and drops them. False when the widget does not take them.

@@ -29,7 +29,7 @@ bool laterStartHandsOver(const QStringList& files, const QString& tab) {
     const auto ended = [&] {
         return started.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     };
-    const bool handedOver = QTest::qWaitFor(ended) && started.get();
+    const bool handedOver = QTest::qWaitFor(ended, quav::test::patience) && started.get();
     QDBusConnection::disconnectFromBus(name);
     return handedOver;
 }

@@ -213,7 +213,7 @@ void WindowTest::quittingWaitsForToolsThatRunUnlessRefused() {
     QVERIFY(rig.panel.isVisible());
     QVERIFY(finished.isEmpty());
     rig.letPass(1);
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(quav::test::patience));
     QVERIFY(QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));
 }
 
@@ -232,7 +232,7 @@ void WindowTest::endingAtOnceAsksNothingAndStopsTheTools() {
         rig.window.endAtOnce();
     }
     QVERIFY(finished.isEmpty());
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(quav::test::patience));
     QCOMPARE(rig.queue.taskCount(), 0);
     QCOMPARE(rig.prompts.questions.size(), 0);
     QVERIFY(!QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));

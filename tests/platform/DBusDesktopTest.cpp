@@ -36,7 +36,7 @@ public:
     }
     ~MockService() {
         process_.terminate();
-        process_.waitForFinished();
+        process_.waitForFinished(quav::test::patience);
     }
 
 private:
@@ -219,7 +219,7 @@ private Q_SLOTS:
         desktop.setBadge(std::nullopt);
         QTRY_VERIFY(listen().contains("boolean false"));
         monitor.terminate();
-        monitor.waitForFinished();
+        monitor.waitForFinished(quav::test::patience);
     }
 
 private:

@@ -46,7 +46,8 @@ QByteArray run(const char* command, const QStringList& rest) {
     const QStringList words = QString::fromLatin1(command).split(u' ');
     QProcess process;
     process.start(words.first(), words.mid(1) + rest);
-    const bool ended = process.waitForFinished() && process.exitStatus() == QProcess::NormalExit;
+    const bool ended = process.waitForFinished(quav::test::patience) &&
+                       process.exitStatus() == QProcess::NormalExit;
     if (!ended || process.exitCode() != 0) {
         throw std::runtime_error(process.readAllStandardError().prepend(command).toStdString());
     }

@@ -143,7 +143,7 @@ private Q_SLOTS:
         shntool.start(program(u"shntool"_s),
                       {u"conv"_s, u"-d"_s, path({}), u"-o"_s, u"cust ext=x "_s + encoder + u" %f"_s,
                        path(u"in.wav"_s)});
-        QVERIFY(shntool.waitForStarted());
+        QVERIFY(shntool.waitForStarted(quav::test::patience));
         QByteArray mode;
         std::array<char, 100> piece{};
         const auto readOn = [&] {
@@ -151,12 +151,12 @@ private Q_SLOTS:
             mode.append(piece.data(), std::max<ssize_t>(count, 0));
             return count;
         };
-        QTRY_VERIFY_WITH_TIMEOUT((readOn(), mode.contains('\n')), 30'000);
+        QTRY_VERIFY((readOn(), mode.contains('\n')));
         QCOMPARE(mode, "700\n"_ba);
         QCOMPARE(readOn(), ssize_t(-1)); // The encoder has it open.
         shntool.kill();
-        QVERIFY(shntool.waitForFinished());
-        QTRY_COMPARE_WITH_TIMEOUT(readOn(), ssize_t(0), 30'000);
+        QVERIFY(shntool.waitForFinished(quav::test::patience));
+        QTRY_COMPARE(readOn(), ssize_t(0));
     }
 
     void aTerminalGetsNoControlCharacters_data() {
@@ -188,7 +188,7 @@ private Q_SLOTS:
             ::dup2(terminal, STDERR_FILENO);
         });
         process.start(program(tool), arguments);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         ::close(terminal);
         QByteArray shown;
         std::array<char, 4096> piece{};
@@ -201,7 +201,7 @@ private Q_SLOTS:
         process.setChildProcessModifier({});
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program(tool), arguments);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         QVERIFY(process.readAll().contains(name.toUtf8()));
     }
 };

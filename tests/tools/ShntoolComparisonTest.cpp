@@ -186,8 +186,8 @@ class ShntoolComparisonTest : public QObject, ToolFolder {
         process.setProcessEnvironment(environment_);
         process.setStandardInputFile(QProcess::nullDevice());
         process.start(program, arguments);
-        const bool ended =
-            process.waitForFinished(60'000) && process.exitStatus() == QProcess::NormalExit;
+        const bool ended = process.waitForFinished(quav::test::patience) &&
+                           process.exitStatus() == QProcess::NormalExit;
         QString left = u"status: %1\noutput:\n%2errors:\n%3files:\n"_s.arg(
             ended ? QString::number(process.exitCode()) : u"did not end by itself"_s,
             normal(process.readAllStandardOutput()), normal(process.readAllStandardError()));
@@ -258,7 +258,7 @@ private Q_SLOTS:
             QProcess process;
             process.setWorkingDirectory(path({}));
             process.start(tools + u'/' + tool, arguments);
-            return process.waitForFinished() && process.exitCode() == 0;
+            return process.waitForFinished(quav::test::patience) && process.exitCode() == 0;
         };
         QVERIFY(make(u"flac"_s, {u"-s"_s, u"mis.wav"_s, u"byte.wav"_s, u"dat.wav"_s}));
         for (const QString& name : {u"mis"_s, u"byte"_s}) { // whole, with another MD5

@@ -70,7 +70,7 @@ class ShntoolTest : public QObject, ToolFolder {
                           QStringList{u"-c"_s, limit + u"; exec \"$0\" \"$@\""_s, program} +
                               arguments);
         }
-        const bool ended = process.waitForFinished(60'000);
+        const bool ended = process.waitForFinished(quav::test::patience);
         return {ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
                 process.readAllStandardOutput(), process.readAllStandardError()};
     }
@@ -82,7 +82,7 @@ class ShntoolTest : public QObject, ToolFolder {
         QStringList words = QProcess::splitCommand(command);
         const QString tool = QFileInfo(program).path() + u'/' + words.first();
         process.start(QFileInfo::exists(tool) ? tool : words.first(), words.mid(1));
-        return process.waitForFinished(60'000) && process.exitCode() == 0;
+        return process.waitForFinished(quav::test::patience) && process.exitCode() == 0;
     }
 
     QStringList outputs() const {
@@ -510,7 +510,7 @@ private Q_SLOTS:
             ::dup2(ends[1], STDERR_FILENO);
         });
         process.start(program, {u"hash"_s, u"a.wav"_s, u"missing.wav"_s, u"a.wav"_s});
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         ::close(ends[1]);
         QByteArrayList writes;
         std::array<char, 65536> piece{};
@@ -554,14 +554,14 @@ private Q_SLOTS:
         QStringList arguments = QProcess::splitCommand(command);
         arguments.insert(1, u"-iwav "_s + decoder + u" %f"_s);
         process.start(program, arguments);
-        QVERIFY(process.waitForStarted());
+        QVERIFY(process.waitForStarted(quav::test::patience));
         QByteArray told;
         QTRY_VERIFY((told += process.readAllStandardError()).contains("[a.wav]"));
         if (command.startsWith(u"fix")) {
             QTRY_VERIFY(!outputs().filter(u".quav-"_s).isEmpty());
         }
         ::kill(pid_t(process.processId()), signal);
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(quav::test::patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
         QVERIFY(outputs().filter(u".quav-"_s).isEmpty());
         QVERIFY(!outputs().contains(u"a.x"_s) && !outputs().contains(u"a.wav"_s));

@@ -28,9 +28,9 @@ inline Ran pipe(const QString& program, const QStringList& arguments,
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
-    if (!process.waitForFinished(60'000)) {
+    if (!process.waitForFinished(quav::test::patience)) {
         process.kill();
-        process.waitForFinished();
+        process.waitForFinished(quav::test::patience);
     }
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             process.readAllStandardOutput(), process.readAllStandardError()};

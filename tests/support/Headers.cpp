@@ -1,0 +1,1 @@
+// Nothing: with this file the headers that the tests share are compiled, once for all of them.
