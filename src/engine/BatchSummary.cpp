@@ -63,11 +63,14 @@ QString BatchSummary::text() const {
 }
 
 QString BatchSummary::line() const {
-    const QString others = sentences().join(u' ');
-    if (failed_ == 0) {
-        return others;
+    QStringList parts;
+    if (failed_ > 0) {
+        parts << failures();
     }
-    return others.isEmpty() ? failures() : failures() + QStringLiteral(" · ") + others;
+    if (const QString others = sentences().join(u' '); !others.isEmpty()) {
+        parts << others;
+    }
+    return parts.join(QStringLiteral(" · "));
 }
 
 } // namespace quav
