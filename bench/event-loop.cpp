@@ -81,7 +81,7 @@ void verifyEntries(bench::WindowRig& rig) {
     list.write((digest.toLatin1() + " *entry\n").repeated(entryCount));
     list.close();
     ChecksumTab& tab = rig.workbench.checksumTab();
-    tab.setCommandOptions(ChecksumTab::Command::Verify);
+    tab.options().set(checksumOptions().command, ChecksumCommand::Verify);
     tab.addFiles({list.fileName()});
     tab.executeCommand();
 }

@@ -56,8 +56,10 @@ QStringList unusableIn(const DirectoryContents& contents) {
     return sentences;
 }
 
-BaseTab::BaseTab(QString label, const Services& services)
-    : label_(std::move(label)), services_(services) {}
+BaseTab::BaseTab(QString label, const OptionTable& table, const Services& services)
+    : label_(std::move(label)), services_(services), options_(table, services.settings) {
+    connect(&options_, &TabOptions::changed, this, [this] { displayRelevantOptions(); });
+}
 
 void BaseTab::addFile(const QString& path) {
     addFoundFiles({path});
@@ -186,7 +188,9 @@ void BaseTab::filterGivenExtension(const QString& extension) {
     Q_EMIT filesChanged();
 }
 
-void BaseTab::displayRelevantOptions() {}
+void BaseTab::displayRelevantOptions() {
+    Q_EMIT optionsChanged();
+}
 
 std::optional<QString> BaseTab::chooseOutputFolder() {
     return services_.prompts.chooseFolder(tr("Choose output directory"));

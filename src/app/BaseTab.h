@@ -2,6 +2,7 @@
 
 #include "app/FileList.h"
 #include "app/Services.h"
+#include "app/TabOptions.h"
 
 #include <QObject>
 #include <QSet>
@@ -29,10 +30,16 @@ class BaseTab : public QObject {
     Q_OBJECT
 
 public:
-    BaseTab(QString label, const Services& services);
+    /// The table of options has to outlive the tab.
+    BaseTab(QString label, const OptionTable& table, const Services& services);
 
     const QString& label() const { return label_; }
     FileList& files() { return files_; }
+
+    /// The options as they stand.
+    TabOptions& options() { return options_; }
+    const TabOptions& options() const { return options_; }
+
     QStringList fileNames() const { return files_.fileNames(); }
 
     /// Adds files without asking whether the tab can process them.
@@ -51,8 +58,7 @@ public:
     void deleteSelectedRows(const QSet<int>& rows);
     void filterGivenExtension(const QString& extension);
 
-    /// Brings the options up to date with what they depend on; also called when the tab is
-    /// selected.
+    /// Called whenever an option has changed, and when the tab is selected.
     virtual void displayRelevantOptions();
 
     /// The tab's button.
@@ -99,6 +105,7 @@ private:
     QString label_;
     Services services_;
     FileList files_;
+    TabOptions options_;
 };
 
 /// Sentences about what a folder holds that cannot be used: names that are not UTF-8, folders that

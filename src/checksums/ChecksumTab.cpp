@@ -2,6 +2,7 @@
 
 #include "app/FileKinds.h"
 #include "app/UserPrompts.h"
+#include "checksums/ChecksumOptions.h"
 #include "checksums/CreateFFPTask.h"
 #include "checksums/CreateMD5Task.h"
 #include "checksums/CreateST5Task.h"
@@ -95,58 +96,36 @@ const Tester* testerOf(const QString& path) {
 
 } // namespace
 
-ChecksumTab::ChecksumTab(const Services& services) : BaseTab(tabs::checksum, services) {}
-
-void ChecksumTab::setCommandOptions(Command command) {
-    command_ = command;
-    displayRelevantOptions();
-}
-
-void ChecksumTab::setCreateChecksumOptions(ChecksumKind kind) {
-    kind_ = kind;
-    displayRelevantOptions();
-}
-
-void ChecksumTab::setSourceSaveButton(bool on) {
-    sourceSave_ = on;
-    displayRelevantOptions();
-}
-
-void ChecksumTab::setAcceptOtherSpellings(bool on) {
-    acceptOtherSpellings_ = on;
-    displayRelevantOptions();
-}
-
-void ChecksumTab::displayRelevantOptions() {
-    Q_EMIT optionsChanged();
-}
+ChecksumTab::ChecksumTab(const Services& services)
+    : BaseTab(tabs::checksum, checksumOptions(), services) {}
 
 CommandOutcome ChecksumTab::executeCommand() {
     if (files().rowCount() == 0) {
         return CommandOutcome::NothingToDo;
     }
-    switch (command_) {
-    case Command::Test:
+    switch (options()[checksumOptions().command]) {
+    case ChecksumCommand::Test:
         return test();
-    case Command::Create:
+    case ChecksumCommand::Create:
         return create();
-    case Command::Verify:
+    case ChecksumCommand::Verify:
         return verify();
     }
     return CommandOutcome::NothingToDo;
 }
 
 checksumlist::Reading ChecksumTab::reading() const {
-    return acceptOtherSpellings_ ? checksumlist::Reading::Tolerant : checksumlist::Reading::Strict;
+    return options()[checksumOptions().acceptOtherSpellings] ? checksumlist::Reading::Tolerant
+                                                             : checksumlist::Reading::Strict;
 }
 
 bool ChecksumTab::hasUseFor(const QString& path) const {
-    switch (command_) {
-    case Command::Test:
+    switch (options()[checksumOptions().command]) {
+    case ChecksumCommand::Test:
         return testerOf(path) != nullptr;
-    case Command::Create:
-        return !filesFor(kind_, {path}).isEmpty();
-    case Command::Verify:
+    case ChecksumCommand::Create:
+        return !filesFor(options()[checksumOptions().kind], {path}).isEmpty();
+    case ChecksumCommand::Verify:
         return checksumlist::kindOf(path, reading()).has_value();
     }
     return false;
@@ -239,23 +218,24 @@ std::shared_ptr<QUAVTask> ChecksumTab::verifyTTA(const QString& path,
 }
 
 CommandOutcome ChecksumTab::create() {
-    const QStringList files = filesFor(kind_, fileNames());
+    const auto kind = options()[checksumOptions().kind];
+    const QStringList files = filesFor(kind, fileNames());
     if (files.isEmpty()) {
         clearFiles();
         return CommandOutcome::NothingToDo;
     }
-    if (!hasTools(makersOf(kind_))) {
+    if (!hasTools(makersOf(kind))) {
         return CommandOutcome::Refused;
     }
-    const auto path = choosePath(files, kind_, sourceSave_);
+    const auto path = choosePath(files, kind, options()[checksumOptions().sourceSave]);
     if (!path) {
         // Who answers “No” may have another place in mind for the same files.
-        if (path.error() == NoPath::DialogCancelled && kind_ != ChecksumKind::Ffp) {
+        if (path.error() == NoPath::DialogCancelled && kind != ChecksumKind::Ffp) {
             clearFiles();
         }
         return CommandOutcome::Declined;
     }
-    switch (kind_) {
+    switch (kind) {
     case ChecksumKind::Md5:
         return queueOne(md5Task(files, services().queue, *path));
     case ChecksumKind::St5:

@@ -28,31 +28,7 @@ class ChecksumTab : public BaseTab {
     Q_OBJECT
 
 public:
-    /// The rows of the choice of commands.
-    enum class Command { Test, Create, Verify };
-
     explicit ChecksumTab(const Services& services);
-
-    Command commandOptions() const { return command_; }
-    void setCommandOptions(Command command);
-
-    /// The kind of checksum file to create.
-    ChecksumKind createChecksumOptions() const { return kind_; }
-    void setCreateChecksumOptions(ChecksumKind kind);
-
-    /// Whether checksum files are saved beside the files, without asking for a path.
-    bool sourceSaveButton() const { return sourceSave_; }
-    void setSourceSaveButton(bool on);
-
-    /// Whether lists are read that are spelled or named in other ways than our own.
-    bool acceptOtherSpellings() const { return acceptOtherSpellings_; }
-    void setAcceptOtherSpellings(bool on);
-
-    /// The options for creating are there only while that is chosen, those for reading only with
-    /// verifying.
-    void displayRelevantOptions() override;
-    bool createOptionsShown() const { return command_ == Command::Create; }
-    bool readingOptionsShown() const { return command_ == Command::Verify; }
 
     CommandOutcome executeCommand() override;
 
@@ -121,10 +97,6 @@ private:
     bool hasAnyTools(const QSet<QStringList>& sets);
     bool writeFingerprints(const QStringList& files, const QString& path);
 
-    Command command_ = Command::Test;
-    ChecksumKind kind_ = ChecksumKind::Md5;
-    bool sourceSave_ = false;
-    bool acceptOtherSpellings_ = false;
     std::atomic<bool> stopWriting_ = false;
 };
 

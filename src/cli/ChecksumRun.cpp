@@ -13,13 +13,6 @@ ChecksumTab& ChecksumRun::tab() {
     return workbench().checksumTab();
 }
 
-void ChecksumRun::setOptions() {
-    tab().setCommandOptions(options_.command);
-    tab().setCreateChecksumOptions(options_.kind);
-    tab().setSourceSaveButton(options_.beside);
-    tab().setAcceptOtherSpellings(options_.tolerant);
-}
-
 void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
     QObject::connect(&signals, &StopSignals::stopRequested, &tab(), &ChecksumTab::stopWriting);
     QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &face,
@@ -38,6 +31,7 @@ void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
 }
 
 int ChecksumRun::run() {
+    tab().options().setForThisRun(checksumOptions().command, options_.command);
     setOptions();
     if (const auto status = choosePath()) {
         return *status;
@@ -55,7 +49,8 @@ int ChecksumRun::run() {
 }
 
 std::optional<int> ChecksumRun::choosePath() {
-    if (options_.command != ChecksumTab::Command::Create || options_.beside) {
+    if (options_.command != ChecksumCommand::Create ||
+        tab().options()[checksumOptions().sourceSave]) {
         return std::nullopt;
     }
     if (!options_.save) {
@@ -88,7 +83,7 @@ void ChecksumRun::tellWhatIsLeftOut() {
         if (!isFolder(path) && !tab().hasUseFor(path)) {
             noteUnusable();
             const bool isOtherList =
-                options_.command == ChecksumTab::Command::Verify &&
+                options_.command == ChecksumCommand::Verify &&
                 checksumlist::kindOf(path, checksumlist::Reading::Tolerant).has_value();
             terminal().say((isOtherList
                                 ? tr("“%1” can only be read with --tolerant. It was left out.")

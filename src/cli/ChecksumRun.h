@@ -19,12 +19,11 @@ public:
 private:
     ChecksumTab& tab() override;
     void connectTab(TerminalFace& face, const StopSignals& signals) override;
-    void setOptions();
     /// Chooses where the checksum file goes; an exit status when it can go nowhere.
     std::optional<int> choosePath();
     void tellWhatIsLeftOut();
 
-    ChecksumOptions options_;
+    ChecksumArguments options_;
 };
 
 } // namespace quav

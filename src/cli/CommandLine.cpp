@@ -1,5 +1,8 @@
 #include "cli/CommandLine.h"
 
+#include "cli/OptionFlags.h"
+#include "codecs/DecodeOptions.h"
+#include "codecs/EncodeOptions.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
 
@@ -93,16 +96,6 @@ std::string examplesAndExitStatus() {
     return plain(text);
 }
 
-/// The kind of that title; MD5 for no title at all.
-ChecksumKind kindOf(const QString& title) {
-    for (const ChecksumKind kind : {ChecksumKind::St5, ChecksumKind::Ffp}) {
-        if (checksumfiles::title(kind) == title) {
-            return kind;
-        }
-    }
-    return ChecksumKind::Md5;
-}
-
 CLI::Validator range(QLatin1StringView key) {
     const SettingDefinition* definition = Settings::definition(QString(key));
     return CLI::Range(definition->least, definition->greatest).description("");
@@ -127,18 +120,14 @@ struct CommandLine::Parts {
                  "writes and verifies checksum files; tests compressed files. Does without a "
                  "display what the window does.")),
         "quav-cli"};
-    CLI::App* encode = nullptr;
-    CLI::App* decode = nullptr;
-    CLI::App* create = nullptr;
     CLI::App* settings = nullptr;
     bool manual = false;
     std::string shell;
     std::string toolOptions;
     Choices choices;
-    std::string format;
-    std::string outputFolder;
-    std::string kind;
-    std::string savePath;
+    OptionFlags flags;
+    std::optional<std::string> outputFolder;
+    std::optional<std::string> savePath;
     std::vector<std::string> files;
     bool yes = false;
     bool no = false;
@@ -149,17 +138,15 @@ struct CommandLine::Parts {
     CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
     void addEncode();
     void addDecode();
+    void addFlags(CLI::App& command, const OptionValues& given);
     void addForPackagers();
     void addKey(CLI::App& command);
     void restrict(CLI::Option* option, const std::vector<std::string>& words);
-    static void addSwitch(CLI::App& command, const std::string& name, const QString& what,
-                          std::optional<bool>& to, QLatin1StringView key);
     void addChecksum();
     CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
-                                ChecksumTab::Command action);
-    void addCommon(CLI::App& command);
+                                ChecksumCommand action);
+    void addConversion(CLI::App& command, const ConversionOptions& rows);
     void addRunOptions(CLI::App& command);
-    void addWhereTo(CLI::App& command);
     void addAnswers(CLI::App& command);
     void addTools();
     void addSettings();
@@ -195,78 +182,36 @@ void CommandLine::Parts::restrict(CLI::Option* option, const std::vector<std::st
     choices[option] = words;
 }
 
-/// A switch and its opposite, for what a setting says otherwise.
-void CommandLine::Parts::addSwitch(CLI::App& command, const std::string& name, const QString& what,
-                                   std::optional<bool>& to, QLatin1StringView key) {
-    CLI::Option* on = command.add_flag_callback(
-        "--" + name, [&to] { to = true; }, plain(what));
-    on->default_str(settingAsDefault(key));
-    command
-        .add_flag_callback(
-            "--no-" + name, [&to] { to = false; },
-            plain(tr("The opposite of --%1, whatever the setting says")
-                      .arg(QString::fromStdString(name))))
-        ->excludes(on);
+void CommandLine::Parts::addFlags(CLI::App& command, const OptionValues& given) {
+    for (const auto& [option, flag] : flags.addTo(command, given)) {
+        for (const OptionChoice& choice : option->choices) {
+            choices[flag].emplace_back(choice.word);
+        }
+    }
 }
 
 void CommandLine::Parts::addEncode() {
-    ConversionOptions& to = options.conversion;
-    encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
-    restrict(encode->add_option("--to", format, plain(tr("The format of the outputs: flac")))
-                 ->type_name("FORMAT")
-                 ->required(),
-             {"flac"});
-    encode
-        ->add_option(
-            "--level", to.level,
-            plain(tr("How hard to compress, from 0 (fast) to 8 (small); with --lax it is left "
-                     "to flac")))
-        ->type_name("N")
-        ->default_str(settingAsDefault(keys::encodeFlacLevel))
-        ->check(range(keys::encodeFlacLevel));
-    addSwitch(*encode, "verify", tr("Decode while encoding and compare"), to.verify,
-              keys::flacVerifyButton);
-    encode->add_flag("--lax", to.lax, plain(tr("Allow streams outside the FLAC subset")));
-    addSwitch(*encode, "keep-foreign-metadata",
-              tr("Keep the WAV or AIFF chunks that are not audio"), to.keepForeignMetadata,
-              keys::flacKeepForeignMetadataButton);
-    addSwitch(*encode, "ffp", tr("Write a fingerprint file into each output folder afterwards"),
-              to.fingerprints, keys::flacGenerateFFPButton);
-    addCommon(*encode);
+    CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
+    addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 }
 
 void CommandLine::Parts::addDecode() {
-    ConversionOptions& to = options.conversion;
-    decode =
+    CLI::App* decode =
         addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
-    restrict(decode->add_option("--to", format, plain(tr("The format of the outputs: wav or aiff")))
-                 ->type_name("FORMAT")
-                 ->required(),
-             {"wav", "aiff"});
-    decode->add_flag("--through-errors", to.throughErrors,
-                     plain(tr("Go on after damage instead of stopping at it")));
-    decode->add_flag_callback(
-        "--keep-foreign-metadata", [&to] { to.keepForeignMetadata = true; },
-        plain(tr("Write back the WAV or AIFF chunks that encoding kept")));
-    addCommon(*decode);
+    addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
 
-void CommandLine::Parts::addCommon(CLI::App& command) {
-    ConversionOptions& to = options.conversion;
-    addWhereTo(command);
-    command.add_flag("--delete-originals", to.deleteOriginals,
-                     plain(tr("Delete each source once its file is done without error, has the "
-                              "same sound, and nothing of it is missing there")));
-    command.add_flag("--verify-audio", to.verifyAudio,
-                     plain(tr("Compare the sound of each source and its file, also when nothing is "
-                              "deleted")));
-    command.add_flag("--accept-losses", to.acceptLosses,
-                     plain(tr("Delete sources although not all of their tags, pictures and chunks "
-                              "are in their files")));
-    command.add_flag("--dry-run", to.dryRun,
+void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOptions& rows) {
+    addFlags(command, OptionValues(rows));
+    command
+        .add_option("--output", outputFolder,
+                    plain(tr("Write everything into this folder, which is made if it is missing")))
+        ->type_name("DIR")
+        ->excludes(flags.flag(rows.beside.info()));
+    command.add_flag("--dry-run", options.conversion.dryRun,
                      plain(tr("Only print what would be done, as commands for a shell")));
     addRunOptions(command);
 }
@@ -296,62 +241,35 @@ void CommandLine::Parts::addRunOptions(CLI::App& command) {
 }
 
 CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* name,
-                                                const QString& what, ChecksumTab::Command action) {
+                                                const QString& what, ChecksumCommand action) {
     CLI::App* command = checksum.add_subcommand(name, plain(what));
     command->callback([this, action] { options.checksum.command = action; });
+    OptionValues given(checksumOptions());
+    given.set(checksumOptions().command, action);
+    addFlags(*command, given);
     return command;
 }
 
 void CommandLine::Parts::addChecksum() {
-    using Command = ChecksumTab::Command;
-    ChecksumOptions& to = options.checksum;
     CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
                                     Options::Command::Checksum);
     checksum->require_subcommand(1);
-    create = addChecksumAction(*checksum, "create", tr("Write one checksum file over all files"),
-                               Command::Create);
-    restrict(
-        create
-            ->add_option("--kind", kind,
-                         plain(tr("md5: of whole files; st5: of their audio, as shntool digests "
-                                  "it; ffp: the fingerprints of FLAC files")))
-            ->type_name("KIND")
-            ->required(),
-        {"md5", "ffp", "st5"});
-    CLI::Option* save =
-        create->add_option("--save", savePath, plain(tr("Write the checksum file to this path")))
-            ->type_name("PATH");
-    create
-        ->add_flag("--beside", to.beside,
-                   plain(tr("Write it beside the files, under its usual name")))
-        ->excludes(save);
+    CLI::App* create = addChecksumAction(
+        *checksum, "create", tr("Write one checksum file over all files"), ChecksumCommand::Create);
+    create->add_option("--save", savePath, plain(tr("Write the checksum file to this path")))
+        ->type_name("PATH")
+        ->excludes(flags.flag(checksumOptions().sourceSave.info()));
     addRunOptions(*create);
     create->footer(
         plain(tr("Example: quav-cli checksum create --kind ffp --beside concert/*.flac")));
-    CLI::App* verify =
-        addChecksumAction(*checksum, "verify",
-                          tr("Check the files that MD5, ST5 and FFP files name"), Command::Verify);
-    verify->add_flag("--tolerant", to.tolerant,
-                     plain(tr("Accept other spellings, encodings and file names, too, and say what "
-                              "a strict reader would have found")));
+    CLI::App* verify = addChecksumAction(*checksum, "verify",
+                                         tr("Check the files that MD5, ST5 and FFP files name"),
+                                         ChecksumCommand::Verify);
     addRunOptions(*verify);
     verify->footer(plain(tr("Example: quav-cli checksum verify concert")));
     addRunOptions(*addChecksumAction(*checksum, "test",
                                      tr("Test FLAC, APE, WV and TTA files with their own decoders"),
-                                     Command::Test));
-}
-
-void CommandLine::Parts::addWhereTo(CLI::App& command) {
-    CLI::Option* output =
-        command
-            .add_option(
-                "--output", outputFolder,
-                plain(tr("Write everything into this folder, which is made if it is missing")))
-            ->type_name("DIR");
-    command
-        .add_flag("--beside", options.conversion.beside,
-                  plain(tr("Write each file beside its source, as the settings may say as well")))
-        ->excludes(output);
+                                     ChecksumCommand::Test));
 }
 
 void CommandLine::Parts::addAnswers(CLI::App& command) {
@@ -406,17 +324,15 @@ Options CommandLine::Parts::read() const {
         read.command = Options::Command::Completion;
         read.completion = {rawArgument(shell).toLower(), rawArgument(toolOptions)};
     }
-    ConversionOptions& conversion = read.conversion;
+    read.run.options = flags.given();
     for (const std::string& file : files) {
         read.run.files << rawArgument(file);
     }
-    if (create->count("--save") > 0) {
-        read.checksum.save = rawArgument(savePath);
+    if (savePath) {
+        read.checksum.save = rawArgument(*savePath);
     }
-    read.checksum.kind = kindOf(textArgument(kind).toUpper());
-    conversion.format = textArgument(format).toUpper();
-    if (encode->count("--output") + decode->count("--output") > 0) {
-        conversion.outputFolder = rawArgument(outputFolder);
+    if (outputFolder) {
+        read.conversion.outputFolder = rawArgument(*outputFolder);
     }
     if (yes || no) {
         read.run.answer = yes;

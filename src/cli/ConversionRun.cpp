@@ -39,34 +39,6 @@ void ConversionRun::tellOfNoKind() {
     }
 }
 
-void ConversionRun::setOptions() {
-    tab().setDeleteOriginals(options_.deleteOriginals);
-    tab().setVerifyAudio(options_.verifyAudio);
-    tab().setAcceptLosses(options_.acceptLosses);
-    if (command_ == Options::Command::Encode) {
-        setEncodeOptions();
-    } else {
-        setDecodeOptions();
-    }
-}
-
-void ConversionRun::setEncodeOptions() {
-    EncodeTab& encode = workbench().encodeTab();
-    encode.setFlacLevel(options_.level.value_or(encode.flacLevel()));
-    encode.setFlacVerify(options_.verify.value_or(encode.flacVerify()));
-    encode.setFlacLax(options_.lax);
-    encode.setFlacKeepForeignMetadata(
-        options_.keepForeignMetadata.value_or(encode.flacKeepForeignMetadata()));
-    encode.setGenerateFFP(options_.fingerprints.value_or(encode.generateFFP()));
-}
-
-void ConversionRun::setDecodeOptions() {
-    DecodeTab& decode = workbench().decodeTab();
-    decode.setOutputFormat(options_.format);
-    decode.setDecodeFlacThroughErrors(options_.throughErrors);
-    decode.setKeepForeignMetadata(options_.keepForeignMetadata.value_or(false));
-}
-
 bool ConversionRun::chooseOutput() {
     if (options_.outputFolder) {
         const auto path = textOf(*options_.outputFolder);
@@ -79,13 +51,10 @@ bool ConversionRun::chooseOutput() {
             return false;
         }
         prompts().setOutputFolder(*folder);
-        tab().setBesideSources(false);
+        tab().options().setForThisRun(tab().rows().beside, false);
         return true;
     }
-    if (options_.beside) {
-        tab().setBesideSources(true);
-    }
-    if (!tab().besideSources() && (options_.dryRun || !terminal().canAsk())) {
+    if (!tab().options()[tab().rows().beside] && (options_.dryRun || !terminal().canAsk())) {
         terminal().say(tr("Where are the outputs to go? Say --output DIR or --beside."));
         return false;
     }

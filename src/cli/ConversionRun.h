@@ -18,15 +18,12 @@ public:
 private:
     ConversionTab& tab() override;
     void tellOfNoKind();
-    void setOptions();
-    void setEncodeOptions();
-    void setDecodeOptions();
     bool chooseOutput();
     int printPlan();
     int convert();
 
     Options::Command command_;
-    ConversionOptions options_;
+    ConversionArguments options_;
 };
 
 } // namespace quav

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "checksums/ChecksumTab.h"
+#include "app/Option.h"
+#include "checksums/ChecksumOptions.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -8,6 +9,7 @@
 #include <QtGlobal>
 
 #include <array>
+#include <map>
 #include <optional>
 
 namespace quav {
@@ -35,8 +37,12 @@ inline constexpr std::array meanings{
 };
 } // namespace exitstatus
 
+/// The options that were given, as texts that they take.
+using OptionTexts = std::map<const OptionInfo*, QString>;
+
 /// What every command that works on files takes. What is not set keeps what the settings say.
 struct RunOptions {
+    OptionTexts options;  ///< those of the tab
     QByteArrayList files; ///< as the user gave them, in whatever encoding
     std::optional<int> jobs;
     std::optional<bool> answer; ///< to every question
@@ -46,31 +52,16 @@ struct RunOptions {
     int stallTimeout = usualStallTimeout; ///< seconds; 0: a tool that does nothing is never ended
 };
 
-/// The options of `encode` and `decode` beyond these.
-struct ConversionOptions {
-    QString format; ///< the target's word in capitals
+/// What `encode` and `decode` take beyond these.
+struct ConversionArguments {
     std::optional<QByteArray> outputFolder;
-    bool beside = false;
-    bool deleteOriginals = false;
-    bool verifyAudio = false;
-    bool acceptLosses = false;
     bool dryRun = false;
-
-    std::optional<bool> keepForeignMetadata;
-    std::optional<int> level; ///< encode only, like the next three
-    std::optional<bool> verify;
-    bool lax = false;
-    std::optional<bool> fingerprints;
-    bool throughErrors = false; ///< decode only
 };
 
-/// The options of `checksum create`, `verify` and `test`.
-struct ChecksumOptions {
-    ChecksumTab::Command command = ChecksumTab::Command::Test;
-    ChecksumKind kind = ChecksumKind::Md5; ///< create only, like the next two
-    std::optional<QByteArray> save;
-    bool beside = false;
-    bool tolerant = false; ///< verify only
+/// What `checksum create`, `verify` and `test` take beyond these.
+struct ChecksumArguments {
+    ChecksumCommand command = ChecksumCommand::Test;
+    std::optional<QByteArray> save; ///< create only
 };
 
 struct SettingsOptions {
@@ -92,8 +83,8 @@ struct Options {
     enum class Command { Encode, Decode, Checksum, Tools, Settings, Manual, Completion };
     Command command = Command::Tools;
     RunOptions run;
-    ConversionOptions conversion;
-    ChecksumOptions checksum;
+    ConversionArguments conversion;
+    ChecksumArguments checksum;
     SettingsOptions settings;
     CompletionOptions completion;
     bool toolsAsJson = false;

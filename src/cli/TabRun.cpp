@@ -64,6 +64,13 @@ std::optional<QString> TabRun::textOf(const QByteArray& path) {
     return QString::fromUtf8(path);
 }
 
+void TabRun::setOptions() {
+    for (const auto& [option, text] : options_.options) {
+        const auto set = tab().options().setForThisRun(*option, text);
+        Q_ASSERT(set);
+    }
+}
+
 bool TabRun::addFiles() {
     bool complete = true;
     for (const QByteArray& file : options_.files) {

@@ -28,10 +28,12 @@ public:
     virtual ~TabRun();
 
 protected:
-    /// The settings must keep their changes in memory: the options of one run change them.
     TabRun(RunOptions options, Settings& settings, Terminal& terminal);
 
     virtual BaseTab& tab() = 0;
+
+    /// Gives the tab the options of this run.
+    void setOptions();
 
     /// Fills the list. False when something that was named does not exist.
     bool addFiles();

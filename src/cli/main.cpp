@@ -18,7 +18,6 @@ using namespace quav;
 namespace {
 
 int runTab(const Options& options, Settings& settings, Terminal& terminal) {
-    settings.keepChangesInMemory();
     return options.command == Options::Command::Checksum
                ? ChecksumRun(options, settings, terminal).run()
                : ConversionRun(options, settings, terminal).run();

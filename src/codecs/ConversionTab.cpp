@@ -53,35 +53,16 @@ QString overwritingDetails(const ConversionPlan& plan) {
 
 } // namespace
 
-ConversionTab::ConversionTab(const QString& label, QLatin1StringView besideKey,
+ConversionTab::ConversionTab(const QString& label, const ConversionOptions& rows,
                              const Services& services)
-    : BaseTab(label, services), besideKey_(besideKey) {}
-
-bool ConversionTab::besideSources() const {
-    return services().settings.integer(besideKey_) != 0;
-}
-
-void ConversionTab::setBesideSources(bool beside) {
-    services().settings.set(besideKey_, beside ? 1 : 0);
-    Q_EMIT optionsChanged();
-}
-
-void ConversionTab::setDeleteOriginals(bool deleteOriginals) {
-    deleteOriginals_ = deleteOriginals;
-    Q_EMIT optionsChanged();
-}
-
-void ConversionTab::setVerifyAudio(bool verifyAudio) {
-    verifyAudio_ = verifyAudio;
-    Q_EMIT optionsChanged();
-}
+    : BaseTab(label, rows, services), rows_(rows) {}
 
 bool ConversionTab::isOfNoKind(const QString& /*source*/) const {
     return false;
 }
 
 QString ConversionTab::outputFolder(const QString& source, const QString& chosenFolder) const {
-    return besideSources() ? folderOf(source) : chosenFolder;
+    return options()[rows_.beside] ? folderOf(source) : chosenFolder;
 }
 
 QStringList ConversionTab::obstacles(const ConversionPlan& plan) const {
@@ -144,10 +125,10 @@ CommandOutcome ConversionTab::executeCommand() {
     if (files().rowCount() == 0) {
         return CommandOutcome::NothingToDo;
     }
-    if (!confirmDelete(deleteOriginals_)) {
+    if (!confirmDelete(options()[rows_.deleteOriginals])) {
         return CommandOutcome::Declined;
     }
-    const auto folder = besideSources() ? std::optional<QString>(QString()) : chooseOutputFolder();
+    const auto folder = options()[rows_.beside] ? std::optional<QString>(QString()) : chooseOutputFolder();
     if (!folder) {
         return CommandOutcome::Declined;
     }
@@ -183,17 +164,19 @@ void ConversionTab::takeOff(const QStringList& listed, const QStringList& stayin
 
 CommandOutcome ConversionTab::start(const ConversionPlan& plan) {
     tellWhatIsLeftOut(plan);
+    const bool deletes = options()[rows_.deleteOriginals];
+    const bool acceptsLosses = options()[rows_.acceptLosses];
     const auto batch = std::make_shared<QUAVTaskResults>();
     const auto kept = std::make_shared<KeptOriginals>();
     std::vector<std::shared_ptr<QUAVTask>> tasks;
     for (const PlannedConversion& conversion : plan.conversions) {
         const auto task = makeTask(conversion, batch);
         task->conversion().setWishes(
-            {conversion.existing, deleteOriginals_, verifyAudio_, acceptLosses_});
+            {conversion.existing, deletes, options()[rows_.verifyAudio], acceptsLosses});
         task->conversion().setKeptOriginals(kept);
         tasks.push_back(task);
     }
-    if (deleteOriginals_ && !acceptLosses_) {
+    if (deletes && !acceptsLosses) {
         askAfterwards(tasks, kept);
     }
     batch->setTaskAfterSetDone(makeFollowUp(plan));

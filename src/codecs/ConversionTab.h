@@ -1,10 +1,9 @@
 #pragma once
 
 #include "app/BaseTab.h"
+#include "codecs/ConversionOptions.h"
 #include "codecs/ConversionPlan.h"
 #include "engine/FileConversion.h"
-
-#include <QLatin1StringView>
 
 #include <memory>
 #include <vector>
@@ -21,24 +20,10 @@ class ConversionTab : public BaseTab {
     Q_OBJECT
 
 public:
-    /// `besideKey` is the setting that says whether outputs go beside their sources.
-    ConversionTab(const QString& label, QLatin1StringView besideKey, const Services& services);
+    ConversionTab(const QString& label, const ConversionOptions& rows, const Services& services);
 
-    bool deleteOriginals() const { return deleteOriginals_; }
-    void setDeleteOriginals(bool deleteOriginals);
-
-    /// Whether the sound of source and output is compared also when nothing is deleted.
-    bool verifyAudio() const { return verifyAudio_; }
-    void setVerifyAudio(bool verifyAudio);
-
-    /// Whether sources are deleted although not all of their tags, pictures and chunks are in the
-    /// outputs. Otherwise they are kept, and when all is done it is asked what is to become of
-    /// them.
-    void setAcceptLosses(bool acceptLosses) { acceptLosses_ = acceptLosses; }
-
-    /// Whether each output is written next to its source instead of into a chosen folder.
-    bool besideSources() const;
-    void setBesideSources(bool beside);
+    /// The rows of the options that the tabs share.
+    const ConversionOptions& rows() const { return rows_; }
 
     /// Whether a file, although the tab took it, is of a kind that it has no road for: skipped
     /// without a word.
@@ -75,10 +60,7 @@ private:
                        const std::shared_ptr<KeptOriginals>& kept);
     void askAboutLosses(const std::vector<KeptOriginals::Original>& originals);
 
-    QLatin1StringView besideKey_;
-    bool deleteOriginals_ = false;
-    bool verifyAudio_ = false;
-    bool acceptLosses_ = false;
+    const ConversionOptions& rows_;
 };
 
 } // namespace quav

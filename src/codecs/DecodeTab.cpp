@@ -2,6 +2,7 @@
 
 #include "app/FileKinds.h"
 #include "codecs/DecodeFlacTask.h"
+#include "codecs/DecodeOptions.h"
 #include "codecs/FlacCommand.h"
 #include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
@@ -13,26 +14,14 @@
 namespace quav {
 
 DecodeTab::DecodeTab(const Services& services)
-    : ConversionTab(tabs::decode, keys::decodeToSourceDirectory, services) {}
-
-void DecodeTab::setOutputFormat(const QString& word) {
-    outputFormat_ = word;
-    Q_EMIT optionsChanged();
-}
-
-void DecodeTab::setDecodeFlacThroughErrors(bool on) {
-    decodeFlacThroughErrors_ = on;
-    Q_EMIT optionsChanged();
-}
-
-void DecodeTab::setKeepForeignMetadata(bool on) {
-    keepForeignMetadata_ = on;
-    Q_EMIT optionsChanged();
-}
+    : ConversionTab(tabs::decode, decodeOptions(), services) {}
 
 void DecodeTab::showFLacOptions(bool visible) {
-    flacOptionsVisible_ = visible;
-    Q_EMIT optionsChanged();
+    ListFacts facts;
+    if (visible) {
+        facts.addFormat(QStringLiteral("FLAC"));
+    }
+    options().setFacts(facts);
 }
 
 void DecodeTab::filesAdded() {
@@ -50,16 +39,20 @@ void DecodeTab::clearFiles() {
 }
 
 void DecodeTab::planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const {
-    const QString extension =
-        outputFormat_ == u"AIFF" ? QStringLiteral(".aiff") : QStringLiteral(".wav");
+    const DecodeOptions& rows = decodeOptions();
+    const OptionValues& values = options().values();
+    const bool isAiff = values[rows.outputFormat] == DecodeTarget::Aiff;
+    const QString extension = isAiff ? QStringLiteral(".aiff") : QStringLiteral(".wav");
     const QString output = joinPath(folder, baseName(source) + extension);
     if (output == source || isSameFile(output, source)) {
         plan.outputsThatAreSources << output;
         return;
     }
-    const FlacDecodeOptions options{outputFormat_, keepForeignMetadata_, decodeFlacThroughErrors_};
+    const FlacDecodeOptions flac{isAiff ? QStringLiteral("AIFF") : QStringLiteral("WAV"),
+                                 values[rows.flacKeepForeignMetadata],
+                                 values[rows.flacThroughErrors]};
     plan.conversions.push_back({source, output, QStringLiteral("flac"),
-                                flacDecodeArguments(options, source, output),
+                                flacDecodeArguments(flac, source, output),
                                 OutputGuard::Existing::Keep});
 }
 

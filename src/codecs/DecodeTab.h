@@ -13,18 +13,6 @@ class DecodeTab : public ConversionTab {
 public:
     explicit DecodeTab(const Services& services);
 
-    /// The format word of the outputs: "WAV" or "AIFF".
-    const QString& outputFormat() const { return outputFormat_; }
-    void setOutputFormat(const QString& word);
-
-    bool decodeFlacThroughErrors() const { return decodeFlacThroughErrors_; }
-    void setDecodeFlacThroughErrors(bool on);
-    bool keepForeignMetadata() const { return keepForeignMetadata_; }
-    void setKeepForeignMetadata(bool on);
-
-    /// The options for FLAC files show from the first FLAC file until the list is cleared.
-    bool flacOptionsVisible() const { return flacOptionsVisible_; }
-
     void clearFiles() override;
 
     bool isOfNoKind(const QString& source) const override;
@@ -37,13 +25,10 @@ protected:
              const std::shared_ptr<QUAVTaskResults>& batch) const override;
 
 private:
+    /// The options for FLAC files show from the first FLAC file until the list is cleared.
     void showFLacOptions(bool visible);
     void planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const;
 
-    QString outputFormat_ = QStringLiteral("WAV");
-    bool decodeFlacThroughErrors_ = false;
-    bool keepForeignMetadata_ = false;
-    bool flacOptionsVisible_ = false;
 };
 
 } // namespace quav

@@ -4,6 +4,7 @@
 #include "checksums/ChecksumFiles.h"
 #include "checksums/CreateFFPTask.h"
 #include "codecs/EncodeFlacTask.h"
+#include "codecs/EncodeOptions.h"
 #include "codecs/FlacCommand.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
@@ -50,46 +51,7 @@ QMap<QString, QStringList> outputsByFolder(const ConversionPlan& plan) {
 } // namespace
 
 EncodeTab::EncodeTab(const Services& services)
-    : ConversionTab(tabs::encode, keys::encodeToSourceDirectory, services),
-      flacVerify_(services.settings.integer(keys::flacVerifyButton) != 0),
-      flacKeepForeignMetadata_(services.settings.integer(keys::flacKeepForeignMetadataButton) != 0),
-      generateFFP_(services.settings.integer(keys::flacGenerateFFPButton) != 0) {}
-
-int EncodeTab::flacLevel() const {
-    return services().settings.integer(keys::encodeFlacLevel);
-}
-
-void EncodeTab::setFlacLevel(int level) {
-    services().settings.set(keys::encodeFlacLevel, level);
-    Q_EMIT optionsChanged();
-}
-
-void EncodeTab::setFlacVerify(bool on) {
-    flacVerify_ = on;
-    displayRelevantOptions();
-}
-
-void EncodeTab::setFlacLax(bool on) {
-    flacLax_ = on;
-    displayRelevantOptions();
-}
-
-void EncodeTab::setFlacKeepForeignMetadata(bool on) {
-    flacKeepForeignMetadata_ = on;
-    displayRelevantOptions();
-}
-
-void EncodeTab::setGenerateFFP(bool on) {
-    generateFFP_ = on;
-    displayRelevantOptions();
-}
-
-void EncodeTab::displayRelevantOptions() {
-    services().settings.set(keys::flacVerifyButton, flacVerify_ ? 1 : 0);
-    services().settings.set(keys::flacKeepForeignMetadataButton, flacKeepForeignMetadata_ ? 1 : 0);
-    services().settings.set(keys::flacGenerateFFPButton, generateFFP_ ? 1 : 0);
-    Q_EMIT optionsChanged();
-}
+    : ConversionTab(tabs::encode, encodeOptions(), services) {}
 
 ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
     ConversionPlan plan;
@@ -109,14 +71,17 @@ ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
     plan.overwritten = existingOutputs(plan);
     const auto existing =
         plan.overwritten.isEmpty() ? OutputGuard::Existing::Keep : OutputGuard::Existing::Overwrite;
-    const FlacEncodeOptions options{flacLevel(), flacLax_, flacKeepForeignMetadata_, flacVerify_,
-                                    existing == OutputGuard::Existing::Overwrite};
+    const EncodeOptions& rows = encodeOptions();
+    const OptionValues& values = options().values();
+    const FlacEncodeOptions flac{values[rows.flacLevel], values[rows.flacLax],
+                                 values[rows.flacKeepForeignMetadata], values[rows.flacVerify],
+                                 existing == OutputGuard::Existing::Overwrite};
     for (PlannedConversion& conversion : plan.conversions) {
         conversion.tool = QStringLiteral("flac");
-        conversion.arguments = flacEncodeArguments(options, conversion.source, conversion.output);
+        conversion.arguments = flacEncodeArguments(flac, conversion.source, conversion.output);
         conversion.existing = existing;
     }
-    if (generateFFP_) {
+    if (values[rows.generateFFP]) {
         for (const QString& folder : outputsByFolder(plan).keys()) {
             plan.checksumFiles << checksumfiles::pathIn(folder, ChecksumKind::Ffp,
                                                         services().settings);

@@ -2,9 +2,6 @@
 
 #include "gui/TabPage.h"
 
-class QCheckBox;
-class QRadioButton;
-
 namespace quav {
 
 class ChecksumTab;
@@ -19,24 +16,9 @@ public:
 protected:
     QString actionText(int files) const override;
     QString destinationText() const override;
-    void showOptions() override;
 
 private:
-    void addCommandGroup();
-    void addCreateGroup();
-    void addReadingGroup();
-
     ChecksumTab& tab_;
-    QRadioButton* test_ = nullptr;
-    QRadioButton* create_ = nullptr;
-    QRadioButton* verify_ = nullptr;
-    QWidget* createGroup_ = nullptr;
-    QRadioButton* md5_ = nullptr;
-    QRadioButton* st5_ = nullptr;
-    QRadioButton* ffp_ = nullptr;
-    QCheckBox* beside_ = nullptr;
-    QWidget* readingGroup_ = nullptr;
-    QCheckBox* otherSpellings_ = nullptr;
 };
 
 } // namespace quav

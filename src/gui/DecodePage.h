@@ -2,9 +2,6 @@
 
 #include "gui/ConversionPage.h"
 
-class QCheckBox;
-class QRadioButton;
-
 namespace quav {
 
 class DecodeTab;
@@ -18,20 +15,6 @@ public:
 
 protected:
     QString actionText(int files) const override;
-    void showOptions() override;
-
-private:
-    void addFormatGroup();
-    void addFlacGroup();
-    QRadioButton* addFormat(QVBoxLayout* group, const QString& text, const QString& word,
-                            const QString& toolTip);
-
-    DecodeTab& tab_;
-    QRadioButton* wav_ = nullptr;
-    QRadioButton* aiff_ = nullptr;
-    QWidget* flacOptions_ = nullptr;
-    QCheckBox* throughErrors_ = nullptr;
-    QCheckBox* keepForeignMetadata_ = nullptr;
 };
 
 } // namespace quav

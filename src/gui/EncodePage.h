@@ -2,10 +2,6 @@
 
 #include "gui/ConversionPage.h"
 
-class QCheckBox;
-class QLabel;
-class QSlider;
-
 namespace quav {
 
 class EncodeTab;
@@ -19,20 +15,6 @@ public:
 
 protected:
     QString actionText(int files) const override;
-    void showOptions() override;
-
-private:
-    void addTargetGroup();
-    void addFlacGroup();
-    void addLevel(QVBoxLayout* group);
-
-    EncodeTab& tab_;
-    QSlider* level_ = nullptr;
-    QLabel* levelNumber_ = nullptr;
-    QCheckBox* verify_ = nullptr;
-    QCheckBox* lax_ = nullptr;
-    QCheckBox* keepForeignMetadata_ = nullptr;
-    QCheckBox* generateFFP_ = nullptr;
 };
 
 } // namespace quav

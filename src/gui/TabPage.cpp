@@ -2,14 +2,12 @@
 
 #include "app/BaseTab.h"
 #include "gui/FileListView.h"
+#include "gui/OptionForm.h"
 #include "platform/ClockText.h"
 
-#include <QCheckBox>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -53,9 +51,10 @@ QWidget* TabPage::buildFileColumn() {
 
 QWidget* TabPage::buildOptionColumn() {
     auto* content = new QWidget;
-    options_ = new QVBoxLayout(content);
-    options_->setContentsMargins({});
-    options_->addStretch();
+    auto* options = new QVBoxLayout(content);
+    options->setContentsMargins({});
+    options->addWidget(new OptionForm(tab_.options(), content));
+    options->addStretch();
     auto* column = new QScrollArea(this);
     column->setFrameShape(QFrame::NoFrame);
     column->setWidgetResizable(true);
@@ -93,31 +92,7 @@ QWidget* TabPage::buildButtonRow() {
     return row;
 }
 
-QVBoxLayout* TabPage::addOptionGroup(const QString& title) {
-    auto* group = new QGroupBox(title, this);
-    options_->insertWidget(options_->count() - 1, group);
-    return new QVBoxLayout(group);
-}
-
-QCheckBox* TabPage::addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip) {
-    auto* box = new QCheckBox(text, this);
-    box->setToolTip(toolTip);
-    group->addWidget(box);
-    return box;
-}
-
-QRadioButton* TabPage::addRadioButton(QVBoxLayout* group, const QString& text,
-                                      const QString& toolTip) {
-    auto* button = new QRadioButton(text, this);
-    button->setToolTip(toolTip);
-    group->addWidget(button);
-    return button;
-}
-
-void TabPage::showOptions() {}
-
 void TabPage::refresh() {
-    showOptions();
     destination_->setText(destinationText());
     refreshFiles();
 }

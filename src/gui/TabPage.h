@@ -5,11 +5,8 @@
 #include <QString>
 #include <QWidget>
 
-class QCheckBox;
 class QLabel;
 class QPushButton;
-class QRadioButton;
-class QVBoxLayout;
 
 namespace quav {
 
@@ -24,21 +21,11 @@ class TabPage : public QWidget {
 protected:
     explicit TabPage(BaseTab& tab, QWidget* parent = nullptr);
 
-    /// A group of options below those already there; its box is the layout's parent widget.
-    QVBoxLayout* addOptionGroup(const QString& title);
-
-    /// A check box of an option group.
-    QCheckBox* addCheckBox(QVBoxLayout* group, const QString& text, const QString& toolTip);
-    QRadioButton* addRadioButton(QVBoxLayout* group, const QString& text, const QString& toolTip);
-
     /// What the action button reads for so many files.
     virtual QString actionText(int files) const = 0;
 
     /// Where the output will go, as a short sentence.
     virtual QString destinationText() const = 0;
-
-    /// Shows the options as they stand. Called once the page is built, and whenever they change.
-    virtual void showOptions();
 
     /// Brings everything up to date; the last thing that the constructor of a page calls.
     void refresh();
@@ -56,7 +43,6 @@ private:
     FileTotals totals_;
     QLabel* header_;
     FileListView* list_;
-    QVBoxLayout* options_ = nullptr;
     QPushButton* remove_;
     QPushButton* clear_;
     QLabel* destination_;

@@ -185,12 +185,10 @@ QVariant Settings::stored(QLatin1StringView key) const {
     const SettingDefinition* known = definition(QString(key));
     Q_ASSERT_X(known, "Settings", key.data());
     const std::lock_guard lock(mutex_);
-    const bool isOfThisRun = inMemory_ && inMemory_->contains(key);
-    if (!isOfThisRun && !store_.contains(key)) {
+    if (!store_.contains(key)) {
         return known->defaultValue;
     }
-    const QVariant value = isOfThisRun ? inMemory_->value(key) : store_.value(key);
-    return asTyped(*known, value).value_or(known->inDoubt);
+    return asTyped(*known, store_.value(key)).value_or(known->inDoubt);
 }
 
 int Settings::integer(QLatin1StringView key) const {
@@ -222,26 +220,19 @@ tl::expected<void, QString> Settings::setFromText(const QString& key, const QStr
 }
 
 void Settings::set(QLatin1StringView key, const QVariant& value) {
-    const std::lock_guard lock(mutex_);
-    if (inMemory_) {
-        inMemory_->insert(key, value);
-    } else {
+    {
+        const std::lock_guard lock(mutex_);
         store_.setValue(key, value);
     }
-}
-
-void Settings::keepChangesInMemory() {
-    const std::lock_guard lock(mutex_);
-    inMemory_.emplace();
+    Q_EMIT changed(key);
 }
 
 void Settings::reset(QLatin1StringView key) {
-    const std::lock_guard lock(mutex_);
-    if (inMemory_) {
-        inMemory_->insert(key, definition(QString(key))->defaultValue);
-    } else {
+    {
+        const std::lock_guard lock(mutex_);
         store_.remove(key);
     }
+    Q_EMIT changed(key);
 }
 
 bool Settings::save() {

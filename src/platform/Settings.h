@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QHash>
 #include <QLatin1StringView>
+#include <QObject>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
@@ -9,7 +9,6 @@
 #include <tl/expected.hpp>
 
 #include <mutex>
-#include <optional>
 #include <span>
 
 namespace quav {
@@ -52,7 +51,9 @@ inline constexpr QLatin1StringView keepModificationTime{"keepModificationTime"};
 
 /// The user's settings: an INI file, written only for what the user changed. May be read from any
 /// thread.
-class Settings {
+class Settings : public QObject {
+    Q_OBJECT
+
 public:
     /// Opens the file, which need not exist. A damaged file is copied aside as FILE.damaged before
     /// anything is written; `damage` then says so, and what could be read of it counts.
@@ -76,9 +77,6 @@ public:
 
     void set(QLatin1StringView key, const QVariant& value);
 
-    /// From now on changes count for this run only and never reach the file.
-    void keepChangesInMemory();
-
     /// Back to the default: the key leaves the file.
     void reset(QLatin1StringView key);
 
@@ -89,13 +87,16 @@ public:
     /// A sentence for the user when the file was damaged, else empty.
     const QString& damage() const { return damage_; }
 
+Q_SIGNALS:
+    /// Sent after each change, from the thread that made it.
+    void changed(const QString& key);
+
 private:
     QVariant stored(QLatin1StringView key) const;
 
     QString damage_;
     mutable std::mutex mutex_;
     QSettings store_;
-    std::optional<QHash<QString, QVariant>> inMemory_; ///< what this run alone has changed
 };
 
 } // namespace quav

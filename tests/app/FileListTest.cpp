@@ -22,15 +22,24 @@ using quav::test::writeWav;
 
 namespace {
 
+class NoOptions : public OptionTable {};
+
 /// A tab without work of its own.
 class PlainTab : public BaseTab {
 public:
-    using BaseTab::BaseTab;
+    PlainTab(const QString& label, const Services& services)
+        : BaseTab(label, table(), services) {}
 
     int shown = 0;
 
     void displayRelevantOptions() override { ++shown; }
     CommandOutcome executeCommand() override { return CommandOutcome::NothingToDo; }
+
+private:
+    static const OptionTable& table() {
+        static const NoOptions none;
+        return none;
+    }
 };
 
 struct Shell {

@@ -26,7 +26,7 @@ inline QString words(const Verdicts& verdicts) {
 
 /// The report on lists, with the bench's folder taken out.
 inline QString verify(Bench& bench, const QStringList& lists) {
-    bench.checksum.setCommandOptions(ChecksumTab::Command::Verify);
+    bench.checksum.options().set(checksumOptions().command, ChecksumCommand::Verify);
     bench.checksum.addFiles(lists);
     bench.reports.clear();
     bench.run(bench.checksum);

@@ -12,7 +12,7 @@
 
 using namespace quav;
 using namespace quav::test;
-using Command = ChecksumTab::Command;
+using Command = ChecksumCommand;
 
 namespace {
 
@@ -27,9 +27,9 @@ QString entriesOf(const QString& path, const QString& comment) {
 }
 
 void create(Bench& bench, ChecksumKind kind, const QStringList& files) {
-    bench.checksum.setCommandOptions(Command::Create);
-    bench.checksum.setCreateChecksumOptions(kind);
-    bench.checksum.setSourceSaveButton(true);
+    bench.checksum.options().set(checksumOptions().command, Command::Create);
+    bench.checksum.options().set(checksumOptions().kind, kind);
+    bench.checksum.options().set(checksumOptions().sourceSave, true);
     bench.checksum.addFiles(files);
     if (kind == ChecksumKind::Ffp) {
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Done);
@@ -130,16 +130,16 @@ private Q_SLOTS:
         const QString y = bench.wav(u"b/c/y.wav"_s);
         const QString flac = bench.flac(u"b/c/z.flac"_s);
         // From two folders: asked in spite of the box. Cancelled: nothing but an empty list.
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setSourceSaveButton(true);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().sourceSave, true);
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
-            bench.checksum.setCreateChecksumOptions(kind);
+            bench.checksum.options().set(checksumOptions().kind, kind);
             bench.checksum.addFiles({x, y});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
             QVERIFY(bench.checksum.fileNames().isEmpty());
         }
-        bench.checksum.setSourceSaveButton(false);
-        bench.checksum.setCreateChecksumOptions(ChecksumKind::Ffp);
+        bench.checksum.options().set(checksumOptions().sourceSave, false);
+        bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Ffp);
         bench.checksum.addFiles({x, flac});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
         QCOMPARE(bench.checksum.fileNames().size(), 2);
@@ -151,7 +151,7 @@ private Q_SLOTS:
         bench.checksum.clearFiles();
         // Without the box and with a path: names count from the list's folder.
         bench.prompts.savePath = bench.path(u"b/all.md5"_s);
-        bench.checksum.setCreateChecksumOptions(ChecksumKind::Md5);
+        bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Md5);
         bench.checksum.addFiles({x, y});
         bench.run(bench.checksum);
         QCOMPARE(entriesOf(bench.path(u"b/all.md5"_s), u"#MD5 checksums"_s),
@@ -173,8 +173,8 @@ private Q_SLOTS:
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::NothingToDo);
         const QString mp3 = bench.written(u"a.mp3"_s, "x");
         for (const Command command : {Command::Test, Command::Create, Command::Verify}) {
-            bench.checksum.setCommandOptions(command);
-            bench.checksum.setCreateChecksumOptions(ChecksumKind::St5);
+            bench.checksum.options().set(checksumOptions().command, command);
+            bench.checksum.options().set(checksumOptions().kind, ChecksumKind::St5);
             bench.checksum.addFiles({mp3});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::NothingToDo);
             QVERIFY(bench.checksum.fileNames().isEmpty());
@@ -215,8 +215,8 @@ private Q_SLOTS:
         Bench bench;
         const QString wav = bench.wav(u"a.wav"_s);
         const QString list = bench.written(u"md5sum.md5"_s, "from the taper\n");
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setSourceSaveButton(true);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().sourceSave, true);
         bench.checksum.addFiles({wav});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
         QCOMPARE(contents(list), "from the taper\n");
@@ -264,10 +264,10 @@ private Q_SLOTS:
     void aFileThatCannotBeWrittenIsAFailure() {
         Bench bench;
         const QString wav = bench.wav(u"a.wav"_s);
-        bench.checksum.setCommandOptions(Command::Create);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
         bench.prompts.savePath = bench.path(u"no/where.md5"_s);
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
-            bench.checksum.setCreateChecksumOptions(kind);
+            bench.checksum.options().set(checksumOptions().kind, kind);
             bench.checksum.addFiles({wav});
             bench.prompts.answers = {true};
             bench.run(bench.checksum);
@@ -277,7 +277,7 @@ private Q_SLOTS:
         QVERIFY(bench.reports.value(0).contains(u"could not be written"));
         QVERIFY2(bench.reports.value(1).startsWith(u"“"), qPrintable(bench.reports.value(1)));
         QVERIFY(bench.reports.value(1).contains(u"no/where.md5” could not be written"));
-        bench.checksum.setCreateChecksumOptions(ChecksumKind::Ffp);
+        bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Ffp);
         bench.checksum.addFiles({bench.flac(u"a.flac"_s)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
         QVERIFY(bench.prompts.alerts.value(0).contains(u"could not be written"));
@@ -298,8 +298,8 @@ private Q_SLOTS:
         QFETCH(QString, file);
         Bench bench;
         QFile::remove(bench.toolsDir.filePath(tool));
-        bench.checksum.setCommandOptions(command);
-        bench.checksum.setCreateChecksumOptions(kind);
+        bench.checksum.options().set(checksumOptions().command, command);
+        bench.checksum.options().set(checksumOptions().kind, kind);
         bench.checksum.addFiles({bench.written(file, "x")});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
         QVERIFY(bench.prompts.alerts.value(0).contains(tool));
@@ -347,8 +347,8 @@ private Q_SLOTS:
             entries << entryOf(kind, paths.back(),
                                names.section(u' ', entries.size(), entries.size()));
         }
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setCreateChecksumOptions(kind);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().kind, kind);
         bench.prompts.savePath = bench.path(list);
         const auto press = [&](bool answer) {
             bench.prompts.answers = {answer};
@@ -476,8 +476,8 @@ private Q_SLOTS:
         Bench bench;
         const QStringList sources{bench.wav(u"a/1.wav"_s), bench.wav(u"a/2.wav"_s, {.seed = 2}),
                                   bench.wav(u"b/3.wav"_s, {.seed = 3})};
-        bench.encode.setBesideSources(true);
-        bench.encode.setGenerateFFP(true);
+        bench.encode.options().set(bench.encode.rows().beside, true);
+        bench.encode.options().set(encodeOptions().generateFFP, true);
         bench.encode.addFiles(sources);
         bench.run(bench.encode);
         const auto entries = [&](const QString& folder) {

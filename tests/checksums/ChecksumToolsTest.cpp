@@ -6,7 +6,7 @@
 
 using namespace quav;
 using namespace quav::test;
-using Command = ChecksumTab::Command;
+using Command = ChecksumCommand;
 
 namespace {
 
@@ -91,7 +91,7 @@ private Q_SLOTS:
         constexpr int atOnce = 3;
         bench.workbench.queue().maxThreadsChanged(atOnce);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
-        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.options().set(checksumOptions().command, Command::Verify);
         bench.checksum.addFiles({bench.written(u"l.ffp"_s, list)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
         QTRY_COMPARE_WITH_TIMEOUT(gate.runs(), atOnce, 60000);
@@ -127,7 +127,7 @@ private Q_SLOTS:
         bench.written(u"l.ffp"_s, "a.flac:" + digest);
         bench.written(u"l.st5"_s, digest + "  [shntool]  a.flac");
         QVERIFY(QFile::remove(bench.toolsDir.filePath(tool)));
-        bench.checksum.setCommandOptions(command);
+        bench.checksum.options().set(checksumOptions().command, command);
         for (const QString& file : files.split(u' ')) {
             bench.checksum.addFile(bench.path(file));
         }
@@ -178,9 +178,9 @@ private Q_SLOTS:
             return;
         }
         bench.verdicts.clear();
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setCreateChecksumOptions(ChecksumKind::St5);
-        bench.checksum.setSourceSaveButton(true);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().kind, ChecksumKind::St5);
+        bench.checksum.options().set(checksumOptions().sourceSave, true);
         bench.checksum.addFile(flac);
         bench.run(bench.checksum);
         QCOMPARE(words(bench.verdicts), created);
@@ -199,7 +199,7 @@ private Q_SLOTS:
         QFETCH(bool, remarks);
         Bench bench;
         const QString flac = flacThatIs(bench, state);
-        bench.checksum.setCommandOptions(Command::Test);
+        bench.checksum.options().set(checksumOptions().command, Command::Test);
         bench.checksum.addFile(flac);
         bench.run(bench.checksum);
         const Verdict tested = bench.verdicts.at(0);
@@ -225,10 +225,10 @@ private Q_SLOTS:
         QFETCH(bool, staysAfterTheDialog);
         Bench bench;
         bench.written(list, "theirs\n");
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setCreateChecksumOptions(kind);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().kind, kind);
         const auto filesAfter = [&](bool beside) {
-            bench.checksum.setSourceSaveButton(beside);
+            bench.checksum.options().set(checksumOptions().sourceSave, beside);
             bench.prompts.answers = {false};
             [&] { QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined); }();
             return bench.checksum.fileNames().size();
@@ -255,8 +255,8 @@ private Q_SLOTS:
         QFETCH(QString, tool);
         Bench bench;
         QVERIFY(QFile::remove(bench.toolsDir.filePath(tool)));
-        bench.checksum.setCommandOptions(Command::Create);
-        bench.checksum.setCreateChecksumOptions(kind);
+        bench.checksum.options().set(checksumOptions().command, Command::Create);
+        bench.checksum.options().set(checksumOptions().kind, kind);
         bench.checksum.addFile(bench.written(u"a.mp3"_s, "x"));
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::NothingToDo);
         QVERIFY(bench.prompts.alerts.isEmpty() && bench.checksum.fileNames().isEmpty());

@@ -10,7 +10,7 @@
 
 using namespace quav;
 using namespace quav::test;
-using Command = ChecksumTab::Command;
+using Command = ChecksumCommand;
 
 class ChecksumVerifyTest : public QObject {
     Q_OBJECT
@@ -136,7 +136,7 @@ private Q_SLOTS:
         };
         bench.written(list, filled(text).toUtf8());
         QFETCH(bool, tolerant);
-        bench.checksum.setAcceptOtherSpellings(tolerant);
+        bench.checksum.options().set(checksumOptions().acceptOtherSpellings, tolerant);
         const QString first = list.endsWith(u"st5")   ? u"ST5"_s
                               : list.endsWith(u"ffp") ? u"FFP"_s
                                                       : u"MD5"_s;
@@ -158,7 +158,7 @@ private Q_SLOTS:
             run(u"metaflac"_s, {u"--show-md5"_s, bench.flac(u"a.flac"_s)}).output;
         bench.written(u"info.txt"_s, "Live\nmd5:\n" + md5 + " *a.wav\nFFP:\n" + ffp.trimmed() +
                                          " a.flac\nSt5:\na.wav=" + md5 + "\n");
-        bench.checksum.setAcceptOtherSpellings(true);
+        bench.checksum.options().set(checksumOptions().acceptOtherSpellings, true);
         const QString report = verify(bench, {bench.path(u"info.txt"_s)});
         for (const QString& part :
              {u"read as MD5 (read strictly: no list of this kind)\n"
@@ -315,7 +315,7 @@ private Q_SLOTS:
             Bench bench;
             const QString flac = bench.flac(u"a.flac"_s);
             bench.replaceTool(u"flac"_s, u"printf '%1' | %2 >&2\n"_s.arg(says, through));
-            bench.checksum.setCommandOptions(Command::Test);
+            bench.checksum.options().set(checksumOptions().command, Command::Test);
             bench.checksum.addFiles({flac});
             bench.run(bench.checksum);
             QCOMPARE(bench.reports.value(0), report + u'\n');
@@ -335,7 +335,7 @@ private Q_SLOTS:
         const QString large = bench.written(u"large"_s, "");
         QVERIFY(QFile::resize(large, qint64(1) << 40));
         const QByteArray line = QByteArray(32, '0') + " *large\n";
-        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.options().set(checksumOptions().command, Command::Verify);
         bench.checksum.addFiles({bench.written(u"l.md5"_s, line + line)});
         bench.checksum.addFiles({bench.written(u"waits.md5"_s, line)});
         bench.workbench.queue().maxThreadsChanged(1);
@@ -366,7 +366,7 @@ private Q_SLOTS:
                                                                      "e\n");
         verify(bench, {list});
         QVERIFY(bench.verdicts.front().note.contains(u"not in UTF-8"));
-        bench.checksum.setAcceptOtherSpellings(true);
+        bench.checksum.options().set(checksumOptions().acceptOtherSpellings, true);
         QCOMPARE(verify(bench, {list}),
                  u"Verify MD5: l.md5\nl.md5 : read although it is not in UTF-8 (read strictly: "
                  "empty)\nGröße : OK\n\n");
@@ -377,7 +377,7 @@ private Q_SLOTS:
         bench.written(u"12"_s, "no music");
         const QString flac = bench.flac(u"12:00.flac"_s);
         const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
-        bench.checksum.setAcceptOtherSpellings(true);
+        bench.checksum.options().set(checksumOptions().acceptOtherSpellings, true);
         QVERIFY(verify(bench, {bench.written(u"a.ffp"_s, "12:00.flac:" + ffp)})
                     .contains(u"\n12:00.flac : OK (read strictly: "_s));
         QCOMPARE(words(bench.verdicts), u"ok");
@@ -391,7 +391,7 @@ private Q_SLOTS:
         verify(bench, {bench.written(u"a.ffp"_s, "p.flac:" + digest),
                        bench.written(u"b.md5"_s, digest + " *p.flac")});
         QCOMPARE(words(bench.verdicts), u"unreadable unreadable");
-        bench.checksum.setCommandOptions(Command::Test);
+        bench.checksum.options().set(checksumOptions().command, Command::Test);
         bench.checksum.addFile(pipe);
         bench.run(bench.checksum);
         QCOMPARE(words(bench.verdicts), u"unreadable");
@@ -419,7 +419,7 @@ private Q_SLOTS:
         const Gate gate(bench, tool);
         bench.workbench.queue().maxThreadsChanged(1);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
-        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.options().set(checksumOptions().command, Command::Verify);
         bench.checksum.addFiles({bench.path(list)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
         QTRY_COMPARE(gate.runs(), 1);
@@ -436,7 +436,7 @@ private Q_SLOTS:
             Bench bench;
             bench.replaceTool(u"shntool"_s,
                               u"echo >'%1'; exec sleep 600\n"_s.arg(bench.path(u"up"_s)));
-            bench.checksum.setCommandOptions(Command::Verify);
+            bench.checksum.options().set(checksumOptions().command, Command::Verify);
             bench.checksum.addFiles(
                 {bench.written(u"l.st5"_s, QByteArray(32, '0') + "  [shntool]  a\n")});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
@@ -450,7 +450,7 @@ private Q_SLOTS:
         Bench bench;
         const QString file = bench.written(u"a"_s, "x");
         const QByteArray line = md5Of(file) + " *a\n";
-        bench.checksum.setCommandOptions(Command::Verify);
+        bench.checksum.options().set(checksumOptions().command, Command::Verify);
         bench.checksum.addFiles({bench.written(u"l.md5"_s, line.repeated(10000))});
         // Were the entries checked on this thread, the loop would not turn before the end.
         int turns = 0;

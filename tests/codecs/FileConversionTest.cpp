@@ -134,7 +134,7 @@ private Q_SLOTS:
         quav::ConversionTab& tab =
             decodes ? static_cast<ConversionTab&>(bench.decode) : bench.encode;
         tab.addFiles({source});
-        tab.setDeleteOriginals(true);
+        tab.options().set(tab.rows().deleteOriginals, true);
         bench.run(tab);
 
         const QString told =
@@ -162,12 +162,13 @@ private Q_SLOTS:
         QVERIFY(limit == 0
                     ? TagLibTagsHelper().writeTagsForWAVEFile(bench.wav(u"s.wav"_s), tags)
                     : TagLibTagsHelper().writeTagsForFLACFile(bench.flac(u"s.flac"_s), tags, true));
-        bench.decode.setOutputFormat(target.toUpper());
+        bench.decode.options().set(decodeOptions().outputFormat,
+                                   target == u"aiff" ? DecodeTarget::Aiff : DecodeTarget::Wav);
         quav::ConversionTab& tab =
             limit == 0 ? static_cast<ConversionTab&>(bench.encode) : bench.decode;
         tab.addFiles({source});
-        tab.setDeleteOriginals(true);
-        tab.setAcceptLosses(true);
+        tab.options().set(tab.rows().deleteOriginals, true);
+        tab.options().set(tab.rows().acceptLosses, true);
         {
             const FileSizeLimit limited(limit);
             bench.run(tab);
@@ -212,8 +213,8 @@ private Q_SLOTS:
         }
         bench.settings.set(keys::warnOnDelete, false);
         bench.decode.addFiles(sources);
-        bench.decode.setDeleteOriginals(true);
-        bench.decode.setAcceptLosses(accepts);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
+        bench.decode.options().set(bench.decode.rows().acceptLosses, accepts);
         bench.prompts.answers = {answer};
         bench.prompts.beforeAnswer = [&] {
             if (meanwhile == u"changed") {
@@ -242,7 +243,7 @@ private Q_SLOTS:
             flipBit(source, 20, 1);
         }
         const QByteArray before = contents(source);
-        bench.encode.setFlacLevel(0);
+        bench.encode.options().set(encodeOptions().flacLevel, 0);
         bench.encode.addFiles({source});
         bench.prompts.answers = {true};
         bench.run(bench.encode);
@@ -264,7 +265,7 @@ private Q_SLOTS:
             auto other = OutputClaim::take(bench.path(claimed));
             QVERIFY(other && other->note(OutputClaim::State::Making));
             bench.encode.addFiles({source});
-            bench.encode.setDeleteOriginals(true);
+            bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
             bench.run(bench.encode);
             QCOMPARE(bench.failed, QStringList{u"s.wav"_s});
             QVERIFY2(bench.reports.join(u' ').contains(u"is being written by"),

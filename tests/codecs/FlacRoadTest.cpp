@@ -43,7 +43,7 @@ private Q_SLOTS:
         QCOMPARE(audioMd5(flac), audioMd5(source));
 
         bench.decode.addFiles({flac});
-        bench.decode.setOutputFormat(format);
+        QVERIFY(bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), format));
         bench.run(bench.decode);
         const QString back = bench.out(baseName(name) + u'.' + format.toLower());
         QVERIFY(!audioMd5(back).isEmpty());
@@ -56,7 +56,8 @@ private Q_SLOTS:
         const QString flac = bench.flac(u"a.FLAC"_s);
         for (const QString& format : {u"WAV"_s, u"AIFF"_s}) {
             bench.decode.addFiles({flac});
-            bench.decode.setOutputFormat(format);
+            QVERIFY(
+                bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), format));
             bench.run(bench.decode);
             const QString plain = bench.out(u"a."_s + format.toLower());
             QVERIFY(test::run(u"ffprobe"_s, {u"-v"_s, u"error"_s, u"-show_entries"_s,
@@ -103,7 +104,7 @@ private Q_SLOTS:
         const QByteArray before = contents(bad);
         const QByteArray outputBefore = contents(bench.out(u"bad.wav"_s));
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
-        bench.decode.setDeleteOriginals(true);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         QCOMPARE(bench.failed, QStringList{u"bad.flac"_s});
         QCOMPARE(contents(bad), before);
@@ -119,8 +120,8 @@ private Q_SLOTS:
         const QString bad = bench.flac(u"bad.flac"_s);
         damage(bad, false);
         bench.decode.addFiles({bad});
-        bench.decode.setDecodeFlacThroughErrors(true);
-        bench.decode.setDeleteOriginals(true);
+        bench.decode.options().set(decodeOptions().flacThroughErrors, true);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
         bench.run(bench.decode);
         QVERIFY(bench.failed.isEmpty());
@@ -149,7 +150,7 @@ private Q_SLOTS:
         const QByteArray before = contents(old);
         QVERIFY(writeWav(source + u".keep"_s));
         bench.encode.addFiles({source});
-        bench.encode.setFlacLevel(0);
+        bench.encode.options().set(encodeOptions().flacLevel, 0);
         bench.prompts.answers = {answer};
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         const CommandOutcome outcome = bench.press(bench.encode);
@@ -177,7 +178,7 @@ private Q_SLOTS:
         const QString link = bench.path(u"link"_s);
         QVERIFY(QFile::link(bench.path(u"out"_s), link));
         bench.encode.addFiles({throughLink ? link + u"/x.flac"_s : flac});
-        bench.encode.setDeleteOriginals(true);
+        bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.prompts.answers = {true, true};
         bench.run(bench.encode);
         QVERIFY(bench.failed.isEmpty());
@@ -229,7 +230,7 @@ private Q_SLOTS:
         const QString source = bench.path(u"a.wav"_s);
         QVERIFY(writeWav(source));
         bench.encode.addFiles({source});
-        bench.encode.setDeleteOriginals(true);
+        bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.run(bench.encode);
         const QStringList left = bench.outputs();
         test::run(u"umount"_s, {out});
@@ -253,7 +254,7 @@ private Q_SLOTS:
             QSKIP("a small file system cannot be mounted here");
         }
         bench.decode.addFiles({flac});
-        bench.decode.setDeleteOriginals(true);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         const QStringList left = bench.outputs();
         test::run(u"umount"_s, {out});
@@ -268,17 +269,17 @@ private Q_SLOTS:
         Bench bench;
         QVERIFY(writeWav(bench.path(u"a.wav"_s)));
         bench.encode.addFiles({bench.path(u"a.wav"_s)});
-        bench.encode.setDeleteOriginals(true);
+        bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.prompts.answers = {false};
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
         QCOMPARE(
             bench.prompts.questions[0].title,
             u"You have chosen to delete the original files.  Are you sure you want to continue?");
-        bench.encode.setDeleteOriginals(false);
+        bench.encode.options().set(bench.encode.rows().deleteOriginals, false);
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
         QCOMPARE(bench.encode.files().rowCount(), 1);
         bench.settings.set(keys::warnOnDelete, false);
-        bench.encode.setDeleteOriginals(true);
+        bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.run(bench.encode);
         QVERIFY(!QFile::exists(bench.path(u"a.wav"_s)));
     }
@@ -305,7 +306,7 @@ private Q_SLOTS:
         const QString gone = bench.wav(u"gone/b.wav"_s);
         bench.encode.addFiles({good, gone});
         QDir(bench.path(u"gone"_s)).removeRecursively();
-        bench.encode.setBesideSources(true);
+        bench.encode.options().set(encodeOptions().beside, true);
         bench.run(bench.encode);
         QVERIFY(QFile::exists(bench.path(u"good/a.flac"_s)) && bench.failed.isEmpty());
         QCOMPARE(bench.prompts.alertMessages, QStringList{gone});
@@ -345,7 +346,7 @@ private Q_SLOTS:
         QFile::remove(tool);
         QFile::link(QStandardPaths::findExecutable(u"true"_s), tool);
         bench.decode.addFiles({bench.flac(u"a.flac"_s)});
-        bench.decode.setDeleteOriginals(true);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         QCOMPARE(bench.failed, QStringList{u"a.flac"_s});
         QVERIFY(QFile::exists(bench.path(u"a.flac"_s)));
@@ -367,10 +368,10 @@ private Q_SLOTS:
         riff.write(reinterpret_cast<const char*>(&size), sizeof size);
         riff.close();
         bench.encode.addFiles({wav});
-        bench.encode.setFlacKeepForeignMetadata(true);
+        bench.encode.options().set(encodeOptions().flacKeepForeignMetadata, true);
         bench.run(bench.encode);
         bench.decode.addFiles({bench.out(u"bext.flac"_s)});
-        bench.decode.setKeepForeignMetadata(true);
+        bench.decode.options().set(decodeOptions().flacKeepForeignMetadata, true);
         bench.run(bench.decode);
         QVERIFY(contents(bench.out(u"bext.wav"_s)).contains(chunk));
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "codecs/DecodeOptions.h"
+#include "codecs/EncodeOptions.h"
 #include "gui/MainWindow.h"
 #include "gui/OutputWindows.h"
 #include "gui/StatusPanel.h"

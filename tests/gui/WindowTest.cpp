@@ -23,8 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Is = std::function<bool(const EncodeTab&)>;
-using Set = std::function<void(EncodeTab&, bool)>;
 
 QTabWidget& pagesOf(GuiRig& rig) {
     return *rig.window.findChild<QTabWidget*>();
@@ -55,9 +53,6 @@ private Q_SLOTS:
     void filesDroppedOnTheWindowGoToTheTabThatTakesThem();
     void filesAreAddedAndRemoved();
     void theContextMenuRemovesOneSpellingOfAnExtension();
-    void optionsOfTheTabAndOfThePageAreOne_data();
-    void optionsOfTheTabAndOfThePageAreOne();
-    void levelAndTargetOfTheTabAndOfThePageAreOne();
     void flacOptionsAppearWithAFlacFile();
     void theWindowStaysWhenTheUserDoesNotWantToClose();
     void quittingWaitsForToolsThatRunUnlessRefused();
@@ -124,63 +119,13 @@ void WindowTest::theContextMenuRemovesOneSpellingOfAnExtension() {
     QCOMPARE(extensions().at(0)->text(), u"WAV"_s);
 }
 
-void WindowTest::optionsOfTheTabAndOfThePageAreOne_data() {
-    QTest::addColumn<QByteArray>("box");
-    QTest::addColumn<Is>("isOn");
-    QTest::addColumn<Set>("set");
-    const auto add = [](const char* box, const Is& isOn, const Set& set) {
-        row(box, QByteArray(box), isOn, set);
-    };
-    add("Lax", &EncodeTab::flacLax, &EncodeTab::setFlacLax);
-    add("Verify", &EncodeTab::flacVerify, &EncodeTab::setFlacVerify);
-    add("Keep foreign", &EncodeTab::flacKeepForeignMetadata,
-        &EncodeTab::setFlacKeepForeignMetadata);
-    add("Write fingerprint", &EncodeTab::generateFFP, &EncodeTab::setGenerateFFP);
-    add("Delete the source", &EncodeTab::deleteOriginals, &EncodeTab::setDeleteOriginals);
-}
-
-void WindowTest::optionsOfTheTabAndOfThePageAreOne() {
-    QFETCH(QByteArray, box);
-    QFETCH(Is, isOn);
-    QFETCH(Set, set);
-    GuiRig rig;
-    encodeList(rig);
-    auto* button = shown<QCheckBox>(rig.window, box.constData());
-    const bool before = isOn(rig.encode);
-    QCOMPARE(button->isChecked(), before);
-    button->click();
-    QCOMPARE(isOn(rig.encode), !before);
-    set(rig.encode, before);
-    QCOMPARE(button->isChecked(), before);
-}
-
-void WindowTest::levelAndTargetOfTheTabAndOfThePageAreOne() {
-    GuiRig rig;
-    shown<QRadioButton>(rig.window, "AIFF")->click();
-    QCOMPARE(rig.decode.outputFormat(), u"AIFF"_s);
-    rig.decode.setOutputFormat(u"WAV"_s);
-    QVERIFY(shown<QRadioButton>(rig.window, "WAV")->isChecked());
-    encodeList(rig);
-    auto& level = *rig.window.findChild<QSlider*>();
-    QCOMPARE(level.value(), rig.encode.flacLevel());
-    level.setValue(2);
-    QCOMPARE(rig.encode.flacLevel(), 2);
-    QVERIFY(shown<QLabel>(rig.window, "2"));
-    rig.encode.setFlacLevel(7);
-    QCOMPARE(level.value(), 7);
-    rig.encode.setFlacLax(true);
-    QVERIFY(!level.isEnabled());
-    rig.encode.setFlacLax(false);
-    QVERIFY(level.isEnabled());
-}
-
 void WindowTest::flacOptionsAppearWithAFlacFile() {
     GuiRig rig;
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
     rig.decode.addFiles({rig.noFlac("a.flac")});
     QVERIFY(shown<QGroupBox>(rig.window, "FLAC"));
     shown<QCheckBox>(rig.window, "Decode through errors")->click();
-    QVERIFY(rig.decode.decodeFlacThroughErrors());
+    QVERIFY(rig.decode.options()[decodeOptions().flacThroughErrors]);
     rig.decode.clearFiles();
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
 }

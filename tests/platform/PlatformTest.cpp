@@ -148,10 +148,6 @@ private Q_SLOTS:
             settings.reset(keys::maxThreads);
         }
         QVERIFY(!contents(file).contains("maxThreads"));
-        Settings settings(file);
-        settings.keepChangesInMemory();
-        settings.set(keys::trashOrDelete, 0);
-        QCOMPARE(settings.integer(keys::trashOrDelete), 0);
         QCOMPARE(Settings(file).integer(keys::trashOrDelete), 1);
     }
 

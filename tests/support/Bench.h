@@ -1,5 +1,8 @@
 #pragma once
 
+#include "checksums/ChecksumOptions.h"
+#include "codecs/DecodeOptions.h"
+#include "codecs/EncodeOptions.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/Settings.h"
 #include "support/AudioFixtures.h"

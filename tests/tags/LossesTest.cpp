@@ -393,7 +393,7 @@ private Q_SLOTS:
         Bench bench;
         flac({"MOOD=calm", "DATE=2001-05-07"})(bench, u"ä.flac"_s);
         bench.decode.addFiles({bench.path(u"ä.flac"_s)});
-        bench.decode.setDeleteOriginals(true);
+        bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         QVERIFY(bench.workbench.queue().warnings().join(u'\n').contains(
             u"not in the output: the tag MOOD, the month of the date"_s));
@@ -413,12 +413,12 @@ private:
         make(bench, name + from);
         if (to == u"flac") {
             bench.encode.addFiles({bench.path(name + from)});
-            bench.encode.setFlacKeepForeignMetadata(keepForeign);
+            bench.encode.options().set(encodeOptions().flacKeepForeignMetadata, keepForeign);
             bench.run(bench.encode);
         } else {
             bench.decode.addFiles({bench.path(name + from)});
-            bench.decode.setOutputFormat(to.toUpper());
-            bench.decode.setKeepForeignMetadata(keepForeign);
+            QVERIFY(bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), to));
+            bench.decode.options().set(decodeOptions().flacKeepForeignMetadata, keepForeign);
             bench.run(bench.decode);
         }
         QCOMPARE(bench.failed, QStringList());

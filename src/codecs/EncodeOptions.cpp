@@ -1,0 +1,20 @@
+#include "codecs/EncodeOptions.h"
+
+#include "app/OptionValues.h"
+
+namespace quav {
+
+EncodeOptions::EncodeOptions()
+    : ConversionOptions({optiongroups::target, optiongroups::flac, optiongroups::output},
+                        "sourceEncodeButton", keys::encodeToSourceDirectory) {}
+
+bool EncodeOptions::levelCounts(const OptionValues& values, const ListFacts& /*facts*/) {
+    return !values[encodeOptions().flacLax];
+}
+
+const EncodeOptions& encodeOptions() {
+    static const EncodeOptions options;
+    return options;
+}
+
+} // namespace quav
