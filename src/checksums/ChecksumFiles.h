@@ -1,13 +1,16 @@
 #pragma once
 
+#include "app/UserPrompts.h"
+
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quav {
 
 class Settings;
-class UserPrompts;
 struct Verdict;
 
 /// The three kinds of checksum files.
@@ -47,8 +50,8 @@ QString writeIncomplete(const QString& path, const QString& text);
 /// what somebody else has made.
 bool isForeign(const QString& path);
 
-/// Asks before a foreign file is replaced; true when it may be, or when there is none.
-bool mayReplace(const QString& path, UserPrompts& prompts);
+/// What is to be asked before a foreign file is replaced; nothing when there is none.
+std::optional<Question> questionBeforeReplacing(const QString& path);
 
 /// YES when every path's folder is that of the first one.
 bool areAllSameDirectory(const QStringList& paths);

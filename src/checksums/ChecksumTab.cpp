@@ -1,11 +1,12 @@
 #include "checksums/ChecksumTab.h"
 
 #include "app/FileKinds.h"
-#include "app/UserPrompts.h"
 #include "checksums/ChecksumOptions.h"
 #include "checksums/CreateFFPTask.h"
 #include "checksums/CreateMD5Task.h"
 #include "checksums/CreateST5Task.h"
+#include "checksums/Fingerprint.h"
+#include "checksums/HashRun.h"
 #include "checksums/ListNames.h"
 #include "checksums/VerifyFFPTask.h"
 #include "checksums/VerifyMD5Task.h"
@@ -61,63 +62,101 @@ QString saveTitle(ChecksumKind kind) {
     return {};
 }
 
-/// The tools that a kind of checksum file cannot be made without.
-QStringList makersOf(ChecksumKind kind) {
-    switch (kind) {
-    case ChecksumKind::Md5:
-        return {};
-    case ChecksumKind::St5:
-        return {QStringLiteral("shntool")};
-    case ChecksumKind::Ffp:
-        return {QStringLiteral("metaflac")};
-    }
-    return {};
+ToolCall flacTest(const QString& path) {
+    return {QStringLiteral("flac"), {QStringLiteral("-t"), path}};
+}
+
+ToolCall apeTest(const QString& path) {
+    return {QStringLiteral("mac"), {path, QStringLiteral("-v")}};
+}
+
+ToolCall wavpackTest(const QString& path) {
+    return {QStringLiteral("wvunpack"), {QStringLiteral("-v"), path}};
+}
+
+ToolCall ttaTest(const QString& path) {
+    return {QStringLiteral("ttaenc"), {QStringLiteral("-t"), path}};
 }
 
 /// How a kind of compressed file is tested.
 struct Tester {
-    QString tool;
+    ToolCall (*call)(const QString& path);
     std::shared_ptr<QUAVTask> (ChecksumTab::*task)(const QString& path,
                                                    const std::shared_ptr<QUAVTaskResults>& results,
                                                    QUAVTaskQueue& queue) const;
 };
 
+template <typename Task>
+std::shared_ptr<Task> testTask(const ToolsFolder& tools, const ToolCall& call,
+                               const std::shared_ptr<QUAVTaskResults>& results,
+                               QUAVTaskQueue& queue) {
+    return std::make_shared<Task>(results, queue, tools.tool(call.tool), call.arguments);
+}
+
 /// None for a kind of file that cannot be tested.
 const Tester* testerOf(const QString& path) {
     static const QHash<QString, Tester> testers{
-        {QStringLiteral("FLAC"), {QStringLiteral("flac"), &ChecksumTab::verifyFlac}},
-        {QStringLiteral("APE"), {QStringLiteral("mac"), &ChecksumTab::verifyAPE}},
-        {QStringLiteral("WV"), {QStringLiteral("wvunpack"), &ChecksumTab::verifyWavepack}},
-        {QStringLiteral("TTA"), {QStringLiteral("ttaenc"), &ChecksumTab::verifyTTA}},
+        {QStringLiteral("FLAC"), {flacTest, &ChecksumTab::verifyFlac}},
+        {QStringLiteral("APE"), {apeTest, &ChecksumTab::verifyAPE}},
+        {QStringLiteral("WV"), {wavpackTest, &ChecksumTab::verifyWavepack}},
+        {QStringLiteral("TTA"), {ttaTest, &ChecksumTab::verifyTTA}},
     };
     const auto found = testers.constFind(formatWord(path));
     return found == testers.cend() ? nullptr : &*found;
 }
 
+/// The tools that write a list of the kind.
+std::vector<ToolCall> callsFor(ChecksumKind kind, const QStringList& files,
+                               const ToolsFolder& tools) {
+    std::vector<ToolCall> calls;
+    switch (kind) {
+    case ChecksumKind::Md5:
+        break;
+    case ChecksumKind::St5: {
+        const QString shntool = QStringLiteral("shntool");
+        for (const HashRun& run : HashRun::over(files, tools.tool(shntool), tools.environment())) {
+            calls.push_back({shntool, run.arguments(), run.folder()});
+        }
+        break;
+    }
+    case ChecksumKind::Ffp:
+        for (const QString& file : files) {
+            calls.push_back(fingerprint::callFor(file));
+        }
+        break;
+    }
+    return calls;
+}
+
+/// The words by which a job says what it is.
+namespace work {
+const QString test = QStringLiteral("test");
+const QString create = QStringLiteral("create ");
+const QString verify = QStringLiteral("verify ");
+} // namespace work
+
+QString wordOf(ChecksumKind kind) {
+    return QString::fromLatin1(checksumOptions().kind.info().choice(static_cast<int>(kind))->word);
+}
+
+ChecksumKind kindNamed(QStringView word) {
+    return static_cast<ChecksumKind>(checksumOptions().kind.info().choice(word)->value);
+}
+
+checksumlist::Reading readingOf(const OptionValues& values) {
+    return values[checksumOptions().acceptOtherSpellings] ? checksumlist::Reading::Tolerant
+                                                          : checksumlist::Reading::Strict;
+}
+
+/// Whether a list over the files has a place of its own beside them.
+bool hasOwnPlace(ChecksumKind kind, const QStringList& files) {
+    return kind == ChecksumKind::Ffp || checksumfiles::areAllSameDirectory(files);
+}
+
 } // namespace
 
 ChecksumTab::ChecksumTab(const Services& services)
-    : BaseTab(tabs::checksum, checksumOptions(), services) {}
-
-CommandOutcome ChecksumTab::executeCommand() {
-    if (files().rowCount() == 0) {
-        return CommandOutcome::NothingToDo;
-    }
-    switch (options()[checksumOptions().command]) {
-    case ChecksumCommand::Test:
-        return test();
-    case ChecksumCommand::Create:
-        return create();
-    case ChecksumCommand::Verify:
-        return verify();
-    }
-    return CommandOutcome::NothingToDo;
-}
-
-checksumlist::Reading ChecksumTab::reading() const {
-    return options()[checksumOptions().acceptOtherSpellings] ? checksumlist::Reading::Tolerant
-                                                             : checksumlist::Reading::Strict;
-}
+    : PlannedTab(tabs::checksum, checksumOptions(), services) {}
 
 bool ChecksumTab::hasUseFor(const QString& path) const {
     switch (options()[checksumOptions().command]) {
@@ -126,69 +165,127 @@ bool ChecksumTab::hasUseFor(const QString& path) const {
     case ChecksumCommand::Create:
         return !filesFor(options()[checksumOptions().kind], {path}).isEmpty();
     case ChecksumCommand::Verify:
-        return checksumlist::kindOf(path, reading()).has_value();
+        return checksumlist::kindOf(path, readingOf(options().values())).has_value();
     }
     return false;
 }
 
-bool ChecksumTab::hasTools(const QStringList& names) {
-    const QStringList missing = services().tools.whatIsMissing(names);
-    if (!missing.isEmpty()) {
-        services().prompts.alert(missing.first(), missing.mid(1).join(u'\n'));
+Plan ChecksumTab::plan(const OptionValues& values, const QString& savePath) const {
+    switch (values[checksumOptions().command]) {
+    case ChecksumCommand::Test:
+        return planTests();
+    case ChecksumCommand::Create:
+        return planList(values[checksumOptions().kind],
+                        filesFor(values[checksumOptions().kind], fileNames()), savePath);
+    case ChecksumCommand::Verify:
+        return planVerification(values);
     }
-    return missing.isEmpty();
+    return {};
 }
 
-/// What is missing stops only what needs it, so that one complete set of tools is enough.
-bool ChecksumTab::hasAnyTools(const QSet<QStringList>& sets) {
-    QStringList all;
-    for (const QStringList& names : sets) {
-        if (services().tools.whatIsMissing(names).isEmpty()) {
-            return true;
-        }
-        all << names;
-    }
-    return hasTools(all);
-}
-
-CommandOutcome ChecksumTab::queueSet(const Tasks& tasks,
-                                     const std::shared_ptr<QUAVTaskResults>& results) {
-    for (const auto& task : tasks) {
-        results->addTaskInSet(*task);
-    }
-    clearFiles();
-    if (tasks.empty()) {
-        return CommandOutcome::NothingToDo;
-    }
-    services().queue.addTasks(tasks);
-    return CommandOutcome::Queued;
-}
-
-CommandOutcome ChecksumTab::queueOne(const std::shared_ptr<QUAVTask>& task) {
-    clearFiles();
-    services().queue.addTasks({task});
-    return CommandOutcome::Queued;
-}
-
-CommandOutcome ChecksumTab::test() {
-    QSet<QStringList> needed;
-    const auto results = std::make_shared<QUAVTaskResults>();
-    Tasks tasks;
+Plan ChecksumTab::planTests() const {
+    Plan plan;
+    plan.needsAllTools = false;
     for (const QString& path : fileNames()) {
         if (const Tester* tester = testerOf(path)) {
-            needed << QStringList{tester->tool};
-            tasks.push_back((this->*tester->task)(path, results, services().queue));
+            plan.jobs.push_back(
+                {.sources = {path}, .what = work::test, .steps = {tester->call(path)}});
         }
     }
-    return hasAnyTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
+    return plan;
+}
+
+Plan ChecksumTab::planList(ChecksumKind kind, const QStringList& files,
+                           const QString& savePath) const {
+    Plan plan;
+    if (files.isEmpty()) {
+        return plan;
+    }
+    const bool isBeside = savePath.isEmpty();
+    const QString path =
+        isBeside ? checksumfiles::pathIn(folderOf(files.first()), kind, services().settings)
+                 : savePath;
+    plan.jobs.push_back({.sources = files,
+                         .outputs = {path},
+                         .what = work::create + wordOf(kind),
+                         .steps = callsFor(kind, files, services().tools),
+                         .existing = OutputGuard::Existing::Overwrite});
+    // Who chose a path has been asked by the dialog about what stands there.
+    for (const auto& question :
+         {isBeside ? checksumfiles::questionBeforeReplacing(path) : std::nullopt,
+          listnames::questionBeforeNaming(kind, files, path)}) {
+        if (question) {
+            plan.questions.push_back(*question);
+        }
+    }
+    return plan;
+}
+
+Plan ChecksumTab::planVerification(const OptionValues& values) const {
+    Plan plan;
+    plan.needsAllTools = false;
+    for (const QString& path : fileNames()) {
+        for (const ChecksumKind kind : checksumlist::kindsOf(path, readingOf(values)).all) {
+            Job job{.sources = {path}, .what = work::verify + wordOf(kind)};
+            for (const QString& tool : VerifyListTask::toolsFor(kind)) {
+                job.steps.push_back({tool, {}});
+            }
+            plan.jobs.push_back(job);
+        }
+    }
+    return plan;
+}
+
+tl::expected<QString, PlannedTab::NoDestination> ChecksumTab::askDestination() {
+    if (options()[checksumOptions().command] != ChecksumCommand::Create) {
+        return QString();
+    }
+    const auto kind = options()[checksumOptions().kind];
+    const QStringList files = filesFor(kind, fileNames());
+    // Nobody has to say where what cannot be made is to go.
+    if (files.isEmpty() ||
+        !services().tools.whatIsMissing(VerifyListTask::toolsFor(kind)).isEmpty() ||
+        (options()[checksumOptions().sourceSave] && hasOwnPlace(kind, files))) {
+        return QString();
+    }
+    const auto path = askSavePath(files, kind);
+    return path ? tl::expected<QString, NoDestination>(*path)
+                : tl::make_unexpected(NoDestination{kind != ChecksumKind::Ffp});
+}
+
+std::optional<QString> ChecksumTab::askSavePath(const QStringList& files, ChecksumKind kind) {
+    return openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
+                         checksumfiles::fixedName(kind, services().settings));
+}
+
+std::shared_ptr<QUAVTask>
+ChecksumTab::makeTask(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const {
+    if (job.what == work::test) {
+        return (this->*testerOf(job.source())->task)(job.source(), batch, services().queue);
+    }
+    if (job.what.startsWith(work::verify)) {
+        const auto task = verificationOf(
+            job.source(), kindNamed(QStringView(job.what).mid(work::verify.size())), batch);
+        task->setReading(readingOf(options().values()));
+        return task;
+    }
+    if (kindNamed(QStringView(job.what).mid(work::create.size())) == ChecksumKind::Md5) {
+        return md5Task(job.sources, services().queue, job.output());
+    }
+    return st5Task(job.sources, services().queue, job.output());
+}
+
+std::optional<CommandOutcome> ChecksumTab::executeAtOnce(const Plan& plan) {
+    if (plan.jobs.empty() || plan.jobs.front().what != work::create + wordOf(ChecksumKind::Ffp)) {
+        return std::nullopt;
+    }
+    return createFFP(plan.jobs.front().sources, plan.jobs.front().output());
 }
 
 std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
                                                   const std::shared_ptr<QUAVTaskResults>& results,
                                                   QUAVTaskQueue& queue) const {
-    auto task = std::make_shared<VerifyFlacTask>(results, queue,
-                                                 services().tools.tool(QStringLiteral("flac")),
-                                                 QStringList{QStringLiteral("-t"), path});
+    auto task = testTask<VerifyFlacTask>(services().tools, flacTest(path), results, queue);
     task->setTitle(tr("Verify FLAC"));
     return task;
 }
@@ -196,78 +293,31 @@ std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
 std::shared_ptr<QUAVTask> ChecksumTab::verifyAPE(const QString& path,
                                                  const std::shared_ptr<QUAVTaskResults>& results,
                                                  QUAVTaskQueue& queue) const {
-    return std::make_shared<VerifyApeTask>(results, queue,
-                                           services().tools.tool(QStringLiteral("mac")),
-                                           QStringList{path, QStringLiteral("-v")});
+    return testTask<VerifyApeTask>(services().tools, apeTest(path), results, queue);
 }
 
 std::shared_ptr<QUAVTask>
 ChecksumTab::verifyWavepack(const QString& path, const std::shared_ptr<QUAVTaskResults>& results,
                             QUAVTaskQueue& queue) const {
-    return std::make_shared<VerifyWavepackTask>(results, queue,
-                                                services().tools.tool(QStringLiteral("wvunpack")),
-                                                QStringList{QStringLiteral("-v"), path});
+    return testTask<VerifyWavepackTask>(services().tools, wavpackTest(path), results, queue);
 }
 
 std::shared_ptr<QUAVTask> ChecksumTab::verifyTTA(const QString& path,
                                                  const std::shared_ptr<QUAVTaskResults>& results,
                                                  QUAVTaskQueue& queue) const {
-    return std::make_shared<VerifyTTATask>(results, queue,
-                                           services().tools.tool(QStringLiteral("ttaenc")),
-                                           QStringList{QStringLiteral("-t"), path});
-}
-
-CommandOutcome ChecksumTab::create() {
-    const auto kind = options()[checksumOptions().kind];
-    const QStringList files = filesFor(kind, fileNames());
-    if (files.isEmpty()) {
-        clearFiles();
-        return CommandOutcome::NothingToDo;
-    }
-    if (!hasTools(makersOf(kind))) {
-        return CommandOutcome::Refused;
-    }
-    const auto path = choosePath(files, kind, options()[checksumOptions().sourceSave]);
-    if (!path) {
-        // Who answers “No” may have another place in mind for the same files.
-        if (path.error() == NoPath::DialogCancelled && kind != ChecksumKind::Ffp) {
-            clearFiles();
-        }
-        return CommandOutcome::Declined;
-    }
-    switch (kind) {
-    case ChecksumKind::Md5:
-        return queueOne(md5Task(files, services().queue, *path));
-    case ChecksumKind::St5:
-        return queueOne(st5Task(files, services().queue, *path));
-    case ChecksumKind::Ffp:
-        return createFFP(files, *path);
-    }
-    return CommandOutcome::NothingToDo;
+    return testTask<VerifyTTATask>(services().tools, ttaTest(path), results, queue);
 }
 
 /// The path of a checksum file that is about to be written.
-tl::expected<QString, ChecksumTab::NoPath>
-ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind, bool sourceSave) {
-    UserPrompts& prompts = services().prompts;
-    QString path;
-    if (sourceSave && (kind == ChecksumKind::Ffp || areAllSameDirectory(files))) {
-        path = checksumfiles::pathIn(folderOf(files.first()), kind, services().settings);
-        if (!checksumfiles::mayReplace(path, prompts)) {
-            return tl::make_unexpected(NoPath::AnsweredNo);
-        }
-    } else {
-        const auto chosen = openSavePanel(checksumfiles::commonFolder(files), saveTitle(kind),
-                                          checksumfiles::fixedName(kind, services().settings));
-        if (!chosen) {
-            return tl::make_unexpected(NoPath::DialogCancelled);
-        }
-        path = *chosen;
+std::optional<QString> ChecksumTab::choosePath(const QStringList& files, ChecksumKind kind,
+                                               bool sourceSave) {
+    const auto saved = sourceSave && hasOwnPlace(kind, files) ? std::optional<QString>(QString())
+                                                              : askSavePath(files, kind);
+    if (!saved) {
+        return std::nullopt;
     }
-    if (!listnames::mayName(kind, files, path, prompts)) {
-        return tl::make_unexpected(NoPath::AnsweredNo);
-    }
-    return path;
+    const Plan plan = planList(kind, files, *saved);
+    return confirm(plan) ? std::optional(plan.jobs.front().output()) : std::nullopt;
 }
 
 std::shared_ptr<CreateMD5Task> ChecksumTab::createMD5(const QStringList& files,
@@ -364,22 +414,6 @@ bool ChecksumTab::writeFingerprints(const QStringList& files, const QString& pat
     CreateFFPTask::write(made, path);
     Q_EMIT fingerprintsWritten(path, made.verdicts, made.warnings, made.failures);
     return true;
-}
-
-CommandOutcome ChecksumTab::verify() {
-    QSet<QStringList> needed;
-    const auto results = std::make_shared<QUAVTaskResults>();
-    Tasks tasks;
-    for (const QString& path : fileNames()) {
-        const checksumlist::Kinds kinds = checksumlist::kindsOf(path, reading());
-        for (const ChecksumKind kind : kinds.all) {
-            needed << VerifyListTask::toolsFor(kind);
-            const auto task = verificationOf(path, kind, results);
-            task->setReading(reading(), kinds);
-            tasks.push_back(task);
-        }
-    }
-    return hasAnyTools(needed) ? queueSet(tasks, results) : CommandOutcome::Refused;
 }
 
 std::shared_ptr<VerifyListTask>

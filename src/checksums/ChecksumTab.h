@@ -1,10 +1,9 @@
 #pragma once
 
-#include "app/BaseTab.h"
+#include "app/PlannedTab.h"
 #include "checksums/ChecksumList.h"
 #include "engine/Verdict.h"
 
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -12,7 +11,7 @@
 
 #include <atomic>
 #include <memory>
-#include <vector>
+#include <optional>
 
 namespace quav {
 
@@ -24,16 +23,14 @@ class QUAVTaskResults;
 class VerifyListTask;
 
 /// Tests compressed files, writes checksum files and verifies them.
-class ChecksumTab : public BaseTab {
+class ChecksumTab : public PlannedTab {
     Q_OBJECT
 
 public:
     explicit ChecksumTab(const Services& services);
 
-    CommandOutcome executeCommand() override;
-
-    /// Whether the chosen command does anything with a file. May read its beginning.
-    bool hasUseFor(const QString& path) const;
+    Plan plan(const OptionValues& values, const QString& savePath) const override;
+    bool hasUseFor(const QString& path) const override;
 
     /// The task for an MD5 file over the files; none when the user cancelled.
     std::shared_ptr<CreateMD5Task> createMD5(const QStringList& files, QUAVTaskQueue& queue,
@@ -70,31 +67,26 @@ Q_SIGNALS:
     void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts,
                              const QStringList& warnings, const QStringList& failures);
 
+protected:
+    tl::expected<QString, NoDestination> askDestination() override;
+    std::shared_ptr<QUAVTask>
+    makeTask(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    std::optional<CommandOutcome> executeAtOnce(const Plan& plan) override;
+
 private:
-    checksumlist::Reading reading() const;
-
-    using Tasks = std::vector<std::shared_ptr<QUAVTask>>;
-
-    /// Why there is no path for a checksum file.
-    enum class NoPath { DialogCancelled, AnsweredNo };
-
-    CommandOutcome test();
-    CommandOutcome create();
-    CommandOutcome createFFP(const QStringList& files, const QString& path);
-    CommandOutcome verify();
-    CommandOutcome queueOne(const std::shared_ptr<QUAVTask>& task);
-    CommandOutcome queueSet(const Tasks& tasks, const std::shared_ptr<QUAVTaskResults>& results);
+    Plan planTests() const;
+    Plan planList(ChecksumKind kind, const QStringList& files, const QString& savePath) const;
+    Plan planVerification(const OptionValues& values) const;
     std::shared_ptr<VerifyListTask>
     verificationOf(const QString& path, ChecksumKind kind,
                    const std::shared_ptr<QUAVTaskResults>& results) const;
-    tl::expected<QString, NoPath> choosePath(const QStringList& files, ChecksumKind kind,
-                                             bool sourceSave);
+    std::optional<QString> askSavePath(const QStringList& files, ChecksumKind kind);
+    std::optional<QString> choosePath(const QStringList& files, ChecksumKind kind, bool sourceSave);
     static std::shared_ptr<CreateMD5Task> md5Task(const QStringList& files, QUAVTaskQueue& queue,
                                                   const QString& path);
     std::shared_ptr<CreateST5Task> st5Task(const QStringList& files, QUAVTaskQueue& queue,
                                            const QString& path) const;
-    bool hasTools(const QStringList& names);
-    bool hasAnyTools(const QSet<QStringList>& sets);
+    CommandOutcome createFFP(const QStringList& files, const QString& path);
     bool writeFingerprints(const QStringList& files, const QString& path);
 
     std::atomic<bool> stopWriting_ = false;

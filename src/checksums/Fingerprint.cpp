@@ -24,11 +24,16 @@ bool isOwnEnd(int exitStatus) {
 
 } // namespace
 
+ToolCall callFor(const QString& path) {
+    return {metaflac, {QStringLiteral("--show-md5"), path}};
+}
+
 tl::expected<QString, QString> entry(const ToolsFolder& tools, const QString& path) {
     if (const auto complaint = complaintOfSpecialFile(path)) {
         return *complaint;
     }
-    NSTaskWrapperSync run(tools, tools.tool(metaflac), {QStringLiteral("--show-md5"), path});
+    const ToolCall call = callFor(path);
+    NSTaskWrapperSync run(tools, tools.tool(call.tool), call.arguments);
     const QString output = run.runTask();
     const auto status = run.exitStatus();
     if (!status) {

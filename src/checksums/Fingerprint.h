@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Plan.h"
+
 #include <QString>
 
 #include <tl/expected.hpp>
@@ -12,6 +14,9 @@ namespace quav {
 class ToolsFolder;
 
 namespace fingerprint {
+
+/// The call of the tool that gives the fingerprint of a file.
+ToolCall callFor(const QString& path);
 
 /// The entry of a fingerprint file as `metaflac --show-md5` gives it, on the calling thread: name,
 /// ":", 32 digits and a line break; or the tool's words when it could not read the file. The error

@@ -1,6 +1,5 @@
 #include "checksums/ListNames.h"
 
-#include "app/UserPrompts.h"
 #include "checksums/CreateMD5Task.h"
 #include "platform/PathNames.h"
 
@@ -89,21 +88,20 @@ QStringList namesIn(const QString& list, ChecksumKind kind, const QStringList& f
     return names;
 }
 
-bool mayName(ChecksumKind kind, const QStringList& files, const QString& list,
-             UserPrompts& prompts) {
+std::optional<Question> questionBeforeNaming(ChecksumKind kind, const QStringList& files,
+                                             const QString& list) {
     const QStringList names = namesIn(list, kind, files);
     const Trouble trouble = troubleWith(names, files, list);
     if (trouble.example < 0) {
-        return true;
+        return std::nullopt;
     }
     const QString example = tr(QT_TRANSLATE_NOOP("ListNames", "“%1” would be “%2” in “%3”."))
                                 .arg(files[trouble.example], names[trouble.example], list);
     const QString question =
         tr(QT_TRANSLATE_NOOP("ListNames", "Are you sure you want to continue?"));
-    return prompts.confirm({inWords(trouble) + QStringLiteral("  ") + question,
-                            example + u'\n' + advice(kind, files),
-                            tr(QT_TRANSLATE_NOOP("ListNames", "No")),
-                            tr(QT_TRANSLATE_NOOP("ListNames", "Yes")), false});
+    return Question{inWords(trouble) + QStringLiteral("  ") + question,
+                    example + u'\n' + advice(kind, files), tr(QT_TRANSLATE_NOOP("ListNames", "No")),
+                    tr(QT_TRANSLATE_NOOP("ListNames", "Yes")), false};
 }
 
 } // namespace quav::listnames

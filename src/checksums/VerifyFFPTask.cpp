@@ -67,12 +67,12 @@ VerifyFFPTask::Entry VerifyFFPTask::fingerprint(const QString& path) {
     }
     constexpr qsizetype longest = 1 << 20; // of what a tool may go on saying
     QString output;
-    const int status = runTool(QStringLiteral("metaflac"), {QStringLiteral("--show-md5"), path}, {},
-                               [&](const QString& piece) {
-                                   if (output.size() + piece.size() <= longest) {
-                                       output += piece;
-                                   }
-                               });
+    const ToolCall call = fingerprint::callFor(path);
+    const int status = runTool(call.tool, call.arguments, {}, [&](const QString& piece) {
+        if (output.size() + piece.size() <= longest) {
+            output += piece;
+        }
+    });
     return fingerprint::entryOf(path, output, status).map([](const QString& entry) {
         return entry.trimmed();
     });

@@ -75,7 +75,8 @@ void VerifyListTask::listIsEmpty() {}
 checksumlist::List VerifyListTask::readList() {
     const auto bytes = checksumlist::contentsOf(fileName_);
     const QString text = bytes ? checksumlist::decoded(*bytes, reading_) : QString();
-    checksumlist::List list = checksumlist::read(kind_, text, reading_, kinds_);
+    checksumlist::List list =
+        checksumlist::read(kind_, text, reading_, checksumlist::kindsOf(fileName_, reading_));
     if (text.isEmpty()) {
         listIsEmpty();
     }

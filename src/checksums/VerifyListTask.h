@@ -30,12 +30,9 @@ public:
     const QString& fileName() const { return fileName_; }
     QString source() const override { return fileName_; }
 
-    /// How the list is read, strictly unless said, and the kinds that it has then: the entries of
-    /// the others are for other tasks.
-    void setReading(checksumlist::Reading reading, const checksumlist::Kinds& kinds) {
-        reading_ = reading;
-        kinds_ = kinds;
-    }
+    /// How the list is read, strictly unless said. Entries of other kinds that it has then are for
+    /// other tasks.
+    void setReading(checksumlist::Reading reading) { reading_ = reading; }
 
     /// The tools that a list of the kind cannot be verified without.
     static QStringList toolsFor(ChecksumKind kind);
@@ -93,7 +90,6 @@ private:
     QString fileName_;
     ChecksumKind kind_;
     checksumlist::Reading reading_ = checksumlist::Reading::Strict;
-    checksumlist::Kinds kinds_;
     NameLookup lookup_; ///< only the task's own thread
     QString report_;
     Verdicts verdicts_;

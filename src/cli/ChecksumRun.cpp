@@ -40,6 +40,9 @@ int ChecksumRun::run() {
         return exitstatus::refused;
     }
     tellWhatIsLeftOut();
+    if (runOptions().dryRun) {
+        return printPlan(prompts().savePath().value_or(QString()));
+    }
     CommandOutcome outcome = CommandOutcome::NothingToDo;
     const auto summary = press(outcome);
     if (prompts().wantsSavePath()) {
@@ -54,7 +57,7 @@ std::optional<int> ChecksumRun::choosePath() {
         return std::nullopt;
     }
     if (!options_.save) {
-        return terminal().canAsk()
+        return terminal().canAsk() && !runOptions().dryRun
                    ? std::nullopt
                    : std::optional(refuse(tr("Where is the checksum file to go? Say "
                                              "--save PATH or --beside.")));
@@ -70,7 +73,8 @@ std::optional<int> ChecksumRun::choosePath() {
     if (!isFolder(folderOf(full))) {
         return refuse(tr("There is no folder for “%1”.").arg(*path));
     }
-    if (!checksumfiles::mayReplace(full, prompts())) {
+    const auto question = checksumfiles::questionBeforeReplacing(full);
+    if (question && !runOptions().dryRun && !prompts().confirm(*question)) {
         return exitstatus::declined;
     }
     prompts().setSavePath(full);

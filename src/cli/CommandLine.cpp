@@ -146,6 +146,7 @@ struct CommandLine::Parts {
     CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
                                 ChecksumCommand action);
     void addConversion(CLI::App& command, const ConversionOptions& rows);
+    void addDryRun(CLI::App& command);
     void addRunOptions(CLI::App& command);
     void addAnswers(CLI::App& command);
     void addTools();
@@ -211,9 +212,13 @@ void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOption
                     plain(tr("Write everything into this folder, which is made if it is missing")))
         ->type_name("DIR")
         ->excludes(flags.flag(rows.beside.info()));
-    command.add_flag("--dry-run", options.conversion.dryRun,
-                     plain(tr("Only print what would be done, as commands for a shell")));
+    addDryRun(command);
     addRunOptions(command);
+}
+
+void CommandLine::Parts::addDryRun(CLI::App& command) {
+    command.add_flag("--dry-run", options.run.dryRun,
+                     plain(tr("Only print what would be done, as commands for a shell")));
 }
 
 void CommandLine::Parts::addRunOptions(CLI::App& command) {
@@ -259,6 +264,7 @@ void CommandLine::Parts::addChecksum() {
     create->add_option("--save", savePath, plain(tr("Write the checksum file to this path")))
         ->type_name("PATH")
         ->excludes(flags.flag(checksumOptions().sourceSave.info()));
+    addDryRun(*create);
     addRunOptions(*create);
     create->footer(
         plain(tr("Example: quav-cli checksum create --kind ffp --beside concert/*.flac")));

@@ -1,6 +1,5 @@
 #include "cli/ConversionRun.h"
 
-#include "cli/PlanPrinter.h"
 #include "cli/Terminal.h"
 
 namespace quav {
@@ -25,13 +24,17 @@ int ConversionRun::run() {
     if (tab().files().rowCount() == 0) {
         return statusOf(CommandOutcome::NothingToDo);
     }
-    return options_.dryRun ? printPlan() : convert();
+    if (runOptions().dryRun) {
+        const auto& folder = prompts().outputFolder();
+        return printPlan(folder ? folder->path() : QString());
+    }
+    return convert();
 }
 
 /// The tab passes over them in silence, but these were named.
 void ConversionRun::tellOfNoKind() {
     for (const QString& path : namedFiles()) {
-        if (tab().files().contains(path) && tab().isOfNoKind(path)) {
+        if (tab().files().contains(path) && !tab().hasUseFor(path)) {
             noteUnusable();
             terminal().say(
                 tr("“%1” is of no kind that can be converted and is skipped.").arg(path));
@@ -54,20 +57,11 @@ bool ConversionRun::chooseOutput() {
         tab().options().setForThisRun(tab().rows().beside, false);
         return true;
     }
-    if (!tab().options()[tab().rows().beside] && (options_.dryRun || !terminal().canAsk())) {
+    if (!tab().options()[tab().rows().beside] && (runOptions().dryRun || !terminal().canAsk())) {
         terminal().say(tr("Where are the outputs to go? Say --output DIR or --beside."));
         return false;
     }
     return true;
-}
-
-int ConversionRun::printPlan() {
-    PlanPrinter printer(terminal(), workbench().tools(),
-                        runOptions().json ? PlanPrinter::Form::Json : PlanPrinter::Form::Script);
-    if (!printer.print(tab(), prompts().outputFolder())) {
-        return exitstatus::refused;
-    }
-    return somethingUnusable() ? exitstatus::failed : exitstatus::succeeded;
 }
 
 int ConversionRun::convert() {

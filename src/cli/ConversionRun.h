@@ -19,7 +19,6 @@ private:
     ConversionTab& tab() override;
     void tellOfNoKind();
     bool chooseOutput();
-    int printPlan();
     int convert();
 
     Options::Command command_;

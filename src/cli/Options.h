@@ -48,6 +48,7 @@ struct RunOptions {
     std::optional<bool> answer; ///< to every question
     bool json = false;
     bool quiet = false;
+    bool dryRun = false; ///< only where the command can
     static constexpr int usualStallTimeout = 600;
     int stallTimeout = usualStallTimeout; ///< seconds; 0: a tool that does nothing is never ended
 };
@@ -55,7 +56,6 @@ struct RunOptions {
 /// What `encode` and `decode` take beyond these.
 struct ConversionArguments {
     std::optional<QByteArray> outputFolder;
-    bool dryRun = false;
 };
 
 /// What `checksum create`, `verify` and `test` take beyond these.

@@ -13,9 +13,11 @@ namespace quav {
 namespace {
 
 /// The plan with every output in this folder.
-ConversionPlan moved(ConversionPlan plan, const QString& folder) {
-    for (PlannedConversion& conversion : plan.conversions) {
-        conversion.output = joinPath(folder, lastPathComponent(conversion.output));
+Plan moved(Plan plan, const QString& folder) {
+    for (Job& job : plan.jobs) {
+        for (QString& output : job.outputs) {
+            output = joinPath(folder, lastPathComponent(output));
+        }
     }
     return plan;
 }
@@ -25,45 +27,31 @@ ConversionPlan moved(ConversionPlan plan, const QString& folder) {
 PlanPrinter::PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form)
     : terminal_(terminal), tools_(tools), form_(form) {}
 
-bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFolder>& folder) {
-    const QString path = folder ? folder->path() : QString();
-    const ConversionPlan plan = tab.plan(path);
+bool PlanPrinter::print(const PlannedTab& tab, const QString& destination,
+                        const std::optional<OutputFolder>& folder) {
+    using Existing = OutputGuard::Existing;
+    const Plan plan = tab.plan(tab.options().values(), destination);
     const bool makesFolder = folder && folder->isMissing();
     // A folder that the run makes itself stands in nobody's way; the one above it may.
-    const QStringList obstacles = tab.obstacles(makesFolder ? moved(plan, folderOf(path)) : plan);
+    const QStringList obstacles =
+        tab.obstacles(makesFolder ? moved(plan, folderOf(folder->path())) : plan);
     if (makesFolder) {
-        printFolder(path);
+        printFolder(folder->path());
     }
-    for (const QString& output : plan.overwritten) {
+    for (const QString& output : existingOutputs(plan, Existing::Overwrite)) {
         note(QStringLiteral("overwrite"), QStringLiteral("output"), output,
              tr("would overwrite %1"));
     }
-    for (const QString& output : plan.alreadyThere) {
+    // Nothing is in the way of an output that the tool makes whatever is there.
+    for (const QString& output : existingOutputs(plan, Existing::Keep)) {
         note(QStringLiteral("exists"), QStringLiteral("output"), output,
              tr("would fail, since the output exists: %1"));
     }
-    for (const QString& output : plan.outputsThatAreSources) {
-        note(QStringLiteral("skip"), QStringLiteral("output"), output,
-             tr("would skip what is its own output: %1"));
+    for (const LeftOut& file : plan.leftOut) {
+        printLeftOut(file);
     }
-    for (const QString& source : plan.special) {
-        note(QStringLiteral("skip"), QStringLiteral("source"), source,
-             tr("would skip what is no file: %1"));
-    }
-    for (const QString& source : plan.unsupported) {
-        note(QStringLiteral("skip"), QStringLiteral("source"), source,
-             tr("would skip a kind that cannot be converted: %1"));
-    }
-    for (const QString& source : plan.unknown) {
-        note(QStringLiteral("skip"), QStringLiteral("source"), source,
-             tr("would skip what is of no kind to convert: %1"));
-    }
-    for (const QString& source : plan.unwritable) {
-        note(QStringLiteral("skip"), QStringLiteral("source"), source,
-             tr("would skip what has a folder that cannot be written to: %1"));
-    }
-    for (const PlannedConversion& conversion : plan.conversions) {
-        printConversion(conversion);
+    for (const Job& job : plan.jobs) {
+        form_ == Form::Json ? printJson(job) : printScript(job);
     }
     for (const QString& file : plan.checksumFiles) {
         note(QStringLiteral("checksums"), QStringLiteral("output"), file,
@@ -74,6 +62,27 @@ bool PlanPrinter::print(const ConversionTab& tab, const std::optional<OutputFold
         terminal_.say(obstacle);
     }
     return obstacles.isEmpty();
+}
+
+void PlanPrinter::printLeftOut(const LeftOut& file) {
+    const auto sentence = [&file] {
+        switch (file.why) {
+        case LeftOut::Why::OwnOutput:
+            return tr("would skip what is its own output: %1");
+        case LeftOut::Why::NoFile:
+            return tr("would skip what is no file: %1");
+        case LeftOut::Why::NotYet:
+            return tr("would skip a kind that cannot be converted: %1");
+        case LeftOut::Why::OfNoKind:
+            return tr("would skip what is of no kind to convert: %1");
+        case LeftOut::Why::Unwritable:
+            return tr("would skip what has a folder that cannot be written to: %1");
+        }
+        return QString();
+    };
+    note(QStringLiteral("skip"),
+         file.why == LeftOut::Why::OwnOutput ? QStringLiteral("output") : QStringLiteral("source"),
+         file.path, sentence());
 }
 
 void PlanPrinter::printFolder(const QString& path) {
@@ -92,21 +101,41 @@ void PlanPrinter::note(const QString& event, const QString& key, const QString& 
     }
 }
 
-void PlanPrinter::printConversion(const PlannedConversion& conversion) {
-    const QString program = tools_.tool(conversion.tool);
-    if (form_ == Form::Json) {
-        terminal_.print(
-            jsonLine({{QStringLiteral("event"), QStringLiteral("plan")},
-                      {QStringLiteral("source"), conversion.source},
-                      {QStringLiteral("output"), conversion.output},
-                      {QStringLiteral("command"),
-                       QJsonArray::fromStringList(QStringList(program) + conversion.arguments)}}));
-        return;
+void PlanPrinter::printJson(const Job& job) {
+    QJsonArray commands;
+    for (const ToolCall& step : job.steps) {
+        commands << QJsonArray::fromStringList(QStringList(tools_.tool(step.tool)) +
+                                               step.arguments);
     }
-    terminal_.print(
-        QStringLiteral("# %1 → %2")
-            .arg(text::printable(conversion.source), text::printable(conversion.output)));
-    terminal_.print(text::shellCommand(program, conversion.arguments));
+    QJsonObject line{{QStringLiteral("event"), QStringLiteral("plan")},
+                     {QStringLiteral("output"), job.output()}};
+    if (job.sources.size() == 1) {
+        line.insert(QStringLiteral("source"), job.source());
+    } else {
+        line.insert(QStringLiteral("sources"), QJsonArray::fromStringList(job.sources));
+    }
+    if (commands.size() == 1) {
+        line.insert(QStringLiteral("command"), commands.first());
+    } else {
+        line.insert(QStringLiteral("commands"), commands);
+    }
+    terminal_.print(jsonLine(line));
+}
+
+void PlanPrinter::printScript(const Job& job) {
+    terminal_.print(QStringLiteral("# %1 → %2")
+                        .arg(job.sources.size() == 1
+                                 ? text::printable(job.source())
+                                 : tr("%Ln file(s)", nullptr, static_cast<int>(job.sources.size())),
+                             text::printable(job.output())));
+    for (const ToolCall& step : job.steps) {
+        const QString command = text::shellCommand(tools_.tool(step.tool), step.arguments);
+        terminal_.print(
+            step.folder.isEmpty()
+                ? command
+                : QStringLiteral("(%1 && %2)")
+                      .arg(text::shellCommand(QStringLiteral("cd"), {step.folder}), command));
+    }
 }
 
 } // namespace quav

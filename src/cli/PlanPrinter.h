@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/PlannedTab.h"
 #include "cli/OutputFolder.h"
-#include "codecs/ConversionTab.h"
 
 #include <optional>
 
@@ -20,12 +20,16 @@ public:
 
     PlanPrinter(Terminal& terminal, const ToolsFolder& tools, Form form);
 
-    /// True when nothing stands in the way. Without a folder the outputs go beside the sources.
-    bool print(const ConversionTab& tab, const std::optional<OutputFolder>& folder);
+    /// True when nothing stands in the way. `destination` is what the user chose, empty for
+    /// nothing, and `folder` the same where it is a folder, which may have to be made.
+    bool print(const PlannedTab& tab, const QString& destination,
+               const std::optional<OutputFolder>& folder);
 
 private:
     void printFolder(const QString& path);
-    void printConversion(const PlannedConversion& conversion);
+    void printLeftOut(const LeftOut& file);
+    void printScript(const Job& job);
+    void printJson(const Job& job);
     void note(const QString& event, const QString& key, const QString& value,
               const QString& sentence);
 

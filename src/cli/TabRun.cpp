@@ -1,5 +1,6 @@
 #include "cli/TabRun.h"
 
+#include "cli/PlanPrinter.h"
 #include "cli/RunEvents.h"
 #include "cli/Terminal.h"
 #include "platform/PathNames.h"
@@ -113,6 +114,15 @@ std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
     }
     face.finish();
     return face.summary();
+}
+
+int TabRun::printPlan(const QString& destination) {
+    PlanPrinter printer(terminal_, workbench_.tools(),
+                        options_.json ? PlanPrinter::Form::Json : PlanPrinter::Form::Script);
+    if (!printer.print(tab(), destination, prompts_.outputFolder())) {
+        return exitstatus::refused;
+    }
+    return somethingUnusable_ ? exitstatus::failed : exitstatus::succeeded;
 }
 
 void TabRun::waitForTheEnd(StopSignals& signals) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/BaseTab.h"
+#include "app/PlannedTab.h"
 #include "cli/Options.h"
 #include "cli/TerminalFace.h"
 #include "cli/TerminalPrompts.h"
@@ -30,7 +30,7 @@ public:
 protected:
     TabRun(RunOptions options, Settings& settings, Terminal& terminal);
 
-    virtual BaseTab& tab() = 0;
+    virtual PlannedTab& tab() = 0;
 
     /// Gives the tab the options of this run.
     void setOptions();
@@ -44,6 +44,10 @@ protected:
     /// Presses the button and waits for the end of the work; none when nothing was queued or done,
     /// and `outcome` says why.
     std::optional<RunSummary> press(CommandOutcome& outcome);
+
+    /// Only prints what the button would do, with what the user chose as the destination; the exit
+    /// status.
+    int printPlan(const QString& destination);
 
     /// What an outcome other than finished work makes of the exit status.
     int statusOf(CommandOutcome outcome);

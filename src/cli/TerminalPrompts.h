@@ -26,6 +26,7 @@ public:
 
     /// The path that is chosen whenever a file is to be saved.
     void setSavePath(const QString& path) { savePath_ = path; }
+    const std::optional<QString>& savePath() const { return savePath_; }
 
     /// Whether a path was to be chosen and there was none, and nobody to ask.
     bool wantsSavePath() const { return wantsSavePath_; }

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "app/BaseTab.h"
+#include "app/PlannedTab.h"
 #include "codecs/ConversionOptions.h"
-#include "codecs/ConversionPlan.h"
 #include "engine/FileConversion.h"
 
 #include <memory>
@@ -11,12 +10,10 @@
 namespace quav {
 
 class ConversionTask;
-class QUAVTask;
-class QUAVTaskResults;
 
-/// What the decode and the encode tab share: the plan, the checks, and handing the tasks to the
-/// queue.
-class ConversionTab : public BaseTab {
+/// What the decode and the encode tab share: where outputs go, what is asked about them, and what
+/// becomes of the sources.
+class ConversionTab : public PlannedTab {
     Q_OBJECT
 
 public:
@@ -25,42 +22,35 @@ public:
     /// The rows of the options that the tabs share.
     const ConversionOptions& rows() const { return rows_; }
 
-    /// Whether a file, although the tab took it, is of a kind that it has no road for: skipped
-    /// without a word.
-    virtual bool isOfNoKind(const QString& source) const;
-
-    /// What the tab's button would do for the files in the list. Reads the disk and changes
-    /// nothing. `chosenFolder` counts unless outputs go beside the sources.
-    virtual ConversionPlan plan(const QString& chosenFolder) const = 0;
-
-    /// What keeps a plan from being started, as sentences for the user.
-    QStringList obstacles(const ConversionPlan& plan) const;
-
-    CommandOutcome executeCommand() override;
+    bool hasUseFor(const QString& path) const override;
 
 protected:
-    /// The task for one conversion of a plan. `batch` is there for tasks that report together; one
-    /// that does enters itself.
+    /// The task for one conversion of a plan. `batch` is there for tasks that report together.
     virtual std::shared_ptr<ConversionTask>
-    makeTask(const PlannedConversion& conversion,
-             const std::shared_ptr<QUAVTaskResults>& batch) const = 0;
+    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const = 0;
 
     /// The folder that the output of a source goes to.
-    QString outputFolder(const QString& source, const QString& chosenFolder) const;
+    QString outputFolder(const QString& source, const QString& chosenFolder,
+                         const OptionValues& values) const;
 
-    /// What is to run when all tasks of a plan are done; nothing unless a tab has something.
-    virtual std::shared_ptr<QUAVTask> makeFollowUp(const ConversionPlan& plan) const;
+    /// When one of the outputs exists, all are made over what is there, and the plan asks.
+    OutputGuard::Existing overwriteAllOrNone(Plan& plan) const;
+
+    /// A checksum file that is written when all is done. The plan asks when it is somebody else's.
+    static void planChecksumFile(Plan& plan, const QString& path);
+
+    tl::expected<QString, NoDestination> askDestination() override;
+    std::shared_ptr<QUAVTask> makeTask(const Job& job,
+                                       const std::shared_ptr<QUAVTaskResults>& batch) const final;
+    void aboutToQueue(const Tasks& tasks) override;
 
 private:
-    bool confirmOverwriting(const ConversionPlan& plan);
-    void tellWhatIsLeftOut(const ConversionPlan& plan);
-    void takeOff(const QStringList& listed, const QStringList& staying);
-    CommandOutcome start(const ConversionPlan& plan);
-    void askAfterwards(const std::vector<std::shared_ptr<QUAVTask>>& tasks,
-                       const std::shared_ptr<KeptOriginals>& kept);
+    void askAfterwards(const Tasks& tasks, const std::shared_ptr<KeptOriginals>& kept);
     void askAboutLosses(const std::vector<KeptOriginals::Original>& originals);
 
     const ConversionOptions& rows_;
+    /// Those of the batch whose tasks are being made.
+    std::shared_ptr<KeptOriginals> kept_ = std::make_shared<KeptOriginals>();
 };
 
 } // namespace quav

@@ -38,52 +38,50 @@ void DecodeTab::clearFiles() {
     ConversionTab::clearFiles();
 }
 
-void DecodeTab::planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const {
+void DecodeTab::planFlac(const QString& source, const QString& folder, const OptionValues& values,
+                         Plan& plan) const {
     const DecodeOptions& rows = decodeOptions();
-    const OptionValues& values = options().values();
     const bool isAiff = values[rows.outputFormat] == DecodeTarget::Aiff;
     const QString extension = isAiff ? QStringLiteral(".aiff") : QStringLiteral(".wav");
     const QString output = joinPath(folder, baseName(source) + extension);
     if (output == source || isSameFile(output, source)) {
-        plan.outputsThatAreSources << output;
+        plan.leaveOut(output, LeftOut::Why::OwnOutput);
         return;
     }
     const FlacDecodeOptions flac{isAiff ? QStringLiteral("AIFF") : QStringLiteral("WAV"),
                                  values[rows.flacKeepForeignMetadata],
                                  values[rows.flacThroughErrors]};
-    plan.conversions.push_back({source, output, QStringLiteral("flac"),
-                                flacDecodeArguments(flac, source, output),
-                                OutputGuard::Existing::Keep});
+    plan.jobs.push_back(
+        {.sources = {source},
+         .outputs = {output},
+         .steps = {{QStringLiteral("flac"), flacDecodeArguments(flac, source, output)}}});
 }
 
-bool DecodeTab::isOfNoKind(const QString& source) const {
-    return !acceptedExtensions(label()).contains(formatWord(source));
+bool DecodeTab::hasUseFor(const QString& path) const {
+    return acceptedExtensions(label()).contains(formatWord(path));
 }
 
-ConversionPlan DecodeTab::plan(const QString& chosenFolder) const {
-    ConversionPlan plan;
+Plan DecodeTab::plan(const OptionValues& values, const QString& chosenFolder) const {
+    Plan plan;
     for (const QString& source : fileNames()) {
         if (whyNotOpened(source)) {
-            plan.special << source;
+            plan.leaveOut(source, LeftOut::Why::NoFile);
         } else if (formatWord(source) == u"FLAC") {
-            planFlac(source, outputFolder(source, chosenFolder), plan);
-        } else if (isOfNoKind(source)) {
-            plan.unknown << source;
+            planFlac(source, outputFolder(source, chosenFolder, values), values, plan);
         } else {
-            plan.unsupported << source;
+            plan.leaveOut(source,
+                          hasUseFor(source) ? LeftOut::Why::NotYet : LeftOut::Why::OfNoKind);
         }
     }
     leaveOutUnwritable(plan);
-    plan.alreadyThere = existingOutputs(plan);
     return plan;
 }
 
 std::shared_ptr<ConversionTask>
-DecodeTab::makeTask(const PlannedConversion& conversion,
-                    const std::shared_ptr<QUAVTaskResults>& /*batch*/) const {
-    return std::make_shared<DecodeFlacTask>(conversion.source, services(),
-                                            services().tools.tool(conversion.tool),
-                                            conversion.arguments);
+DecodeTab::makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& /*batch*/) const {
+    const ToolCall& call = job.steps.front();
+    return std::make_shared<DecodeFlacTask>(job.source(), services(),
+                                            services().tools.tool(call.tool), call.arguments);
 }
 
 } // namespace quav

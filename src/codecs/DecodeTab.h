@@ -15,20 +15,19 @@ public:
 
     void clearFiles() override;
 
-    bool isOfNoKind(const QString& source) const override;
-    ConversionPlan plan(const QString& chosenFolder) const override;
+    bool hasUseFor(const QString& path) const override;
+    Plan plan(const OptionValues& values, const QString& chosenFolder) const override;
 
 protected:
     void filesAdded() override;
     std::shared_ptr<ConversionTask>
-    makeTask(const PlannedConversion& conversion,
-             const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const override;
 
 private:
     /// The options for FLAC files show from the first FLAC file until the list is cleared.
     void showFLacOptions(bool visible);
-    void planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const;
-
+    void planFlac(const QString& source, const QString& folder, const OptionValues& values,
+                  Plan& plan) const;
 };
 
 } // namespace quav

@@ -31,19 +31,20 @@ bool needsAnotherDecoder(const QString& word) {
 
 /// By the folders that get a list each, whatever the spellings of one of them: of two lists in one
 /// place the second would replace the first.
-QMap<QString, QStringList> outputsByFolder(const ConversionPlan& plan) {
+QMap<QString, QStringList> outputsByFolder(const Plan& plan) {
     QMap<QString, QStringList> outputs;
     QHash<QString, QString> firstSpelling; // by the real folder
     QHash<QString, QString> spellings;     // to the first one of the same folder
-    for (const PlannedConversion& conversion : plan.conversions) {
-        const QString folder = folderOf(conversion.output);
+    for (const Job& job : plan.jobs) {
+        const QString output = job.output();
+        const QString folder = folderOf(output);
         QString& spelling = spellings[folder];
         if (spelling.isEmpty()) {
-            QString& first = firstSpelling[folderOf(withRealFolder(conversion.output))];
+            QString& first = firstSpelling[folderOf(withRealFolder(output))];
             first = first.isEmpty() ? folder : first;
             spelling = first;
         }
-        outputs[spelling] << conversion.output;
+        outputs[spelling] << output;
     }
     return outputs;
 }
@@ -53,44 +54,41 @@ QMap<QString, QStringList> outputsByFolder(const ConversionPlan& plan) {
 EncodeTab::EncodeTab(const Services& services)
     : ConversionTab(tabs::encode, encodeOptions(), services) {}
 
-ConversionPlan EncodeTab::plan(const QString& chosenFolder) const {
-    ConversionPlan plan;
+Plan EncodeTab::plan(const OptionValues& values, const QString& chosenFolder) const {
+    Plan plan;
     for (const QString& source : fileNames()) {
         if (whyNotOpened(source)) {
-            plan.special << source;
+            plan.leaveOut(source, LeftOut::Why::NoFile);
             continue;
         }
         if (needsAnotherDecoder(formatWord(source))) {
-            plan.unsupported << source;
+            plan.leaveOut(source, LeftOut::Why::NotYet);
             continue;
         }
-        plan.conversions.push_back({source, joinPath(outputFolder(source, chosenFolder),
-                                                     baseName(source) + QStringLiteral(".flac"))});
+        plan.jobs.push_back({.sources = {source},
+                             .outputs = {joinPath(outputFolder(source, chosenFolder, values),
+                                                  baseName(source) + QStringLiteral(".flac"))}});
     }
     leaveOutUnwritable(plan);
-    plan.overwritten = existingOutputs(plan);
-    const auto existing =
-        plan.overwritten.isEmpty() ? OutputGuard::Existing::Keep : OutputGuard::Existing::Overwrite;
+    const auto existing = overwriteAllOrNone(plan);
     const EncodeOptions& rows = encodeOptions();
-    const OptionValues& values = options().values();
     const FlacEncodeOptions flac{values[rows.flacLevel], values[rows.flacLax],
                                  values[rows.flacKeepForeignMetadata], values[rows.flacVerify],
                                  existing == OutputGuard::Existing::Overwrite};
-    for (PlannedConversion& conversion : plan.conversions) {
-        conversion.tool = QStringLiteral("flac");
-        conversion.arguments = flacEncodeArguments(flac, conversion.source, conversion.output);
-        conversion.existing = existing;
+    for (Job& job : plan.jobs) {
+        job.steps = {
+            {QStringLiteral("flac"), flacEncodeArguments(flac, job.source(), job.output())}};
     }
     if (values[rows.generateFFP]) {
         for (const QString& folder : outputsByFolder(plan).keys()) {
-            plan.checksumFiles << checksumfiles::pathIn(folder, ChecksumKind::Ffp,
-                                                        services().settings);
+            planChecksumFile(plan,
+                             checksumfiles::pathIn(folder, ChecksumKind::Ffp, services().settings));
         }
     }
     return plan;
 }
 
-std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const ConversionPlan& plan) const {
+std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const Plan& plan) const {
     if (plan.checksumFiles.isEmpty()) {
         return nullptr;
     }
@@ -101,13 +99,10 @@ std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const ConversionPlan& plan) co
 }
 
 std::shared_ptr<ConversionTask>
-EncodeTab::makeTask(const PlannedConversion& conversion,
-                    const std::shared_ptr<QUAVTaskResults>& batch) const {
-    auto task = std::make_shared<EncodeFlacTask>(conversion.source, services(),
-                                                 services().tools.tool(conversion.tool),
-                                                 conversion.arguments, batch);
-    batch->addTaskInSet(*task);
-    return task;
+EncodeTab::makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const {
+    const ToolCall& call = job.steps.front();
+    return std::make_shared<EncodeFlacTask>(
+        job.source(), services(), services().tools.tool(call.tool), call.arguments, batch);
 }
 
 } // namespace quav

@@ -13,13 +13,12 @@ class EncodeTab : public ConversionTab {
 public:
     explicit EncodeTab(const Services& services);
 
-    ConversionPlan plan(const QString& chosenFolder) const override;
+    Plan plan(const OptionValues& values, const QString& chosenFolder) const override;
 
 protected:
     std::shared_ptr<ConversionTask>
-    makeTask(const PlannedConversion& conversion,
-             const std::shared_ptr<QUAVTaskResults>& batch) const override;
-    std::shared_ptr<QUAVTask> makeFollowUp(const ConversionPlan& plan) const override;
+    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    std::shared_ptr<QUAVTask> makeFollowUp(const Plan& plan) const override;
 };
 
 } // namespace quav

@@ -265,7 +265,8 @@ private Q_SLOTS:
         Bench bench;
         const QString wav = bench.wav(u"a.wav"_s);
         bench.checksum.options().set(checksumOptions().command, Command::Create);
-        bench.prompts.savePath = bench.path(u"no/where.md5"_s);
+        QVERIFY(QDir().mkdir(bench.path(u"folder.md5"_s)));
+        bench.prompts.savePath = bench.path(u"folder.md5"_s);
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
             bench.checksum.options().set(checksumOptions().kind, kind);
             bench.checksum.addFiles({wav});
@@ -276,11 +277,15 @@ private Q_SLOTS:
         QCOMPARE(bench.failed, (QStringList{u"Creating MD5"_s, u"Create ST5"_s}));
         QVERIFY(bench.reports.value(0).contains(u"could not be written"));
         QVERIFY2(bench.reports.value(1).startsWith(u"“"), qPrintable(bench.reports.value(1)));
-        QVERIFY(bench.reports.value(1).contains(u"no/where.md5” could not be written"));
+        QVERIFY(bench.reports.value(1).contains(u"folder.md5” could not be written"));
         bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Ffp);
         bench.checksum.addFiles({bench.flac(u"a.flac"_s)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
         QVERIFY(bench.prompts.alerts.value(0).contains(u"could not be written"));
+        // A folder that is missing is told before anything is read.
+        bench.prompts.savePath = bench.path(u"no/where.md5"_s);
+        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
+        QVERIFY(bench.prompts.alerts.value(1).contains(u"does not exist"));
     }
 
     void aMissingToolIsNamed_data() {

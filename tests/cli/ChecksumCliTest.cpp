@@ -248,6 +248,37 @@ private Q_SLOTS:
         QCOMPARE(text.contains(u"FLAC__METADATA_CHAIN"_s), script.isEmpty());
     }
 
+    void aDryRunPrintsWhatItsListsAreMadeWith_data() {
+        columns<QString, QString>("kind", "name");
+        row("md5", "md5", "md5sum.md5");
+        row("st5", "st5", "checksum.st5");
+        row("ffp", "ffp", "fingerprint.ffp.txt");
+    }
+    void aDryRunPrintsWhatItsListsAreMadeWith() {
+        QFETCH(QString, kind);
+        QFETCH(QString, name);
+        const Cli cli;
+        cli.flac(u"ä \"b\" [c].flac"_s);
+        cli.flac(u"d.flac"_s);
+        const QStringList before = cli.namesIn(u"in"_s);
+        const QStringList create{u"create"_s, u"--kind"_s, kind, u"--beside"_s, cli.in({})};
+        const Ran plan = checksum(create + QStringList{u"--dry-run"_s});
+        QCOMPARE(plan.status, 0);
+        QVERIFY2(plan.output.contains(cli.in(name).toUtf8()), plan.output.constData());
+        QCOMPARE(cli.namesIn(u"in"_s), before);
+        const Ran printed = cli.shell(QString::fromUtf8(plan.output));
+        QCOMPARE(printed.status, 0);
+        QCOMPARE(checksum(create).status, 0);
+        const QRegularExpression digest(u"[0-9a-f]{32}"_s);
+        const QString list = QString::fromUtf8(contents(cli.in(name)));
+        QCOMPARE(list.count(digest), 2);
+        if (kind != u"md5") { // which no tool makes
+            for (auto found = digest.globalMatch(list); found.hasNext();) {
+                QVERIFY(printed.output.contains(found.next().captured().toLatin1()));
+            }
+        }
+    }
+
     void encodesBringTheirFingerprints() {
         const Cli cli;
         cli.wav(u"a.wav"_s);
