@@ -42,7 +42,6 @@ bool PlanPrinter::print(const PlannedTab& tab, const QString& destination,
         note(QStringLiteral("overwrite"), QStringLiteral("output"), output,
              tr("would overwrite %1"));
     }
-    // Nothing is in the way of an output that the tool makes whatever is there.
     for (const QString& output : existingOutputs(plan, Existing::Keep)) {
         note(QStringLiteral("exists"), QStringLiteral("output"), output,
              tr("would fail, since the output exists: %1"));
