@@ -62,8 +62,9 @@ QJsonObject asJsonObject(const FoundTool& tool) {
 } // namespace
 
 QString versionIn(const QString& printed) {
-    static const QRegularExpression version(QStringLiteral("\\b\\d+(\\.\\w+)+([-+~]\\w+)*"));
-    return version.match(printed).captured();
+    static const QRegularExpression version(
+        QStringLiteral("(?<![\\w.])v?(\\d+(\\.\\w+)+([-+~]\\w+)*)"));
+    return version.match(printed).captured(1);
 }
 
 int listTools(bool asJson, Terminal& terminal) {
