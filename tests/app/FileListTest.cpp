@@ -1,6 +1,7 @@
 #include "app/FileKinds.h"
 #include "app/FileTotals.h"
 #include "app/QUAVController.h"
+#include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "support/AudioFixtures.h"
 #include "support/Rig.h"

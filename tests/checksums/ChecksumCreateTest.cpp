@@ -242,7 +242,7 @@ private Q_SLOTS:
         create(bench, kind, files);
         const QByteArray before = contents(bench.path(name));
         QCOMPARE(before.count("flac\n") + before.count("flac:") + before.endsWith("flac"), 2);
-        const Gate gate(bench, tool, u"%1  [shntool]  a.flac\\n"_s.arg(QString(32, u'1')));
+        const Gate gate(bench, tool, u"printf '%1  [shntool]  a.flac\\n'"_s.arg(QString(32, u'1')));
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
             if (gate.runs() > 0) {

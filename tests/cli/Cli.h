@@ -1,13 +1,10 @@
 #pragma once
 
-#include "support/AudioFixtures.h"
+#include "support/Place.h"
 
 #include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,41 +13,28 @@
 
 namespace quav::test {
 
-using namespace Qt::StringLiterals;
-
 inline QStringList words(const QString& list) {
     return list.split(u' ', Qt::SkipEmptyParts);
 }
 
-/// Writes a file, and the folder that it is to be in.
-inline bool writeFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-/// The command line's real program in a place of its own: a folder to work in, settings that are
-/// nobody's, and a tools folder with links to the real tools. The place of the last one made is
-/// the test's own place too; scripts of the shell know the program as $QUAV.
-class Cli {
+/// The command line's real program, in a place whose files it finds in the folder "in" where it
+/// works. The place of the last one made is the test's own place too; scripts of the shell know the
+/// program as $QUAV.
+class Cli : public Place {
 public:
     Cli() {
-        QDir(folder_.path()).mkdir(u"in"_s);
-        QDir(folder_.path()).mkdir(u"out"_s);
-        QFile::link(QStandardPaths::findExecutable(u"flac"_s), tool());
-        QFile::link(QStandardPaths::findExecutable(u"metaflac"_s), tools_.filePath(u"metaflac"_s));
-        QFile::link(QStringLiteral(QUAV_TOOLS "/shntool"), tools_.filePath(u"shntool"_s));
-        QDir::setCurrent(folder_.path());
+        QDir(folder.path()).mkdir(u"in"_s);
+        QDir(folder.path()).mkdir(u"out"_s);
+        QDir::setCurrent(folder.path());
         qputenv("QUAV", QUAV_CLI);
-        qputenv("QUAV_TOOLS_DIR", QFile::encodeName(tools_.path()));
+        qputenv("QUAV_TOOLS_DIR", QFile::encodeName(toolsDir.path()));
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(config_.path()));
         qputenv("XDG_STATE_HOME", QFile::encodeName(config_.filePath(u"state"_s)));
     }
 
-    QString path(const QString& name) const { return folder_.filePath(name); }
     QString in(const QString& name) const { return path(u"in/"_s + name); }
     QString out(const QString& name) const { return path(u"out/"_s + name); }
-    QString tool(const QString& name = u"flac"_s) const { return tools_.filePath(name); }
+    QString tool(const QString& name = u"flac"_s) const { return Place::tool(name); }
     QString settingsFile() const { return config_.filePath(u"quav/quav.ini"_s); }
 
     static QString program() { return QStringLiteral(QUAV_CLI); }
@@ -70,23 +54,18 @@ public:
     void giveAway() const {
         if (geteuid() == 0) {
             QFile::copy(program(), tool(u"quav-cli"_s));
-            test::run(u"chown"_s, {u"-R"_s, nobody, folder_.path(), config_.path(), tools_.path()});
+            test::run(u"chown"_s,
+                      {u"-R"_s, nobody, folder.path(), config_.path(), toolsDir.path()});
         }
     }
 
     Ran shell(const QString& script) const { return test::run(u"sh"_s, {u"-c"_s, script}); }
 
     QString wav(const QString& name, unsigned seed = 1) const {
-        QDir().mkpath(QFileInfo(in(name)).path());
-        writeWav(in(name), {.frames = 30011, .seed = seed});
-        return in(name);
+        return Place::wav(u"in/"_s + name, {.frames = frames, .seed = seed});
     }
-
-    /// A FLAC file made by the tool itself.
     QString flac(const QString& name) const {
-        const QString source = wav(u"source.wav"_s);
-        test::run(u"flac"_s, words(u"-s --delete-input-file -o"_s) << in(name) << source);
-        return in(name);
+        return Place::flac(u"in/"_s + name, {.frames = frames});
     }
 
     QStringList namesIn(const QString& name) const {
@@ -97,9 +76,9 @@ public:
 private:
     inline static const QString nobody = u"65534"_s;
 
-    QTemporaryDir folder_;
+    static constexpr int frames = 30011;
+
     QTemporaryDir config_;
-    QTemporaryDir tools_;
 };
 
 inline bool isSoundFlac(const QString& path) {

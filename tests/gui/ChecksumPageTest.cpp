@@ -38,7 +38,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         GuiRig rig;
         rig.workbench.controller().selectTab(tabs::checksum);
-        rig.checksum.addFiles({rig.wav("a.wav")});
+        rig.checksum.addFiles({rig.wav(u"a.wav"_s)});
         choose(rig, command.constData());
         QTEST(shown<QRadioButton>(rig.window, "ST5") != nullptr, "creates");
         QTEST(shown<QCheckBox>(rig.window, "Save beside") != nullptr, "creates");
@@ -49,20 +49,20 @@ private Q_SLOTS:
     void aListIsMadeAndTheFailuresOfItsReportAreOneClickAway() {
         GuiRig rig;
         rig.workbench.controller().selectTab(tabs::checksum);
-        const QString good = rig.wav("good.wav");
-        const QString bad = rig.wav("bad.wav");
+        const QString good = rig.wav(u"good.wav"_s);
+        const QString bad = rig.wav(u"bad.wav"_s);
         rig.checksum.addFiles({good, bad});
         choose(rig, "Create checksum");
         choose(rig, "MD5");
         check(rig, "Save beside");
         press(rig.window, "Create");
-        QTRY_VERIFY(QFile::exists(rig.path("md5sum.md5")));
+        QTRY_VERIFY(QFile::exists(rig.path(u"md5sum.md5"_s)));
         QTRY_COMPARE(rig.queue.taskCount(), 0);
         QVERIFY(rig.outputWindows.windows().empty());
 
-        GuiRig::written(bad, "other");
+        rig.written(bad, "other");
         choose(rig, "Verify checksum");
-        rig.checksum.addFiles({rig.path("md5sum.md5")});
+        rig.checksum.addFiles({rig.path(u"md5sum.md5"_s)});
         press(rig.window, "Verify");
         QTRY_COMPARE(rig.outputWindows.windows().size(), size_t(1));
         OutputWindow& window = *rig.outputWindows.windows().front();
@@ -75,10 +75,10 @@ private Q_SLOTS:
         press(window, "Only the failures");
         QCOMPARE(window.text(), report);
 
-        GuiRig::written(bad, "now they are alike");
-        GuiRig::written(rig.path("md5sum.md5"),
-                        contents(rig.path("md5sum.md5")).split('\n').value(3) + '\n');
-        rig.checksum.addFiles({rig.path("md5sum.md5")});
+        rig.written(bad, "now they are alike");
+        rig.written(rig.path(u"md5sum.md5"_s),
+                    contents(rig.path(u"md5sum.md5"_s)).split('\n').value(3) + '\n');
+        rig.checksum.addFiles({rig.path(u"md5sum.md5"_s)});
         press(rig.window, "Verify");
         QTRY_COMPARE(rig.outputWindows.windows().size(), size_t(2));
         OutputWindow& clean = *rig.outputWindows.windows().back();

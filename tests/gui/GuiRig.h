@@ -1,30 +1,15 @@
 #pragma once
 
-#include "codecs/DecodeOptions.h"
-#include "codecs/EncodeOptions.h"
 #include "gui/MainWindow.h"
 #include "gui/OutputWindows.h"
 #include "gui/StatusPanel.h"
-#include "platform/PathNames.h"
-#include "platform/Settings.h"
-#include "support/AudioFixtures.h"
-#include "support/FakeDesktop.h"
-#include "support/ScriptedPrompts.h"
-#include "workbench/Workbench.h"
+#include "support/Bench.h"
 
 #include <QMimeData>
 #include <QPushButton>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
-#include <sys/stat.h>
-
-#include <stdexcept>
-
 namespace quav::test {
-
-using namespace Qt::StringLiterals;
 
 /// The shown widget of a kind below another whose text, without the mnemonic, begins so.
 template <typename Widget>
@@ -69,29 +54,18 @@ inline bool dropOn(QWidget& target, const QStringList& files) {
     return taken(enter) && taken(drop) && drop.dropAction() == Qt::CopyAction;
 }
 
-/// The whole program with its windows, over settings and folders of its own and the real `flac`;
-/// it runs one tool at a time.
-class GuiRig {
+/// The whole program with its windows; it runs one tool at a time.
+class GuiRig : public Bench {
 public:
-    GuiRig()
-        : workbench((settings.set(keys::maxThreads, 1), settings), prompts, desktop,
-                    ToolsFolder(toolsDir.path())) {
-        QFile::link(QStandardPaths::findExecutable(u"flac"_s), tool);
+    GuiRig() {
+        queue.maxThreadsChanged(1);
         QObject::connect(&queue, &QUAVTaskQueue::outputWindowRequested, &outputWindows,
                          &OutputWindows::show);
         window.show();
     }
 
-    /// A path in the rig's own folder.
-    QString path(const char* name) const { return folder.filePath(QString::fromUtf8(name)); }
-
-    QString wav(const char* name) const {
-        writeWav(path(name));
-        return path(name);
-    }
-
     /// A file that is called FLAC and is none.
-    QString noFlac(const char* name) const { return written(path(name), "This is a text.\n"); }
+    QString noFlac(const QString& name) const { return written(name, "This is a text.\n"); }
 
     /// Has the window put the tab's files to work, with the results in the rig's own folder.
     void start(BaseTab& tab, const QStringList& files) {
@@ -101,24 +75,10 @@ public:
         press(window, &tab == &encode ? "Encode" : "Decode");
     }
 
-    static QString written(const QString& path, const QByteArray& text) {
-        QFile file(path);
-        file.open(QIODevice::WriteOnly);
-        file.write(text);
-        return path;
-    }
+    using Bench::press;
+    static void press(QWidget& above, const char* text) { test::press(above, text); }
 
-    QTemporaryDir folder;
-    QTemporaryDir toolsDir;
-    QString tool = toolsDir.filePath(u"flac"_s);
-    Settings settings{folder.filePath(u"settings.ini"_s)};
-    ScriptedPrompts prompts;
-    FakeDesktop desktop;
-    Workbench workbench;
     QUAVTaskQueue& queue = workbench.queue();
-    EncodeTab& encode = workbench.encodeTab();
-    DecodeTab& decode = workbench.decodeTab();
-    ChecksumTab& checksum = workbench.checksumTab();
     OutputWindows outputWindows{prompts};
     StatusPanel panel{queue, outputWindows};
     MainWindow window{workbench, panel, outputWindows};
@@ -128,30 +88,19 @@ public:
 class EncodingRig : public GuiRig {
 public:
     /// `first` is what the tools do before they wait, as a line of shell.
-    explicit EncodingRig(int files, const QString& first = {}) {
-        // Open for both, so that nobody waits for the other end.
-        if (::mkfifo(QFile::encodeName(gate_.fileName()).constData(), S_IRUSR | S_IWUSR) != 0 ||
-            !gate_.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
-            throw std::runtime_error("no gate");
-        }
-        const QString script =
-            u"#!/bin/sh\n%1\nread -r permission < '%2'\nexec '%3' \"$@\"\n"_s.arg(
-                first, gate_.fileName(), QFile::symLinkTarget(tool));
-        QFile::remove(tool);
-        QFile::setPermissions(written(tool, script.toUtf8()), QFile::ReadOwner | QFile::ExeOwner);
+    explicit EncodingRig(int files, const QString& first = u":"_s)
+        : gate_(*this, u"flac"_s, first, u"exec \"$real\" \"$@\""_s) {
         QStringList sources;
         for (int number = 1; number <= files; ++number) {
-            sources << wav(qPrintable(u"%1.wav"_s.arg(number)));
+            sources << wav(u"%1.wav"_s.arg(number));
         }
         start(encode, sources);
     }
-    /// Nobody is left waiting behind a test that failed.
-    ~EncodingRig() { letPass(64); }
 
-    void letPass(int tools) { gate_.write(QByteArray(tools, '\n')); }
+    void letPass(int tools) { gate_.open(tools); }
 
 private:
-    QFile gate_{toolsDir.filePath(u"gate"_s)};
+    Gate gate_;
 };
 
 } // namespace quav::test

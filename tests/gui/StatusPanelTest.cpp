@@ -100,12 +100,12 @@ void StatusPanelTest::rowsComeCompleteAndGo() {
     rig.letPass(1);
     QTRY_VERIFY(!rig.panel.isVisible());
     QCOMPARE(listOf(rig).model()->rowCount(), 0);
-    QCOMPARE(audioMd5(rig.path("2.flac")), audioMd5(rig.path("2.wav")));
+    QCOMPARE(audioMd5(rig.path(u"2.flac"_s)), audioMd5(rig.path(u"2.wav"_s)));
 }
 
 void StatusPanelTest::failedRowsStayAndTellWhatTheToolSaidUntilCleared() {
     GuiRig rig;
-    rig.start(rig.decode, {rig.noFlac("1.flac"), rig.noFlac("2.flac")});
+    rig.start(rig.decode, {rig.noFlac(u"1.flac"_s), rig.noFlac(u"2.flac"_s)});
     QTRY_COMPARE(rig.queue.taskCount(), 0);
     QTRY_COMPARE(rig.panel.windowTitle(), u"Status: 2 failed"_s);
     QVERIFY(rig.panel.isVisible());
@@ -150,7 +150,7 @@ void StatusPanelTest::waitingAndRunningTasksAreCancelled() {
     QVERIFY(running->cancelled());
     rig.letPass(2);
     QTRY_COMPARE(rig.queue.taskCount(), 0);
-    QVERIFY(!QFile::exists(rig.path("2.flac")) && QFile::exists(rig.path("3.flac")));
+    QVERIFY(!QFile::exists(rig.path(u"2.flac"_s)) && QFile::exists(rig.path(u"3.flac"_s)));
 }
 
 void StatusPanelTest::aCancelledRowNamesItsFileAndShowsThatItsToolFinishes() {
@@ -192,7 +192,7 @@ void StatusPanelTest::cancelAllEndsTheQueue() {
     QTRY_COMPARE(rig.queue.taskCount(), 1);
     rig.letPass(1);
     QTRY_VERIFY(!rig.panel.isVisible());
-    QVERIFY(!QFile::exists(rig.path("3.flac")));
+    QVERIFY(!QFile::exists(rig.path(u"3.flac"_s)));
     QTRY_VERIFY(!cancelAll->isEnabled());
 }
 
@@ -213,7 +213,7 @@ void StatusPanelTest::aStalledToolIsEndedFromItsRow() {
 
 void StatusPanelTest::rowsArePaintedInTheirColours() {
     EncodingRig rig(1);
-    rig.start(rig.decode, {rig.noFlac("2.flac"), rig.noFlac("3.flac")});
+    rig.start(rig.decode, {rig.noFlac(u"2.flac"_s), rig.noFlac(u"3.flac"_s)});
     rig.letPass(2);
     QTRY_COMPARE(text(rig, 1, TaskRowsModel::StatusLineRole), u"Error"_s);
     QTRY_VERIFY(rig.panel.isVisible());

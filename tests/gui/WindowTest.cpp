@@ -65,7 +65,7 @@ private Q_SLOTS:
 void WindowTest::filesDroppedOnTheListAreListedAndCounted() {
     GuiRig rig;
     FileListView& list = encodeList(rig);
-    QVERIFY(dropOn(*list.viewport(), {rig.wav("two.wav"), rig.wav("one.wav")}));
+    QVERIFY(dropOn(*list.viewport(), {rig.wav(u"two.wav"_s), rig.wav(u"one.wav"_s)}));
     QTRY_COMPARE(names(list), u"one.wav two.wav"_s);
     QVERIFY(shown<QLabel>(rig.window, "2 files"));
     QVERIFY(shown<QPushButton>(rig.window, "Encode 2 files …"));
@@ -75,11 +75,11 @@ void WindowTest::filesDroppedOnTheWindowGoToTheTabThatTakesThem() {
     GuiRig rig;
     FileListView& list = encodeList(rig);
     QDir(rig.folder.path()).mkdir(u"album"_s);
-    rig.wav("album/1.wav");
-    QVERIFY(dropOn(rig.window, {rig.path("album")}));
+    rig.wav(u"album/1.wav"_s);
+    QVERIFY(dropOn(rig.window, {rig.path(u"album"_s)}));
     QTRY_COMPARE(names(list), u"1.wav"_s);
     pagesOf(rig).setCurrentIndex(pagesOf(rig).count() - 1);
-    QVERIFY(dropOn(rig.window, {rig.wav("later.wav")}));
+    QVERIFY(dropOn(rig.window, {rig.wav(u"later.wav"_s)}));
     QTRY_COMPARE(names(list), u"1.wav later.wav"_s);
     QCOMPARE(pagesOf(rig).tabText(pagesOf(rig).currentIndex()), tabs::encode);
     QVERIFY(rig.decode.fileNames().isEmpty());
@@ -88,13 +88,14 @@ void WindowTest::filesDroppedOnTheWindowGoToTheTabThatTakesThem() {
 void WindowTest::filesAreAddedAndRemoved() {
     GuiRig rig;
     FileListView& list = encodeList(rig);
-    rig.prompts.files = {rig.wav("1.wav"), rig.wav("2.wav"), rig.wav("3.wav"), rig.wav("4.wav")};
+    rig.prompts.files = {rig.wav(u"1.wav"_s), rig.wav(u"2.wav"_s), rig.wav(u"3.wav"_s),
+                         rig.wav(u"4.wav"_s)};
     press(rig.window, "Add");
     list.selectionModel()->select({list.model()->index(1, 0), list.model()->index(2, 0)},
                                   QItemSelectionModel::ClearAndSelect);
     QTest::keyClick(&list, Qt::Key_Delete);
     QCOMPARE(names(list), u"1.wav 4.wav"_s);
-    QVERIFY(QFile::exists(rig.path("2.wav")));
+    QVERIFY(QFile::exists(rig.path(u"2.wav"_s)));
     QVERIFY(!shown<QPushButton>(rig.window, "Remove")->isEnabled());
     list.setCurrentIndex(list.model()->index(0, 0));
     press(rig.window, "Remove");
@@ -105,7 +106,8 @@ void WindowTest::filesAreAddedAndRemoved() {
 
 void WindowTest::theContextMenuRemovesOneSpellingOfAnExtension() {
     GuiRig rig;
-    FileListView& list = encodeList(rig, {rig.wav("1.wav"), rig.wav("2.WAV"), rig.wav("3.wav")});
+    FileListView& list =
+        encodeList(rig, {rig.wav(u"1.wav"_s), rig.wav(u"2.WAV"_s), rig.wav(u"3.wav"_s)});
     const auto extensions = [&] {
         Q_EMIT list.contextMenu().aboutToShow();
         return list.contextMenu().actions().at(1)->menu()->actions();
@@ -121,7 +123,7 @@ void WindowTest::theContextMenuRemovesOneSpellingOfAnExtension() {
 void WindowTest::flacOptionsAppearWithAFlacFile() {
     GuiRig rig;
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
-    rig.decode.addFiles({rig.noFlac("a.flac")});
+    rig.decode.addFiles({rig.noFlac(u"a.flac"_s)});
     QVERIFY(shown<QGroupBox>(rig.window, "FLAC"));
     shown<QCheckBox>(rig.window, "Decode through errors")->click();
     QVERIFY(rig.decode.options()[decodeOptions().flacThroughErrors]);
@@ -158,7 +160,7 @@ void WindowTest::quittingWaitsForToolsThatRunUnlessRefused() {
     QVERIFY(finished.isEmpty());
     rig.letPass(1);
     QVERIFY(finished.wait(quav::test::patience));
-    QVERIFY(QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));
+    QVERIFY(QFile::exists(rig.path(u"1.flac"_s)) && !QFile::exists(rig.path(u"2.flac"_s)));
 }
 
 void WindowTest::endingAtOnceAsksNothingAndStopsTheTools_data() {
@@ -179,7 +181,7 @@ void WindowTest::endingAtOnceAsksNothingAndStopsTheTools() {
     QVERIFY(finished.wait(quav::test::patience));
     QCOMPARE(rig.queue.taskCount(), 0);
     QCOMPARE(rig.prompts.questions.size(), 0);
-    QVERIFY(!QFile::exists(rig.path("1.flac")) && !QFile::exists(rig.path("2.flac")));
+    QVERIFY(!QFile::exists(rig.path(u"1.flac"_s)) && !QFile::exists(rig.path(u"2.flac"_s)));
 }
 
 void WindowTest::theLineDialogGivesWhatWasTypedUnlessCancelled() {

@@ -4,33 +4,19 @@
 #include "codecs/DecodeOptions.h"
 #include "codecs/EncodeOptions.h"
 #include "engine/QUAVTaskResults.h"
-#include "platform/Settings.h"
-#include "support/AudioFixtures.h"
-#include "support/FakeDesktop.h"
-#include "support/ScriptedPrompts.h"
+#include "support/Place.h"
 #include "workbench/Workbench.h"
 
-#include <QDir>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
 
 namespace quav::test {
 
-/// The whole program without a face, in a folder of its own and with the real tools: those of the
-/// build, which are found in QUAV_TOOLS, and those of the system.
-struct Bench {
-    QTemporaryDir folder;
-    QTemporaryDir toolsDir;
-    const bool hasOwnState =
-        qputenv("XDG_STATE_HOME", QFile::encodeName(folder.filePath(u"state"_s)));
-    Settings settings{folder.filePath(u"settings.ini"_s)};
-    ScriptedPrompts prompts;
-    FakeDesktop desktop;
-    Workbench workbench{settings, prompts, desktop, realTools(toolsDir)};
+/// The whole program without a face.
+struct Bench : Place {
+    Workbench workbench{settings, prompts, desktop, ToolsFolder(toolsDir.path())};
     EncodeTab& encode = workbench.encodeTab();
     DecodeTab& decode = workbench.decodeTab();
     ChecksumTab& checksum = workbench.checksumTab();
@@ -55,28 +41,6 @@ struct Bench {
             });
     }
 
-    static ToolsFolder realTools(const QTemporaryDir& dir) {
-        for (const char* tool :
-             {"flac", "metaflac", "wvunpack", "shntool", "mac", "ttaenc", "shorten"}) {
-            const QString name = QString::fromLatin1(tool);
-            const QString ours = QStringLiteral(QUAV_TOOLS "/") + name;
-            QFile::link(QFile::exists(ours) ? ours : QStandardPaths::findExecutable(name),
-                        dir.filePath(name));
-        }
-        return ToolsFolder(dir.path());
-    }
-
-    /// A shell script in the place of a tool.
-    void replaceTool(const QString& name, const QString& script) const {
-        QFile file(toolsDir.filePath(name));
-        file.remove();
-        file.open(QIODevice::WriteOnly);
-        file.write("#!/bin/sh\n" + script.toUtf8());
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
-    }
-
-    QString path(const QString& name) const { return folder.filePath(name); }
     QString out(const QString& name) const { return path(u"out/"_s + name); }
 
     CommandOutcome press(BaseTab& tab) {
@@ -94,30 +58,6 @@ struct Bench {
     QStringList outputs() const {
         return QDir(path(u"out"_s))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-
-    QString written(const QString& name, const QByteArray& bytes) const {
-        QDir().mkpath(QFileInfo(path(name)).path());
-        QFile file(path(name));
-        file.open(QIODevice::WriteOnly);
-        file.write(bytes);
-        return path(name);
-    }
-
-    QString wav(const QString& name, const WavShape& shape = {}) const {
-        QDir().mkpath(QFileInfo(path(name)).path());
-        writeWav(path(name), shape);
-        return path(name);
-    }
-
-    /// A FLAC file made by the tool itself.
-    QString flac(const QString& name, const WavShape& shape = {}) const {
-        const QString source = wav(u"source of fixture.wav"_s, shape);
-        QDir().mkpath(QFileInfo(path(name)).path());
-        test::run(u"flac"_s,
-                  {u"-s"_s, u"-f"_s, u"-T"_s, u"TITLE=Größe"_s, source, u"-o"_s, path(name)});
-        QFile::remove(source);
-        return path(name);
     }
 };
 
