@@ -27,8 +27,7 @@ class NoOptions : public OptionTable {};
 /// A tab without work of its own.
 class PlainTab : public BaseTab {
 public:
-    PlainTab(const QString& label, const Services& services)
-        : BaseTab(label, table(), services) {}
+    PlainTab(const QString& label, const Services& services) : BaseTab(label, table(), services) {}
 
     int shown = 0;
 

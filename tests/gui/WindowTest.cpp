@@ -23,7 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-
 QTabWidget& pagesOf(GuiRig& rig) {
     return *rig.window.findChild<QTabWidget*>();
 }
