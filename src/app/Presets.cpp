@@ -23,8 +23,8 @@ const QString optionsKey = QStringLiteral("options");
 const QString nameKey = QStringLiteral("name");
 const QString tabKey = QStringLiteral("tab");
 
-/// The longest name that fits into a file name when each of its letters takes its full room there.
-constexpr qsizetype longestName = 25;
+/// How long a file name may be, with room for what a file is called while it is being written.
+constexpr qsizetype longestFileName = 240;
 
 /// No preset comes near it; whatever is larger is another kind of file.
 constexpr qint64 largestFile = 1 << 20;
@@ -147,9 +147,8 @@ tl::expected<void, QString> Presets::whetherUsable(const QString& name) const {
     if (name.trimmed().isEmpty()) {
         return tl::make_unexpected(tr("A preset needs a name."));
     }
-    if (name.size() > longestName) {
-        return tl::make_unexpected(
-            tr("The name of a preset has at most %n character(s).", nullptr, longestName));
+    if (lastPathComponent(fileOf(name)).size() > longestFileName) {
+        return tl::make_unexpected(tr("This name is too long for a preset. Choose a shorter one."));
     }
     if (const auto found = find(name); found && found->standard) {
         return tl::make_unexpected(

@@ -1,16 +1,12 @@
 #include "cli/CommandLine.h"
 
-#include "cli/OptionFlags.h"
+#include "cli/CommandLineParts.h"
 #include "codecs/DecodeOptions.h"
 #include "codecs/EncodeOptions.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <map>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -18,10 +14,6 @@
 namespace quav {
 
 namespace {
-
-std::string plain(const QString& text) {
-    return text.toStdString();
-}
 
 constexpr char shield = '\x01';
 
@@ -51,10 +43,6 @@ QByteArray rawArgument(const std::string& argument) {
     return QByteArray::fromStdString(unshielded(argument));
 }
 
-QString textArgument(const std::string& argument) {
-    return QString::fromStdString(unshielded(argument));
-}
-
 /// Help as the parser lays it out, but with the defaults behind the descriptions.
 class HelpFormatter : public CLI::Formatter {
 public:
@@ -65,7 +53,8 @@ public:
 
     std::string make_option_desc(const CLI::Option* option) const override {
         if (option->get_required() && !option->get_positional()) {
-            return option->get_description() + " (" + plain(CommandLine::tr("required")) + ')';
+            return option->get_description() + " (" +
+                   plain(CommandLine::tr("required without --preset")) + ')';
         }
         const std::string standard = option->get_default_str();
         return standard.empty() ? option->get_description()
@@ -101,9 +90,6 @@ CLI::Validator range(QLatin1StringView key) {
     return CLI::Range(definition->least, definition->greatest).description("");
 }
 
-/// The words that the options take which take only these.
-using Choices = std::map<const CLI::Option*, std::vector<std::string>>;
-
 std::vector<std::string> settingKeys() {
     std::vector<std::string> keys;
     for (const SettingDefinition& definition : Settings::definitions()) {
@@ -114,46 +100,9 @@ std::vector<std::string> settingKeys() {
 
 } // namespace
 
-struct CommandLine::Parts {
-    CLI::App app{
-        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
-                 "writes and verifies checksum files; tests compressed files. Does without a "
-                 "display what the window does.")),
-        "quav-cli"};
-    CLI::App* settings = nullptr;
-    bool manual = false;
-    std::string shell;
-    std::string toolOptions;
-    Choices choices;
-    OptionFlags flags;
-    std::optional<std::string> outputFolder;
-    std::optional<std::string> savePath;
-    std::vector<std::string> files;
-    bool yes = false;
-    bool no = false;
-    std::string key;
-    std::string value;
-    Options options;
-
-    CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
-    void addEncode();
-    void addDecode();
-    void addFlags(CLI::App& command, const OptionValues& given);
-    void addForPackagers();
-    void addKey(CLI::App& command);
-    void restrict(CLI::Option* option, const std::vector<std::string>& words);
-    void addChecksum();
-    CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
-                                ChecksumCommand action);
-    void addConversion(CLI::App& command, const ConversionOptions& rows);
-    void addRunOptions(CLI::App& command);
-    void addAnswers(CLI::App& command);
-    void addTools();
-    void addSettings();
-    CLI::App* addSettingsAction(const char* name, const QString& what,
-                                SettingsOptions::Action action);
-    Options read() const;
-};
+QString textArgument(const std::string& argument) {
+    return QString::fromStdString(unshielded(argument));
+}
 
 CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
                                          Options::Command command) {
@@ -182,12 +131,18 @@ void CommandLine::Parts::restrict(CLI::Option* option, const std::vector<std::st
     choices[option] = words;
 }
 
-void CommandLine::Parts::addFlags(CLI::App& command, const OptionValues& given) {
-    for (const auto& [option, flag] : flags.addTo(command, given)) {
+OptionFlags::Flags CommandLine::Parts::addFlags(CLI::App& command, const OptionTable& table,
+                                                const OptionValues* given) {
+    OptionFlags::Flags added = flags.addTo(command, table, given);
+    for (const auto& [option, flag] : added) {
         for (const OptionChoice& choice : option->choices) {
             choices[flag].emplace_back(choice.word);
         }
     }
+    if (!added.empty()) {
+        addPreset(command, table, added);
+    }
+    return added;
 }
 
 void CommandLine::Parts::addEncode() {
@@ -205,7 +160,8 @@ void CommandLine::Parts::addDecode() {
 }
 
 void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOptions& rows) {
-    addFlags(command, OptionValues(rows));
+    const OptionValues given(rows);
+    addFlags(command, rows, &given);
     command
         .add_option("--output", outputFolder,
                     plain(tr("Write everything into this folder, which is made if it is missing")))
@@ -246,7 +202,7 @@ CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* 
     command->callback([this, action] { options.checksum.command = action; });
     OptionValues given(checksumOptions());
     given.set(checksumOptions().command, action);
-    addFlags(*command, given);
+    addFlags(*command, checksumOptions(), &given);
     return command;
 }
 
@@ -339,6 +295,7 @@ Options CommandLine::Parts::read() const {
     }
     read.settings.key = textArgument(key);
     read.settings.value = textArgument(value);
+    read.presets = readPresets();
     return read;
 }
 
@@ -356,6 +313,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     parts_->addChecksum();
     parts_->addTools();
     parts_->addSettings();
+    parts_->addPresets();
 }
 
 CommandLine::~CommandLine() = default;
@@ -381,7 +339,7 @@ tl::expected<Options, CommandLine::Ended> CommandLine::parse(int argc, const cha
 
 namespace {
 
-QStringList wordsOf(const CLI::Option& option, const Choices& choices) {
+QStringList wordsOf(const CLI::Option& option, const FlagChoices& choices) {
     QStringList words;
     if (const auto found = choices.find(&option); found != choices.end()) {
         for (const std::string& word : found->second) {
@@ -391,7 +349,7 @@ QStringList wordsOf(const CLI::Option& option, const Choices& choices) {
     return words;
 }
 
-OptionHelp describe(const CLI::Option& option, const Choices& choices) {
+OptionHelp describe(const CLI::Option& option, const FlagChoices& choices) {
     const bool operand = option.get_positional();
     return {QString::fromStdString(option.get_name(operand, true)),
             option.get_type_size() == 0 || operand ? QString()
@@ -404,7 +362,7 @@ OptionHelp describe(const CLI::Option& option, const Choices& choices) {
             wordsOf(option, choices)};
 }
 
-CommandHelp describe(const CLI::App& command, const QString& parent, const Choices& choices) {
+CommandHelp describe(const CLI::App& command, const QString& parent, const FlagChoices& choices) {
     const QString name = QString::fromStdString(command.get_name());
     CommandHelp help{parent.isEmpty() ? name : parent + u' ' + name,
                      QString::fromStdString(command.get_description()),

@@ -17,8 +17,7 @@ ConversionTab& ConversionRun::tab() {
 }
 
 int ConversionRun::run() {
-    setOptions();
-    if (!chooseOutput() || !addFiles()) {
+    if (!setOptions() || !chooseOutput() || !addFiles()) {
         return exitstatus::refused;
     }
     tellOfNoKind();

@@ -22,13 +22,24 @@ std::string help(const OptionInfo& option) {
     return option.tipText().toStdString();
 }
 
+std::string opposite(const OptionInfo& option) {
+    const QString text =
+        option.setting.isEmpty()
+            ? QCoreApplication::translate("OptionFlags",
+                                          "The opposite of --%1, whatever the preset says")
+            : QCoreApplication::translate("OptionFlags",
+                                          "The opposite of --%1, whatever the setting says");
+    return text.arg(QString::fromLatin1(option.flag)).toStdString();
+}
+
 } // namespace
 
-OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionValues& given) {
+OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionTable& table,
+                                      const OptionValues* given) {
     const ListFacts anything = ListFacts::ofAnyList();
     Flags added;
-    for (const OptionInfo& option : given.table().rows()) {
-        if (!option.flag || (option.applies && !option.applies(given, anything))) {
+    for (const OptionInfo& option : table.rows()) {
+        if (!option.flag || (given && option.applies && !option.applies(*given, anything))) {
             continue;
         }
         added[&option] = option.control == Control::Switch ? addSwitch(command, option)
@@ -38,22 +49,18 @@ OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionValues& giv
     return added;
 }
 
-/// A switch, and its opposite for what a setting says otherwise.
+/// A switch, and its opposite for what a setting or a preset says otherwise.
 CLI::Option* OptionFlags::addSwitch(CLI::App& command, const OptionInfo& option) {
     const std::string name = option.flag;
     CLI::Option* on = command.add_flag_callback(
         "--" + name, [this, &option] { given_[&option] = QStringLiteral("true"); }, help(option));
-    if (option.setting.isEmpty()) {
-        return on;
+    if (!option.setting.isEmpty()) {
+        on->default_str(settingAsDefault(option));
     }
-    on->default_str(settingAsDefault(option));
     command
         .add_flag_callback(
             "--no-" + name, [this, &option] { given_[&option] = QStringLiteral("false"); },
-            QCoreApplication::translate("OptionFlags",
-                                        "The opposite of --%1, whatever the setting says")
-                .arg(QString::fromLatin1(option.flag))
-                .toStdString())
+            opposite(option))
         ->excludes(on);
     return on;
 }

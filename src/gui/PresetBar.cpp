@@ -40,10 +40,13 @@ PresetBar::PresetBar(PresetChooser& chooser, QWidget* parent)
     row->addWidget(state_);
     row->addWidget(more);
 
-    connect(box_, &QComboBox::activated, this,
-            [this](int index) { chooser_.choose(box_->itemData(index).toString()); });
+    connect(box_, &QComboBox::activated, this, [this](int index) {
+        chooser_.choose(box_->itemData(index).toString());
+        fill(); // its file may be gone
+    });
+    connect(&chooser_.presets(), &Presets::changed, this, &PresetBar::fill);
     connect(&chooser_, &PresetChooser::changed, this, &PresetBar::refresh);
-    refresh();
+    fill();
 }
 
 QMenu* PresetBar::buildMenu() {
@@ -57,15 +60,17 @@ QMenu* PresetBar::buildMenu() {
     return menu;
 }
 
-void PresetBar::refresh() {
-    const PresetName& chosen = chooser_.chosen();
+void PresetBar::fill() {
     box_->clear();
     for (const PresetName& preset : chooser_.presets().names()) {
         box_->addItem(preset.title, preset.name);
-        if (preset == chosen) {
-            box_->setCurrentIndex(box_->count() - 1);
-        }
     }
+    refresh();
+}
+
+void PresetBar::refresh() {
+    const PresetName& chosen = chooser_.chosen();
+    box_->setCurrentIndex(box_->findData(chosen.name));
     const bool differs = chooser_.differs();
     state_->setText(differs ? tr("changed") : QString());
     box_->setAccessibleDescription(

@@ -23,6 +23,7 @@ public:
 
 private:
     QMenu* buildMenu();
+    void fill();
     void refresh();
 
     PresetChooser& chooser_;
