@@ -76,8 +76,7 @@ const QString Presets::asInTheSettings = QStringLiteral("settings");
 QString Preset::notUnderstood() const {
     QStringList sentences = unfit.values();
     if (!unknown.isEmpty()) {
-        sentences.prepend(Presets::tr("This version does not know %n option(s) of the preset: %1.",
-                                      nullptr, static_cast<int>(unknown.size()))
+        sentences.prepend(Presets::tr("The preset has what this version does not know: %1.")
                               .arg(quoted(unknown)));
     }
     return sentences.join(u' ');

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <span>
+
 namespace quav {
 
 namespace {
@@ -18,8 +20,27 @@ std::string settingAsDefault(const OptionInfo& option) {
         .toStdString();
 }
 
+/// "wav or aiff"
+QString wordsOf(std::span<const OptionChoice> choices) {
+    QString words = QString::fromLatin1(choices.front().word);
+    for (const OptionChoice& choice : choices.subspan(1)) {
+        const bool isLast = &choice == &choices.back();
+        words = (isLast ? QCoreApplication::translate("OptionFlags", "%1 or %2")
+                        : QCoreApplication::translate("OptionFlags", "%1, %2"))
+                    .arg(words, QLatin1StringView(choice.word));
+    }
+    return words;
+}
+
+/// What the option does; a choice whose text does not name its words gets them behind.
 std::string help(const OptionInfo& option) {
-    return option.tipText().toStdString();
+    const QString text = option.tipText();
+    const bool wordsMissing = !option.choices.empty() &&
+                              !text.contains(QLatin1StringView(option.choices.front().word));
+    return (wordsMissing ? QCoreApplication::translate("OptionFlags", "%1: %2")
+                               .arg(text, wordsOf(option.choices))
+                         : text)
+        .toStdString();
 }
 
 std::string opposite(const OptionInfo& option) {
