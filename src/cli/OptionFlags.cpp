@@ -35,8 +35,8 @@ QString wordsOf(std::span<const OptionChoice> choices) {
 /// What the option does; a choice whose text does not name its words gets them behind.
 std::string help(const OptionInfo& option) {
     const QString text = option.tipText();
-    const bool wordsMissing = !option.choices.empty() &&
-                              !text.contains(QLatin1StringView(option.choices.front().word));
+    const bool wordsMissing =
+        !option.choices.empty() && !text.contains(QLatin1StringView(option.choices.front().word));
     return (wordsMissing ? QCoreApplication::translate("OptionFlags", "%1: %2")
                                .arg(text, wordsOf(option.choices))
                          : text)
