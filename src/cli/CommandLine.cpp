@@ -104,15 +104,15 @@ QString textArgument(const std::string& argument) {
     return QString::fromStdString(unshielded(argument));
 }
 
-CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
-                                         Options::Command command) {
+CLI::App* CommandLineParts::addCommand(const char* name, const QString& what,
+                                       Options::Command command) {
     CLI::App* added = app.add_subcommand(name, plain(what));
     added->callback([this, command] { options.command = command; });
     return added;
 }
 
 /// What prints something that a package brings; the help does not tell of it.
-void CommandLine::Parts::addForPackagers() {
+void CommandLineParts::addForPackagers() {
     app.add_flag("--man", manual, plain(tr("Print the manual page and exit")))->group("");
     CLI::Option* completion =
         app.add_option("--completion", shell,
@@ -126,13 +126,13 @@ void CommandLine::Parts::addForPackagers() {
 }
 
 /// Only these words, in capitals or not.
-void CommandLine::Parts::restrict(CLI::Option* option, const std::vector<std::string>& words) {
+void CommandLineParts::restrict(CLI::Option* option, const std::vector<std::string>& words) {
     option->check(CLI::IsMember(words, CLI::ignore_case).description(""));
     choices[option] = words;
 }
 
-OptionFlags::Flags CommandLine::Parts::addFlags(CLI::App& command, const OptionTable& table,
-                                                const OptionValues* given) {
+OptionFlags::Flags CommandLineParts::addFlags(CLI::App& command, const OptionTable& table,
+                                              const OptionValues* given) {
     OptionFlags::Flags added = flags.addTo(command, table, given);
     for (const auto& [option, flag] : added) {
         for (const OptionChoice& choice : option->choices) {
@@ -145,21 +145,21 @@ OptionFlags::Flags CommandLine::Parts::addFlags(CLI::App& command, const OptionT
     return added;
 }
 
-void CommandLine::Parts::addEncode() {
+void CommandLineParts::addEncode() {
     CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 }
 
-void CommandLine::Parts::addDecode() {
+void CommandLineParts::addDecode() {
     CLI::App* decode =
         addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
     addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
 
-void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOptions& rows) {
+void CommandLineParts::addConversion(CLI::App& command, const ConversionOptions& rows) {
     const OptionValues given(rows);
     addFlags(command, rows, &given);
     command
@@ -172,7 +172,7 @@ void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOption
     addRunOptions(command);
 }
 
-void CommandLine::Parts::addRunOptions(CLI::App& command) {
+void CommandLineParts::addRunOptions(CLI::App& command) {
     RunOptions& to = options.run;
     command.add_option("--jobs", to.jobs, plain(tr("How many files at a time")))
         ->type_name("N")
@@ -196,8 +196,8 @@ void CommandLine::Parts::addRunOptions(CLI::App& command) {
         ->required();
 }
 
-CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* name,
-                                                const QString& what, ChecksumCommand action) {
+CLI::App* CommandLineParts::addChecksumAction(CLI::App& checksum, const char* name,
+                                              const QString& what, ChecksumCommand action) {
     CLI::App* command = checksum.add_subcommand(name, plain(what));
     command->callback([this, action] { options.checksum.command = action; });
     OptionValues given(checksumOptions());
@@ -206,7 +206,7 @@ CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* 
     return command;
 }
 
-void CommandLine::Parts::addChecksum() {
+void CommandLineParts::addChecksum() {
     CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
                                     Options::Command::Checksum);
     checksum->require_subcommand(1);
@@ -228,32 +228,32 @@ void CommandLine::Parts::addChecksum() {
                                      ChecksumCommand::Test));
 }
 
-void CommandLine::Parts::addAnswers(CLI::App& command) {
+void CommandLineParts::addAnswers(CLI::App& command) {
     CLI::Option* affirm =
         command.add_flag("--yes", yes, plain(tr("Answer every question with yes")));
     command.add_flag("--no", no, plain(tr("Answer every question with no")))->excludes(affirm);
 }
 
-CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const QString& what,
-                                                SettingsOptions::Action action) {
+CLI::App* CommandLineParts::addSettingsAction(const char* name, const QString& what,
+                                              SettingsOptions::Action action) {
     CLI::App* command = settings->add_subcommand(name, plain(what));
     command->callback([this, action] { options.settings.action = action; });
     return command;
 }
 
 /// An unknown key is left to the command, which has words for it.
-void CommandLine::Parts::addKey(CLI::App& command) {
+void CommandLineParts::addKey(CLI::App& command) {
     CLI::Option* option =
         command.add_option("KEY", key, plain(tr("The setting's name")))->required();
     choices[option] = settingKeys();
 }
 
-void CommandLine::Parts::addTools() {
+void CommandLineParts::addTools() {
     addCommand("tools", tr("List the tools that do the work"), Options::Command::Tools)
         ->add_flag("--json", options.toolsAsJson, plain(tr("Print JSON, one object a line")));
 }
 
-void CommandLine::Parts::addSettings() {
+void CommandLineParts::addSettings() {
     using Action = SettingsOptions::Action;
     const std::string json = plain(tr("Print JSON, one object a line"));
     settings =
@@ -272,7 +272,7 @@ void CommandLine::Parts::addSettings() {
     settings->footer(plain(tr("Example: quav-cli settings set maxThreads 4")));
 }
 
-Options CommandLine::Parts::read() const {
+Options CommandLineParts::read() const {
     Options read = options;
     if (manual) {
         read.command = Options::Command::Manual;
@@ -299,7 +299,7 @@ Options CommandLine::Parts::read() const {
     return read;
 }
 
-CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
+CommandLine::CommandLine() : parts_(std::make_unique<CommandLineParts>()) {
     CLI::App& app = parts_->app;
     app.formatter(std::make_shared<HelpFormatter>());
     app.set_help_flag("-h,--help", plain(tr("Print this help and exit")));

@@ -1,7 +1,9 @@
 #pragma once
 
-#include "cli/CommandLine.h"
 #include "cli/OptionFlags.h"
+#include "cli/Options.h"
+
+#include <QCoreApplication>
 
 #include <CLI/CLI.hpp>
 
@@ -21,7 +23,10 @@ inline std::string plain(const QString& text) {
 QString textArgument(const std::string& argument);
 
 /// What the parser fills, and what adds each command to it.
-struct CommandLine::Parts {
+struct CommandLineParts {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
+public:
     CLI::App app{
         plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
                  "writes and verifies checksum files; tests compressed files. Does without a "

@@ -5,8 +5,8 @@ namespace quav {
 
 using Action = PresetsOptions::Action;
 
-void CommandLine::Parts::addPreset(CLI::App& command, const OptionTable& table,
-                                   const OptionFlags::Flags& added) {
+void CommandLineParts::addPreset(CLI::App& command, const OptionTable& table,
+                                 const OptionFlags::Flags& added) {
     CLI::Option* preset =
         command
             .add_option_function<std::string>(
@@ -27,14 +27,14 @@ void CommandLine::Parts::addPreset(CLI::App& command, const OptionTable& table,
     }
 }
 
-CLI::App* CommandLine::Parts::addPresetsAction(CLI::App& presets, const char* name,
-                                               const QString& what, Action action) {
+CLI::App* CommandLineParts::addPresetsAction(CLI::App& presets, const char* name,
+                                             const QString& what, Action action) {
     CLI::App* command = presets.add_subcommand(name, plain(what));
     command->callback([this, action] { options.presets.action = action; });
     return command;
 }
 
-void CommandLine::Parts::addPresetTab(CLI::App& command, bool required) {
+void CommandLineParts::addPresetTab(CLI::App& command, bool required) {
     std::vector<std::string> words;
     for (const TabWithOptions& tab : tabsWithOptions()) {
         words.push_back(plain(tab.name));
@@ -44,12 +44,12 @@ void CommandLine::Parts::addPresetTab(CLI::App& command, bool required) {
              words);
 }
 
-void CommandLine::Parts::addPresetName(CLI::App& command) {
+void CommandLineParts::addPresetName(CLI::App& command) {
     command.add_option("NAME", presetName, plain(tr("The preset's name")))->required();
 }
 
 /// A command for each tab, with its flags.
-void CommandLine::Parts::addPresetsSave(CLI::App& presets) {
+void CommandLineParts::addPresetsSave(CLI::App& presets) {
     CLI::App* save = addPresetsAction(
         presets, "save", tr("Make or replace a preset of what the settings say and what is given"),
         Action::Save);
@@ -66,7 +66,7 @@ void CommandLine::Parts::addPresetsSave(CLI::App& presets) {
     }
 }
 
-void CommandLine::Parts::addPresets() {
+void CommandLineParts::addPresets() {
     CLI::App* presets =
         addCommand("presets", tr("Keep sets of options under names"), Options::Command::Presets);
     presets->require_subcommand(1);
@@ -103,7 +103,7 @@ void CommandLine::Parts::addPresets() {
         plain(tr("Example: quav-cli presets save encode \"For the attic\" --level 8 --verify")));
 }
 
-PresetsOptions CommandLine::Parts::readPresets() const {
+PresetsOptions CommandLineParts::readPresets() const {
     PresetsOptions read = options.presets;
     read.tab = textArgument(presetTab).toLower();
     read.name = textArgument(presetName);

@@ -184,7 +184,7 @@ private Q_SLOTS:
         row("a standard one", u"--preset archive"_s, 0, u"flac -8 -V "_s);
         row("by its title", u"--preset FAST"_s, 0, u"flac -3 "_s);
         row("flags over it", u"--preset mine --no-verify --no-lax --level 1"_s, 0, u"flac -1 "_s);
-        row("one's own", u"--preset mine"_s, 0, u"flac -V --lax "_s);
+        row("one's own", u"--preset mine"_s, 0, u"flac --lax -V "_s);
         row("nobody's", u"--preset nobody"_s, 2, u"“archive”, “fast”, “mine”, “newer”"_s);
         row("a newer one", u"--preset newer"_s, 2, u"Say --level yourself"_s);
         row("a newer one, helped", u"--preset newer --level 2"_s, 0, u"flac -2 "_s);
