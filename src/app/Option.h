@@ -21,10 +21,10 @@ class OptionValues;
 
 /// One of the few values that an option can have.
 struct OptionChoice {
-    int value;                    ///< the enumerator, and what the setting stores
-    const char* word;             ///< on the command line and in JSON: "wav"
-    const char* label;            ///< in the form, with its mnemonic
-    const char* tip;              ///< what it does, without a full stop
+    int value = 0;                ///< the enumerator, and what the setting stores
+    const char* word = nullptr;   ///< on the command line and in JSON: "wav"
+    const char* label = nullptr;  ///< in the form, with its mnemonic
+    const char* tip = nullptr;    ///< what it does, without a full stop
     const char* passes = nullptr; ///< what the tool gets for it, for people who know the tool
 };
 
@@ -77,8 +77,8 @@ struct OptionInfo {
 
 /// A preset that comes with the program: what differs in it from the options as they are at first.
 struct StandardPreset {
-    const char* word;  ///< on the command line: "archive"
-    const char* title; ///< to be translated in the context "Presets"
+    const char* word = nullptr;  ///< on the command line: "archive"
+    const char* title = nullptr; ///< to be translated in the context "Presets"
     std::vector<std::pair<const OptionInfo*, QVariant>> options;
 };
 
