@@ -57,7 +57,8 @@ QStringList unusableIn(const DirectoryContents& contents) {
 }
 
 BaseTab::BaseTab(QString label, const OptionTable& table, const Services& services)
-    : label_(std::move(label)), services_(services), options_(table, services.settings) {
+    : label_(std::move(label)), services_(services), options_(table, services.settings),
+      presets_(options_, label_, services.settings, services.prompts) {
     connect(&options_, &TabOptions::changed, this, [this] { displayRelevantOptions(); });
 }
 

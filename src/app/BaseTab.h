@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/FileList.h"
+#include "app/PresetChooser.h"
 #include "app/Services.h"
 #include "app/TabOptions.h"
 
@@ -39,6 +40,7 @@ public:
     /// The options as they stand.
     TabOptions& options() { return options_; }
     const TabOptions& options() const { return options_; }
+    PresetChooser& presets() { return presets_; }
 
     QStringList fileNames() const { return files_.fileNames(); }
 
@@ -106,6 +108,7 @@ private:
     Services services_;
     FileList files_;
     TabOptions options_;
+    PresetChooser presets_;
 };
 
 /// Sentences about what a folder holds that cannot be used: names that are not UTF-8, folders that

@@ -21,10 +21,10 @@ class OptionValues;
 
 /// One of the few values that an option can have.
 struct OptionChoice {
-    int value;                    ///< the enumerator, and what the setting stores
-    const char* word;             ///< on the command line and in JSON: "wav"
-    const char* label;            ///< in the form, with its mnemonic
-    const char* tip;              ///< what it does, without a full stop
+    int value = 0;                ///< the enumerator, and what the setting stores
+    const char* word = nullptr;   ///< on the command line and in JSON: "wav"
+    const char* label = nullptr;  ///< in the form, with its mnemonic
+    const char* tip = nullptr;    ///< what it does, without a full stop
     const char* passes = nullptr; ///< what the tool gets for it, for people who know the tool
 };
 
@@ -75,6 +75,13 @@ struct OptionInfo {
     static QString translated(const char* text);
 };
 
+/// A preset that comes with the program: what differs in it from the options as they are at first.
+struct StandardPreset {
+    const char* word = nullptr;  ///< on the command line: "archive"
+    const char* title = nullptr; ///< to be translated in the context "Presets"
+    std::vector<std::pair<const OptionInfo*, QVariant>> options;
+};
+
 /// The options of a tab, in the order in which they are shown. A table is made once and stays where
 /// it is; derive from it and make each option a member.
 class OptionTable {
@@ -90,10 +97,15 @@ public:
     /// The groups in the order of the form.
     const std::vector<const char*>& groups() const { return groups_; }
 
+    /// The presets that come with the program for this tab alone.
+    const std::vector<StandardPreset>& presets() const { return presets_; }
+
 protected:
     /// Groups that are named here come first, in this order, whatever the order of their rows.
     explicit OptionTable(std::initializer_list<const char*> groups = {});
     ~OptionTable() = default;
+
+    void comesWith(StandardPreset preset) { presets_.push_back(std::move(preset)); }
 
 private:
     template <typename T>
@@ -102,6 +114,7 @@ private:
 
     std::deque<OptionInfo> rows_; ///< a deque, since rows are referred to
     std::vector<const char*> groups_;
+    std::vector<StandardPreset> presets_;
 };
 
 /// The handle by which code asks for an option's value: `values[rows.verify]`.
@@ -114,6 +127,15 @@ public:
     Option(OptionTable& table, OptionInfo info) : info_(table.add(std::move(info))) {}
 
     const OptionInfo& info() const { return info_; }
+
+    /// The option with a value, for a preset.
+    std::pair<const OptionInfo*, QVariant> is(T value) const {
+        if constexpr (std::is_enum_v<T>) {
+            return {&info_, static_cast<int>(value)};
+        } else {
+            return {&info_, value};
+        }
+    }
 
 private:
     const OptionInfo& info_;

@@ -2,14 +2,13 @@
 
 #include "app/TabOptions.h"
 #include "platform/PathNames.h"
+#include "platform/Settings.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QSaveFile>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <algorithm>
@@ -20,173 +19,293 @@ namespace quav {
 namespace {
 
 const QString fileSuffix = QStringLiteral(".json");
+const QString optionsKey = QStringLiteral("options");
+const QString nameKey = QStringLiteral("name");
+const QString tabKey = QStringLiteral("tab");
 
-/// The longest name that fits into a file name when each of its letters takes its full room there.
-constexpr qsizetype longestName = 60;
+/// How long a file name may be, with room for what a file is called while it is being written.
+constexpr qsizetype longestFileName = 240;
 
-QString translatedName(const char* name) {
-    return QCoreApplication::translate("Presets", name);
-}
+/// No preset comes near it; whatever is larger is another kind of file.
+constexpr qint64 largestFile = 1 << 20;
 
-tl::unexpected<QString> noSuchPreset(const QString& name) {
-    return tl::make_unexpected(Presets::tr("There is no preset “%1”.").arg(name));
+PresetName standardName(const char* word, const char* title) {
+    return {QString::fromLatin1(word), QCoreApplication::translate("Presets", title), true};
 }
 
 QString nameOf(const QString& file) {
     return QUrl::fromPercentEncoding(file.chopped(fileSuffix.size()).toUtf8());
 }
 
-} // namespace
-
-Presets::Presets(const OptionTable& table, QString tab, const QString& folder,
-                 const Settings& settings, std::vector<StandardPreset> standard, QObject* parent)
-    : QObject(parent), table_(table), tab_(std::move(tab)), folder_(joinPath(folder, tab_)),
-      settings_(settings), standard_(std::move(standard)) {}
-
-QString Presets::userFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/quav/presets");
+bool isSame(const QString& left, const QString& right) {
+    return left.compare(right, Qt::CaseInsensitive) == 0;
 }
 
+QString quoted(const QStringList& words) {
+    QStringList all;
+    for (const QString& word : words) {
+        all << Presets::tr("“%1”").arg(word);
+    }
+    return all.join(QStringLiteral(", "));
+}
+
+tl::expected<void, QString> writeFile(const QString& path, const QByteArray& text) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+        return tl::make_unexpected(
+            Presets::tr("The preset could not be written to “%1” (%2). See that its folder can be "
+                        "written to and has room.")
+                .arg(path, file.errorString()));
+    }
+    return {};
+}
+
+tl::expected<QByteArray, QString> readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return tl::make_unexpected(
+            Presets::tr("The preset “%1” could not be read: %2").arg(path, file.errorString()));
+    }
+    return file.read(largestFile);
+}
+
+} // namespace
+
+const QString Presets::asInTheSettings = QStringLiteral("settings");
+
+QString Preset::notUnderstood() const {
+    QStringList sentences = unfit.values();
+    if (!unknown.isEmpty()) {
+        sentences.prepend(Presets::tr("The preset has what this version does not know: %1.")
+                              .arg(quoted(unknown)));
+    }
+    return sentences.join(u' ');
+}
+
+Presets::Presets(const OptionTable& table, QString tab, const Settings& settings, QObject* parent)
+    : QObject(parent), table_(table), tab_(std::move(tab)),
+      folder_(joinPath(joinPath(folderOf(settings.file()), QStringLiteral("presets")), tab_)),
+      settings_(settings) {}
+
 QString Presets::fileOf(const QString& name) const {
-    // No name leads out of the folder, hides its file or differs in capitals only by accident.
-    QByteArray file = QUrl::toPercentEncoding(name, " ", ".~");
+    // No name leads out of the folder or hides its file.
+    const QByteArray file = QUrl::toPercentEncoding(name, " ", ".~");
     return joinPath(folder_, QString::fromLatin1(file) + fileSuffix);
 }
 
-QStringList Presets::names() const {
-    QStringList own;
+std::vector<PresetName> Presets::names() const {
+    std::vector<PresetName> all{
+        standardName("settings", QT_TRANSLATE_NOOP("Presets", "As in the settings"))};
+    for (const StandardPreset& preset : table_.presets()) {
+        all.push_back(standardName(preset.word, preset.title));
+    }
+    const auto firstOwn = static_cast<std::ptrdiff_t>(all.size());
     for (const QString& file : QDir(folder_).entryList({u'*' + fileSuffix}, QDir::Files)) {
-        own << nameOf(file);
+        all.push_back({nameOf(file), nameOf(file)});
     }
-    std::sort(own.begin(), own.end(), [](const QString& left, const QString& right) {
-        return QString::localeAwareCompare(left, right) < 0;
+    std::sort(all.begin() + firstOwn, all.end(), [](const auto& left, const auto& right) {
+        return QString::localeAwareCompare(left.name, right.name) < 0;
     });
-    QStringList all;
-    for (const StandardPreset& preset : standard_) {
-        all << translatedName(preset.name);
+    return all;
+}
+
+std::optional<PresetName> Presets::find(const QString& said) const {
+    const std::vector<PresetName> all = names();
+    const auto first = [&](const auto& isMeant) -> std::optional<PresetName> {
+        const auto found = std::find_if(all.begin(), all.end(), isMeant);
+        return found == all.end() ? std::nullopt : std::optional(*found);
+    };
+    const auto own = first([&](const auto& one) { return !one.standard && one.name == said; });
+    return own ? own : first([&](const auto& one) {
+        return one.standard && (isSame(one.name, said) || isSame(one.title, said));
+    });
+}
+
+tl::expected<PresetName, QString> Presets::named(const QString& name) const {
+    if (const auto found = find(name)) {
+        return *found;
     }
-    return all + own;
+    QStringList known;
+    for (const PresetName& one : names()) {
+        known << one.name;
+    }
+    return tl::make_unexpected(
+        tr("There is no preset “%1” for %2. There are: %3.").arg(name, tab_, quoted(known)));
 }
 
-bool Presets::isStandard(const QString& name) const {
-    return std::any_of(standard_.begin(), standard_.end(), [&](const StandardPreset& preset) {
-        return translatedName(preset.name) == name;
-    });
+tl::expected<PresetName, QString> Presets::ownOne(const QString& name) const {
+    auto found = named(name);
+    if (found && found->standard) {
+        return tl::make_unexpected(
+            tr("The preset “%1” comes with the program and stays as it is.").arg(found->title));
+    }
+    return found;
 }
 
-bool Presets::exists(const QString& name) const {
-    return isStandard(name) || QFile::exists(fileOf(name));
-}
-
-tl::expected<void, QString> Presets::whetherNamed(const QString& name) const {
+tl::expected<void, QString> Presets::whetherUsable(const QString& name) const {
     if (name.trimmed().isEmpty()) {
         return tl::make_unexpected(tr("A preset needs a name."));
     }
-    if (name.size() > longestName) {
-        return tl::make_unexpected(
-            tr("The name of a preset has at most %n characters.", nullptr, longestName));
+    if (lastPathComponent(fileOf(name)).size() > longestFileName) {
+        return tl::make_unexpected(tr("This name is too long for a preset. Choose a shorter one."));
     }
-    if (isStandard(name)) {
+    if (const auto found = find(name); found && found->standard) {
         return tl::make_unexpected(
             tr("The preset “%1” comes with the program and stays as it is. Choose another name.")
-                .arg(name));
+                .arg(found->title));
     }
     return {};
 }
 
-tl::expected<OptionValues, QString> Presets::values(const QString& name) const {
-    for (const StandardPreset& preset : standard_) {
-        if (translatedName(preset.name) == name) {
-            OptionValues values =
-                preset.options.isEmpty() ? storedValues(table_, settings_) : OptionValues(table_);
-            return values.setFromJson(preset.options).map([&] { return values; });
+Preset Presets::standardPreset(const QString& name) const {
+    if (name == asInTheSettings) {
+        return {storedValues(table_, settings_), {}, {}};
+    }
+    Preset preset{OptionValues(table_), {}, {}};
+    for (const StandardPreset& one : table_.presets()) {
+        if (name == QLatin1StringView(one.word)) {
+            for (const auto& [option, value] : one.options) {
+                preset.values.setValue(*option, value);
+            }
         }
     }
-    QFile file(fileOf(name));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return noSuchPreset(name);
-    }
-    return read(file.readAll()).map([](const auto& named) { return named.second; });
+    return preset;
 }
 
-QByteArray Presets::json(const QString& name, const OptionValues& values) const {
-    const QJsonObject object{{QStringLiteral("tab"), tab_},
-                             {QStringLiteral("name"), name},
-                             {QStringLiteral("options"), values.json()}};
-    return QJsonDocument(object).toJson();
+Preset Presets::understood(const QJsonObject& options) const {
+    Preset preset{OptionValues(table_), {}, {}};
+    for (auto entry = options.begin(); entry != options.end(); ++entry) {
+        if (!table_.row(entry.key())) {
+            preset.unknown << entry.key();
+        } else if (const auto set = preset.values.setFromJson({{entry.key(), entry.value()}});
+                   !set) {
+            preset.unfit.insert(entry.key(), set.error());
+        }
+    }
+    return preset;
 }
 
-tl::expected<std::pair<QString, OptionValues>, QString>
-Presets::read(const QByteArray& json) const {
-    const QJsonObject object = QJsonDocument::fromJson(json).object();
-    const QString name = object.value(u"name").toString();
-    if (name.isEmpty() || !object.value(u"options").isObject()) {
-        return tl::make_unexpected(tr("This is no preset."));
+tl::expected<QJsonObject, QString> Presets::object(const QString& file) const {
+    return readFile(file).and_then([&](const QByteArray& text) {
+        QJsonParseError problem;
+        const QJsonObject object = QJsonDocument::fromJson(text, &problem).object();
+        const QString tab = object.value(tabKey).toString();
+        using Result = tl::expected<QJsonObject, QString>;
+        if (!object.value(optionsKey).isObject() || tab.isEmpty()) {
+            const bool isJson = problem.error == QJsonParseError::NoError;
+            return Result(tl::make_unexpected(
+                isJson ? tr("“%1” is no preset: it has no options of a tab.").arg(file)
+                       : tr("“%1” is no preset: %2 (at byte %3). Repair it or delete it.")
+                             .arg(file, problem.errorString())
+                             .arg(problem.offset)));
+        }
+        if (tab != tab_) {
+            return Result(tl::make_unexpected(
+                tr("The preset “%1” is for another tab: “%2”.").arg(file, tab)));
+        }
+        return Result(object);
+    });
+}
+
+tl::expected<QJsonObject, QString> Presets::objectOf(const PresetName& preset) const {
+    return preset.standard ? QJsonObject{{tabKey, tab_},
+                                         {nameKey, preset.name},
+                                         {optionsKey, standardPreset(preset.name).values.json()}}
+                           : object(fileOf(preset.name));
+}
+
+tl::expected<Preset, QString> Presets::read(const QString& name) const {
+    return named(name).and_then([&](const PresetName& found) -> tl::expected<Preset, QString> {
+        if (found.standard) {
+            return standardPreset(found.name);
+        }
+        return object(fileOf(found.name)).map([this](const QJsonObject& object) {
+            return understood(object.value(optionsKey).toObject());
+        });
+    });
+}
+
+tl::expected<void, QString> Presets::write(const QString& name, QJsonObject object) {
+    if (auto usable = whetherUsable(name); !usable) {
+        return usable;
     }
-    if (object.value(u"tab").toString() != tab_) {
-        return tl::make_unexpected(tr("The preset “%1” is for another tab: “%2”.")
-                                       .arg(name, object.value(u"tab").toString()));
+    if (!QDir().mkpath(folder_)) {
+        return tl::make_unexpected(
+            tr("The folder “%1” for presets could not be made. See that the folder above it can be "
+               "written to.")
+                .arg(folder_));
     }
-    OptionValues values(table_);
-    if (const auto set = values.setFromJson(object.value(u"options").toObject()); !set) {
-        return tl::make_unexpected(tr("The preset “%1” does not fit: %2").arg(name, set.error()));
-    }
-    return std::pair(name, values);
+    object.insert(nameKey, name);
+    object.insert(tabKey, tab_);
+    return writeFile(fileOf(name), QJsonDocument(object).toJson()).map([this] {
+        Q_EMIT changed();
+    });
 }
 
 tl::expected<void, QString> Presets::save(const QString& name, const OptionValues& values) {
-    if (auto named = whetherNamed(name); !named) {
-        return named;
+    const QString file = fileOf(name);
+    QJsonObject whole = QFile::exists(file) ? object(file).value_or(QJsonObject()) : QJsonObject();
+    QJsonObject options = whole.value(optionsKey).toObject();
+    const QJsonObject ours = values.json();
+    for (auto entry = ours.begin(); entry != ours.end(); ++entry) {
+        options.insert(entry.key(), entry.value());
     }
-    QDir().mkpath(folder_);
-    QSaveFile file(fileOf(name));
-    const QByteArray text = json(name, values);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        return tl::make_unexpected(tr("The preset could not be saved to “%1”: %2")
-                                       .arg(file.fileName(), file.errorString()));
-    }
-    Q_EMIT changed();
-    return {};
+    whole.insert(optionsKey, options);
+    return write(name, whole);
 }
 
 tl::expected<void, QString> Presets::rename(const QString& name, const QString& newName) {
     if (name == newName) {
         return {};
     }
-    if (exists(newName) && !isStandard(newName)) {
+    if (const auto taken = find(newName); taken && !taken->standard) {
         return tl::make_unexpected(tr("There is a preset “%1” already.").arg(newName));
     }
-    return values(name)
-        .and_then([&](const OptionValues& values) { return save(newName, values); })
+    return ownOne(name)
+        .and_then([this](const PresetName& own) { return objectOf(own); })
+        .and_then([&](const QJsonObject& object) { return write(newName, object); })
         .and_then([&] { return remove(name); });
 }
 
 tl::expected<void, QString> Presets::remove(const QString& name) {
-    if (isStandard(name)) {
-        return tl::make_unexpected(
-            tr("The preset “%1” comes with the program and stays.").arg(name));
-    }
-    QFile file(fileOf(name));
-    if (!file.exists()) {
-        return noSuchPreset(name);
-    }
-    if (!file.remove()) {
-        return tl::make_unexpected(tr("The preset could not be deleted from “%1”: %2")
-                                       .arg(file.fileName(), file.errorString()));
-    }
-    Q_EMIT changed();
-    return {};
+    return ownOne(name).and_then([&](const PresetName& own) -> tl::expected<void, QString> {
+        QFile file(fileOf(own.name));
+        if (!file.remove()) {
+            return tl::make_unexpected(tr("The preset “%1” could not be deleted (%2). See that its "
+                                          "folder can be written to.")
+                                           .arg(file.fileName(), file.errorString()));
+        }
+        Q_EMIT changed();
+        return {};
+    });
 }
 
 tl::expected<QByteArray, QString> Presets::exported(const QString& name) const {
-    return values(name).map([&](const OptionValues& values) { return json(name, values); });
+    return named(name)
+        .and_then([this](const PresetName& found) { return objectOf(found); })
+        .map([](const QJsonObject& object) { return QJsonDocument(object).toJson(); });
 }
 
-tl::expected<QString, QString> Presets::import(const QByteArray& json) {
-    return read(json).and_then([&](const auto& named) {
-        return save(named.first, named.second).map([&] { return named.first; });
-    });
+tl::expected<void, QString> Presets::exportTo(const QString& file, const QString& name) const {
+    return exported(name).and_then([&](const QByteArray& text) { return writeFile(file, text); });
+}
+
+tl::expected<QString, QString> Presets::nameIn(const QString& file) const {
+    return object(file).map(
+        [](const QJsonObject& object) { return object.value(nameKey).toString(); });
+}
+
+tl::expected<void, QString> Presets::import(const QString& file, const QString& name) {
+    if (const auto taken = find(name); taken && !taken->standard) {
+        return tl::make_unexpected(
+            tr("There is a preset “%1” already. Choose another name.").arg(name));
+    }
+    return object(file).and_then([&](const QJsonObject& object) { return write(name, object); });
+}
+
+QString Presets::tabIn(const QString& file) {
+    const QByteArray text = readFile(file).value_or(QByteArray());
+    return QJsonDocument::fromJson(text).object().value(tabKey).toString();
 }
 
 } // namespace quav

@@ -3,48 +3,68 @@
 #include "app/OptionValues.h"
 
 #include <QByteArray>
+#include <QJsonObject>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
 #include <tl/expected.hpp>
 
+#include <optional>
 #include <vector>
 
 namespace quav {
 
 class Settings;
 
-/// A preset that comes with the program: what differs from the options as they are at first.
-struct StandardPreset {
-    const char* name; ///< to be translated in the context "Presets"
-    QJsonObject options;
+/// What a preset says.
+struct Preset {
+    OptionValues values; ///< what was not understood is as it is at first
+    QStringList unknown; ///< keys of options that this version of the program does not have
+    QMap<QString, QString> unfit; ///< by the key, sentences about values that do not fit
+
+    /// A sentence on what was not understood; empty when everything was.
+    QString notUnderstood() const;
 };
 
-/// The named sets of option values of a tab: those that come with the program, one that is what the
-/// settings say, and the user's own, a JSON file each:
+/// How a preset is called.
+struct PresetName {
+    QString name;          ///< what it is found by; the same in every language
+    QString title;         ///< what people read
+    bool standard = false; ///< comes with the program and cannot be changed
+
+    bool operator==(const PresetName&) const = default;
+};
+
+/// The named sets of option values of a tab: those that come with the program, one of which is what
+/// the settings say, and the user's own, a JSON file each:
 ///
 ///     {"tab": "encode", "name": "For the archive", "options": {"flacSlider": 8, …}}
 ///
+/// What a newer version wrote into such a file, and this one does not understand, stays there.
 /// Errors are sentences for the user.
 class Presets : public QObject {
     Q_OBJECT
 
 public:
-    /// The user's presets lie in a folder of the tab's name below `folder`, which need not exist.
-    Presets(const OptionTable& table, QString tab, const QString& folder, const Settings& settings,
-            std::vector<StandardPreset> standard, QObject* parent = nullptr);
+    /// What the settings say has this name in every tab.
+    static const QString asInTheSettings;
 
-    /// The folder of the user who runs the program, beside the settings.
-    static QString userFolder();
+    /// The user's presets lie in a folder of the tab's name, below one beside the settings; neither
+    /// need exist. Table and settings have to outlive the presets.
+    Presets(const OptionTable& table, QString tab, const Settings& settings,
+            QObject* parent = nullptr);
 
-    /// All names: the standard ones, then the user's in alphabetical order.
-    QStringList names() const;
+    /// The standard ones, then the user's in alphabetical order.
+    std::vector<PresetName> names() const;
 
-    /// Whether a preset comes with the program and cannot be changed.
-    bool isStandard(const QString& name) const;
+    /// The preset that somebody means: the user's of this very name, else the standard one of this
+    /// name or title, in capitals or not.
+    std::optional<PresetName> find(const QString& said) const;
 
-    tl::expected<OptionValues, QString> values(const QString& name) const;
+    /// The error for a name that nobody has tells those there are.
+    tl::expected<Preset, QString> read(const QString& name) const;
 
     /// Makes a preset, or replaces the user's one of that name.
     tl::expected<void, QString> save(const QString& name, const OptionValues& values);
@@ -53,25 +73,35 @@ public:
 
     /// A preset as the text of a file, for another machine.
     tl::expected<QByteArray, QString> exported(const QString& name) const;
+    tl::expected<void, QString> exportTo(const QString& file, const QString& name) const;
 
-    /// Keeps such a preset under the name that it brings; that name.
-    tl::expected<QString, QString> import(const QByteArray& json);
+    /// The name that such a text or file brings; the error says why it is none of this tab.
+    tl::expected<QString, QString> nameIn(const QString& file) const;
+
+    /// Keeps what such a file says under a name that no preset has yet.
+    tl::expected<void, QString> import(const QString& file, const QString& name);
+
+    /// The tab that such a file is for; empty when it is no preset.
+    static QString tabIn(const QString& file);
 
 Q_SIGNALS:
     void changed();
 
 private:
     QString fileOf(const QString& name) const;
-    bool exists(const QString& name) const;
-    tl::expected<void, QString> whetherNamed(const QString& name) const;
-    QByteArray json(const QString& name, const OptionValues& values) const;
-    tl::expected<std::pair<QString, OptionValues>, QString> read(const QByteArray& json) const;
+    tl::expected<void, QString> whetherUsable(const QString& name) const;
+    tl::expected<QJsonObject, QString> object(const QString& file) const;
+    tl::expected<QJsonObject, QString> objectOf(const PresetName& preset) const;
+    tl::expected<PresetName, QString> named(const QString& name) const;
+    tl::expected<PresetName, QString> ownOne(const QString& name) const;
+    tl::expected<void, QString> write(const QString& name, QJsonObject object);
+    Preset standardPreset(const QString& name) const;
+    Preset understood(const QJsonObject& options) const;
 
     const OptionTable& table_;
     QString tab_;
     QString folder_;
     const Settings& settings_;
-    std::vector<StandardPreset> standard_;
 };
 
 } // namespace quav

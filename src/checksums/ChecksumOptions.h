@@ -100,7 +100,7 @@ private:
                                          "every lossless format"),
             "shntool hash -m"},
         OptionChoice{static_cast<int>(ChecksumKind::Ffp), "ffp",
-                     QT_TRANSLATE_NOOP("Options", "FF&P"),
+                     QT_TRANSLATE_NOOP("Options", "FFP (fin&gerprints)"),
                      QT_TRANSLATE_NOOP("Options",
                                        "The fingerprint that each FLAC file carries of its audio"),
                      "metaflac --show-md5"}};

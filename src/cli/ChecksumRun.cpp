@@ -32,7 +32,12 @@ void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
 
 int ChecksumRun::run() {
     tab().options().setForThisRun(checksumOptions().command, options_.command);
-    setOptions();
+    if (!setOptions()) {
+        return exitstatus::refused;
+    }
+    if (options_.save) {
+        tab().options().setForThisRun(checksumOptions().sourceSave, false);
+    }
     if (const auto status = choosePath()) {
         return *status;
     }

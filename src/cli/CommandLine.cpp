@@ -1,16 +1,12 @@
 #include "cli/CommandLine.h"
 
-#include "cli/OptionFlags.h"
+#include "cli/CommandLineParts.h"
 #include "codecs/DecodeOptions.h"
 #include "codecs/EncodeOptions.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <map>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -18,10 +14,6 @@
 namespace quav {
 
 namespace {
-
-std::string plain(const QString& text) {
-    return text.toStdString();
-}
 
 constexpr char shield = '\x01';
 
@@ -51,10 +43,6 @@ QByteArray rawArgument(const std::string& argument) {
     return QByteArray::fromStdString(unshielded(argument));
 }
 
-QString textArgument(const std::string& argument) {
-    return QString::fromStdString(unshielded(argument));
-}
-
 /// Help as the parser lays it out, but with the defaults behind the descriptions.
 class HelpFormatter : public CLI::Formatter {
 public:
@@ -65,7 +53,8 @@ public:
 
     std::string make_option_desc(const CLI::Option* option) const override {
         if (option->get_required() && !option->get_positional()) {
-            return option->get_description() + " (" + plain(CommandLine::tr("required")) + ')';
+            return option->get_description() + " (" +
+                   plain(CommandLine::tr("required without --preset")) + ')';
         }
         const std::string standard = option->get_default_str();
         return standard.empty() ? option->get_description()
@@ -101,9 +90,6 @@ CLI::Validator range(QLatin1StringView key) {
     return CLI::Range(definition->least, definition->greatest).description("");
 }
 
-/// The words that the options take which take only these.
-using Choices = std::map<const CLI::Option*, std::vector<std::string>>;
-
 std::vector<std::string> settingKeys() {
     std::vector<std::string> keys;
     for (const SettingDefinition& definition : Settings::definitions()) {
@@ -114,57 +100,19 @@ std::vector<std::string> settingKeys() {
 
 } // namespace
 
-struct CommandLine::Parts {
-    CLI::App app{
-        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
-                 "writes and verifies checksum files; tests compressed files. Does without a "
-                 "display what the window does.")),
-        "quav-cli"};
-    CLI::App* settings = nullptr;
-    bool manual = false;
-    std::string shell;
-    std::string toolOptions;
-    Choices choices;
-    OptionFlags flags;
-    std::optional<std::string> outputFolder;
-    std::optional<std::string> savePath;
-    std::vector<std::string> files;
-    bool yes = false;
-    bool no = false;
-    std::string key;
-    std::string value;
-    Options options;
+QString textArgument(const std::string& argument) {
+    return QString::fromStdString(unshielded(argument));
+}
 
-    CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
-    void addEncode();
-    void addDecode();
-    void addFlags(CLI::App& command, const OptionValues& given);
-    void addForPackagers();
-    void addKey(CLI::App& command);
-    void restrict(CLI::Option* option, const std::vector<std::string>& words);
-    void addChecksum();
-    CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
-                                ChecksumCommand action);
-    void addConversion(CLI::App& command, const ConversionOptions& rows);
-    void addDryRun(CLI::App& command);
-    void addRunOptions(CLI::App& command);
-    void addAnswers(CLI::App& command);
-    void addTools();
-    void addSettings();
-    CLI::App* addSettingsAction(const char* name, const QString& what,
-                                SettingsOptions::Action action);
-    Options read() const;
-};
-
-CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
-                                         Options::Command command) {
+CLI::App* CommandLineParts::addCommand(const char* name, const QString& what,
+                                       Options::Command command) {
     CLI::App* added = app.add_subcommand(name, plain(what));
     added->callback([this, command] { options.command = command; });
     return added;
 }
 
 /// What prints something that a package brings; the help does not tell of it.
-void CommandLine::Parts::addForPackagers() {
+void CommandLineParts::addForPackagers() {
     app.add_flag("--man", manual, plain(tr("Print the manual page and exit")))->group("");
     CLI::Option* completion =
         app.add_option("--completion", shell,
@@ -178,35 +126,42 @@ void CommandLine::Parts::addForPackagers() {
 }
 
 /// Only these words, in capitals or not.
-void CommandLine::Parts::restrict(CLI::Option* option, const std::vector<std::string>& words) {
+void CommandLineParts::restrict(CLI::Option* option, const std::vector<std::string>& words) {
     option->check(CLI::IsMember(words, CLI::ignore_case).description(""));
     choices[option] = words;
 }
 
-void CommandLine::Parts::addFlags(CLI::App& command, const OptionValues& given) {
-    for (const auto& [option, flag] : flags.addTo(command, given)) {
+OptionFlags::Flags CommandLineParts::addFlags(CLI::App& command, const OptionTable& table,
+                                              const OptionValues* given) {
+    OptionFlags::Flags added = flags.addTo(command, table, given);
+    for (const auto& [option, flag] : added) {
         for (const OptionChoice& choice : option->choices) {
             choices[flag].emplace_back(choice.word);
         }
     }
+    if (!added.empty()) {
+        addPreset(command, table, added);
+    }
+    return added;
 }
 
-void CommandLine::Parts::addEncode() {
+void CommandLineParts::addEncode() {
     CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 }
 
-void CommandLine::Parts::addDecode() {
+void CommandLineParts::addDecode() {
     CLI::App* decode =
         addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
     addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
 
-void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOptions& rows) {
-    addFlags(command, OptionValues(rows));
+void CommandLineParts::addConversion(CLI::App& command, const ConversionOptions& rows) {
+    const OptionValues given(rows);
+    addFlags(command, rows, &given);
     command
         .add_option("--output", outputFolder,
                     plain(tr("Write everything into this folder, which is made if it is missing")))
@@ -216,12 +171,12 @@ void CommandLine::Parts::addConversion(CLI::App& command, const ConversionOption
     addRunOptions(command);
 }
 
-void CommandLine::Parts::addDryRun(CLI::App& command) {
+void CommandLineParts::addDryRun(CLI::App& command) {
     command.add_flag("--dry-run", options.run.dryRun,
                      plain(tr("Only print what would be done, as commands for a shell")));
 }
 
-void CommandLine::Parts::addRunOptions(CLI::App& command) {
+void CommandLineParts::addRunOptions(CLI::App& command) {
     RunOptions& to = options.run;
     command.add_option("--jobs", to.jobs, plain(tr("How many files at a time")))
         ->type_name("N")
@@ -245,17 +200,17 @@ void CommandLine::Parts::addRunOptions(CLI::App& command) {
         ->required();
 }
 
-CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* name,
-                                                const QString& what, ChecksumCommand action) {
+CLI::App* CommandLineParts::addChecksumAction(CLI::App& checksum, const char* name,
+                                              const QString& what, ChecksumCommand action) {
     CLI::App* command = checksum.add_subcommand(name, plain(what));
     command->callback([this, action] { options.checksum.command = action; });
     OptionValues given(checksumOptions());
     given.set(checksumOptions().command, action);
-    addFlags(*command, given);
+    addFlags(*command, checksumOptions(), &given);
     return command;
 }
 
-void CommandLine::Parts::addChecksum() {
+void CommandLineParts::addChecksum() {
     CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
                                     Options::Command::Checksum);
     checksum->require_subcommand(1);
@@ -278,32 +233,32 @@ void CommandLine::Parts::addChecksum() {
                                      ChecksumCommand::Test));
 }
 
-void CommandLine::Parts::addAnswers(CLI::App& command) {
+void CommandLineParts::addAnswers(CLI::App& command) {
     CLI::Option* affirm =
         command.add_flag("--yes", yes, plain(tr("Answer every question with yes")));
     command.add_flag("--no", no, plain(tr("Answer every question with no")))->excludes(affirm);
 }
 
-CLI::App* CommandLine::Parts::addSettingsAction(const char* name, const QString& what,
-                                                SettingsOptions::Action action) {
+CLI::App* CommandLineParts::addSettingsAction(const char* name, const QString& what,
+                                              SettingsOptions::Action action) {
     CLI::App* command = settings->add_subcommand(name, plain(what));
     command->callback([this, action] { options.settings.action = action; });
     return command;
 }
 
 /// An unknown key is left to the command, which has words for it.
-void CommandLine::Parts::addKey(CLI::App& command) {
+void CommandLineParts::addKey(CLI::App& command) {
     CLI::Option* option =
         command.add_option("KEY", key, plain(tr("The setting's name")))->required();
     choices[option] = settingKeys();
 }
 
-void CommandLine::Parts::addTools() {
+void CommandLineParts::addTools() {
     addCommand("tools", tr("List the tools that do the work"), Options::Command::Tools)
         ->add_flag("--json", options.toolsAsJson, plain(tr("Print JSON, one object a line")));
 }
 
-void CommandLine::Parts::addSettings() {
+void CommandLineParts::addSettings() {
     using Action = SettingsOptions::Action;
     const std::string json = plain(tr("Print JSON, one object a line"));
     settings =
@@ -322,7 +277,7 @@ void CommandLine::Parts::addSettings() {
     settings->footer(plain(tr("Example: quav-cli settings set maxThreads 4")));
 }
 
-Options CommandLine::Parts::read() const {
+Options CommandLineParts::read() const {
     Options read = options;
     if (manual) {
         read.command = Options::Command::Manual;
@@ -345,10 +300,11 @@ Options CommandLine::Parts::read() const {
     }
     read.settings.key = textArgument(key);
     read.settings.value = textArgument(value);
+    read.presets = readPresets();
     return read;
 }
 
-CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
+CommandLine::CommandLine() : parts_(std::make_unique<CommandLineParts>()) {
     CLI::App& app = parts_->app;
     app.formatter(std::make_shared<HelpFormatter>());
     app.set_help_flag("-h,--help", plain(tr("Print this help and exit")));
@@ -362,6 +318,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     parts_->addChecksum();
     parts_->addTools();
     parts_->addSettings();
+    parts_->addPresets();
 }
 
 CommandLine::~CommandLine() = default;
@@ -387,7 +344,7 @@ tl::expected<Options, CommandLine::Ended> CommandLine::parse(int argc, const cha
 
 namespace {
 
-QStringList wordsOf(const CLI::Option& option, const Choices& choices) {
+QStringList wordsOf(const CLI::Option& option, const FlagChoices& choices) {
     QStringList words;
     if (const auto found = choices.find(&option); found != choices.end()) {
         for (const std::string& word : found->second) {
@@ -397,7 +354,7 @@ QStringList wordsOf(const CLI::Option& option, const Choices& choices) {
     return words;
 }
 
-OptionHelp describe(const CLI::Option& option, const Choices& choices) {
+OptionHelp describe(const CLI::Option& option, const FlagChoices& choices) {
     const bool operand = option.get_positional();
     return {QString::fromStdString(option.get_name(operand, true)),
             option.get_type_size() == 0 || operand ? QString()
@@ -410,7 +367,7 @@ OptionHelp describe(const CLI::Option& option, const Choices& choices) {
             wordsOf(option, choices)};
 }
 
-CommandHelp describe(const CLI::App& command, const QString& parent, const Choices& choices) {
+CommandHelp describe(const CLI::App& command, const QString& parent, const FlagChoices& choices) {
     const QString name = QString::fromStdString(command.get_name());
     CommandHelp help{parent.isEmpty() ? name : parent + u' ' + name,
                      QString::fromStdString(command.get_description()),

@@ -12,6 +12,8 @@
 
 namespace quav {
 
+struct CommandLineParts;
+
 /// Reads the program's arguments.
 class CommandLine {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
@@ -35,8 +37,7 @@ public:
     CommandHelp help() const;
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
+    std::unique_ptr<CommandLineParts> parts_;
 };
 
 } // namespace quav

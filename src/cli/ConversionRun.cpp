@@ -16,8 +16,7 @@ ConversionTab& ConversionRun::tab() {
 }
 
 int ConversionRun::run() {
-    setOptions();
-    if (!chooseOutput() || !addFiles()) {
+    if (!setOptions() || !chooseOutput() || !addFiles()) {
         return exitstatus::refused;
     }
     tellOfNoKind();

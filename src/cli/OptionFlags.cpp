@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <span>
+
 namespace quav {
 
 namespace {
@@ -18,17 +20,47 @@ std::string settingAsDefault(const OptionInfo& option) {
         .toStdString();
 }
 
+/// "wav or aiff"
+QString wordsOf(std::span<const OptionChoice> choices) {
+    QString words = QString::fromLatin1(choices.front().word);
+    for (const OptionChoice& choice : choices.subspan(1)) {
+        const bool isLast = &choice == &choices.back();
+        words = (isLast ? QCoreApplication::translate("OptionFlags", "%1 or %2")
+                        : QCoreApplication::translate("OptionFlags", "%1, %2"))
+                    .arg(words, QLatin1StringView(choice.word));
+    }
+    return words;
+}
+
+/// What the option does; a choice whose text does not name its words gets them behind.
 std::string help(const OptionInfo& option) {
-    return option.tipText().toStdString();
+    const QString text = option.tipText();
+    const bool wordsMissing =
+        !option.choices.empty() && !text.contains(QLatin1StringView(option.choices.front().word));
+    return (wordsMissing ? QCoreApplication::translate("OptionFlags", "%1: %2")
+                               .arg(text, wordsOf(option.choices))
+                         : text)
+        .toStdString();
+}
+
+std::string opposite(const OptionInfo& option) {
+    const QString text =
+        option.setting.isEmpty()
+            ? QCoreApplication::translate("OptionFlags",
+                                          "The opposite of --%1, whatever the preset says")
+            : QCoreApplication::translate("OptionFlags",
+                                          "The opposite of --%1, whatever the setting says");
+    return text.arg(QString::fromLatin1(option.flag)).toStdString();
 }
 
 } // namespace
 
-OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionValues& given) {
+OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionTable& table,
+                                      const OptionValues* given) {
     const ListFacts anything = ListFacts::ofAnyList();
     Flags added;
-    for (const OptionInfo& option : given.table().rows()) {
-        if (!option.flag || (option.applies && !option.applies(given, anything))) {
+    for (const OptionInfo& option : table.rows()) {
+        if (!option.flag || (given && option.applies && !option.applies(*given, anything))) {
             continue;
         }
         added[&option] = option.control == Control::Switch ? addSwitch(command, option)
@@ -38,22 +70,18 @@ OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionValues& giv
     return added;
 }
 
-/// A switch, and its opposite for what a setting says otherwise.
+/// A switch, and its opposite for what a setting or a preset says otherwise.
 CLI::Option* OptionFlags::addSwitch(CLI::App& command, const OptionInfo& option) {
     const std::string name = option.flag;
     CLI::Option* on = command.add_flag_callback(
         "--" + name, [this, &option] { given_[&option] = QStringLiteral("true"); }, help(option));
-    if (option.setting.isEmpty()) {
-        return on;
+    if (!option.setting.isEmpty()) {
+        on->default_str(settingAsDefault(option));
     }
-    on->default_str(settingAsDefault(option));
     command
         .add_flag_callback(
             "--no-" + name, [this, &option] { given_[&option] = QStringLiteral("false"); },
-            QCoreApplication::translate("OptionFlags",
-                                        "The opposite of --%1, whatever the setting says")
-                .arg(QString::fromLatin1(option.flag))
-                .toStdString())
+            opposite(option))
         ->excludes(on);
     return on;
 }

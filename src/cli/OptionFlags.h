@@ -6,17 +6,23 @@
 #include <CLI/CLI.hpp>
 
 #include <map>
+#include <string>
+#include <vector>
 
 namespace quav {
+
+/// The words that the options take which take only these.
+using FlagChoices = std::map<const CLI::Option*, std::vector<std::string>>;
 
 /// The flags of a tab's options, as their rows say.
 class OptionFlags {
 public:
     using Flags = std::map<const OptionInfo*, CLI::Option*>;
 
-    /// Adds a flag for each option that has one and that applies when the others are as given,
-    /// whatever is in the list; the flags that were added. The object has to outlive the command.
-    Flags addTo(CLI::App& command, const OptionValues& given);
+    /// Adds a flag for each option that has one and that applies when the others are as given
+    /// (nullptr: however they are), whatever is in the list; the flags that were added. The object
+    /// has to outlive the command.
+    Flags addTo(CLI::App& command, const OptionTable& table, const OptionValues* given = nullptr);
 
     /// The flag of an option, to say what it cannot be combined with.
     CLI::Option* flag(const OptionInfo& option) const { return flags_.at(&option); }

@@ -43,6 +43,7 @@ using OptionTexts = std::map<const OptionInfo*, QString>;
 /// What every command that works on files takes. What is not set keeps what the settings say.
 struct RunOptions {
     OptionTexts options;  ///< those of the tab
+    QString preset;       ///< what lies below the options; empty: the settings
     QByteArrayList files; ///< as the user gave them, in whatever encoding
     std::optional<int> jobs;
     std::optional<bool> answer; ///< to every question
@@ -72,6 +73,17 @@ struct SettingsOptions {
     bool json = false;
 };
 
+/// What `presets` takes; what lies below a preset that is saved stands with the run's options.
+struct PresetsOptions {
+    enum class Action { List, Show, Save, Delete, Rename, Export, Import };
+    Action action = Action::List;
+    QString tab; ///< empty: all of them, and for an import what the file says
+    QString name;
+    QString newName; ///< for `rename`, and for `import` if the file's is not to count
+    QString file;    ///< for `export`; empty: the standard output
+    bool json = false;
+};
+
 /// What `--completion` is to be written for.
 struct CompletionOptions {
     QByteArray shell;
@@ -80,12 +92,13 @@ struct CompletionOptions {
 
 /// The whole command line, read.
 struct Options {
-    enum class Command { Encode, Decode, Checksum, Tools, Settings, Manual, Completion };
+    enum class Command { Encode, Decode, Checksum, Tools, Settings, Presets, Manual, Completion };
     Command command = Command::Tools;
     RunOptions run;
     ConversionArguments conversion;
     ChecksumArguments checksum;
     SettingsOptions settings;
+    PresetsOptions presets;
     CompletionOptions completion;
     bool toolsAsJson = false;
 };

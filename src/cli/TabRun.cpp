@@ -65,11 +65,42 @@ std::optional<QString> TabRun::textOf(const QByteArray& path) {
     return QString::fromUtf8(path);
 }
 
-void TabRun::setOptions() {
+bool TabRun::setPreset() {
+    const auto preset = tab().presets().presets().read(options_.preset);
+    if (!preset) {
+        terminal_.say(preset.error());
+        return false;
+    }
+    TabOptions& options = tab().options();
+    for (const OptionInfo& option : options.table().rows()) {
+        if (!option.flag || options_.options.contains(&option)) {
+            continue;
+        }
+        // Work that is not what the preset asks for is worse than none.
+        if (const auto unfit = preset->unfit.find(QString::fromLatin1(option.key));
+            unfit != preset->unfit.end()) {
+            terminal_.say(tr("The preset “%1” cannot be used: %2 Say --%3 yourself.")
+                              .arg(options_.preset, *unfit, QLatin1StringView(option.flag)));
+            return false;
+        }
+        const auto set = options.setForThisRun(option, preset->values.text(option));
+        Q_ASSERT(set);
+    }
+    if (const QString left = preset->notUnderstood(); !left.isEmpty()) {
+        terminal_.say(tr("warning: %1").arg(left));
+    }
+    return true;
+}
+
+bool TabRun::setOptions() {
+    if (!options_.preset.isEmpty() && !setPreset()) {
+        return false;
+    }
     for (const auto& [option, text] : options_.options) {
         const auto set = tab().options().setForThisRun(*option, text);
         Q_ASSERT(set);
     }
+    return true;
 }
 
 bool TabRun::addFiles() {

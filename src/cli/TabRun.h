@@ -32,8 +32,9 @@ protected:
 
     virtual PlannedTab& tab() = 0;
 
-    /// Gives the tab the options of this run.
-    void setOptions();
+    /// Gives the tab the options of this run: those of the preset, and over them those that were
+    /// given. False, after a message, for a preset that cannot be used.
+    bool setOptions();
 
     /// Fills the list. False when something that was named does not exist.
     bool addFiles();
@@ -71,6 +72,7 @@ protected:
     const RunOptions& runOptions() const { return options_; }
 
 private:
+    bool setPreset();
     bool takes(const QStringList& paths);
     void waitForTheEnd(StopSignals& signals);
     void stop(int howManyTimes);

@@ -3,6 +3,7 @@
 #include "cli/Completion.h"
 #include "cli/ConversionRun.h"
 #include "cli/ManPage.h"
+#include "cli/PresetsCommand.h"
 #include "cli/SettingsCommand.h"
 #include "cli/Terminal.h"
 #include "cli/ToolsCommand.h"
@@ -51,11 +52,15 @@ int run(const Options& options, const CommandLine& commandLine, Terminal& termin
     case Options::Command::Decode:
     case Options::Command::Checksum:
     case Options::Command::Settings:
+    case Options::Command::Presets:
         break;
     }
     Settings settings(Settings::userFile());
     if (!settings.damage().isEmpty()) {
         terminal.say(QCoreApplication::translate("main", "warning: %1").arg(settings.damage()));
+    }
+    if (options.command == Options::Command::Presets) {
+        return PresetsCommand(options, settings, terminal).run();
     }
     return options.command == Options::Command::Settings
                ? runSettings(options.settings, settings, terminal)

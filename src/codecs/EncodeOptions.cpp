@@ -6,7 +6,12 @@ namespace quav {
 
 EncodeOptions::EncodeOptions()
     : ConversionOptions({optiongroups::target, optiongroups::flac, optiongroups::output},
-                        "sourceEncodeButton", keys::encodeToSourceDirectory) {}
+                        "sourceEncodeButton", keys::encodeToSourceDirectory) {
+    comesWith({"archive",
+               QT_TRANSLATE_NOOP("Presets", "Archive"),
+               {flacLevel.is(8), flacVerify.is(true), generateFFP.is(true)}});
+    comesWith({"fast", QT_TRANSLATE_NOOP("Presets", "Fast"), {flacLevel.is(3)}});
+}
 
 bool EncodeOptions::levelCounts(const OptionValues& values, const ListFacts& /*facts*/) {
     return !values[encodeOptions().flacLax];

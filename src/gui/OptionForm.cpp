@@ -2,6 +2,7 @@
 
 #include "app/TabOptions.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -112,12 +113,15 @@ std::function<void()> OptionForm::addSwitch(const OptionInfo& option, QBoxLayout
 
 std::function<void()> OptionForm::addChoice(const OptionInfo& option, QBoxLayout* row) {
     std::vector<QRadioButton*> buttons;
+    // By itself, an only button would be switched off by a click.
+    auto* only = new QButtonGroup(this);
     for (const OptionChoice& choice : option.choices) {
         auto* button = new QRadioButton(OptionInfo::translated(choice.label));
         button->setObjectName(QStringLiteral("%1.%2").arg(QLatin1StringView(option.key),
                                                           QLatin1StringView(choice.word)));
         button->setToolTip(toolTipOf(choice.tip, choice.passes));
         row->addWidget(button);
+        only->addButton(button);
         connect(button, &QRadioButton::clicked, this,
                 [&option, value = choice.value, this] { options_.choose(option, value); });
         buttons.push_back(button);

@@ -3,6 +3,7 @@
 #include "app/BaseTab.h"
 #include "gui/FileListView.h"
 #include "gui/OptionForm.h"
+#include "gui/PresetBar.h"
 #include "platform/ClockText.h"
 
 #include <QHBoxLayout>
@@ -53,6 +54,7 @@ QWidget* TabPage::buildOptionColumn() {
     auto* content = new QWidget;
     auto* options = new QVBoxLayout(content);
     options->setContentsMargins({});
+    options->addWidget(new PresetBar(tab_.presets(), content));
     options->addWidget(new OptionForm(tab_.options(), content));
     options->addStretch();
     auto* column = new QScrollArea(this);

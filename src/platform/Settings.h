@@ -62,6 +62,9 @@ public:
     /// The file of the user who runs the program, below the XDG configuration folder.
     static QString userFile();
 
+    /// The file that these are kept in.
+    QString file() const { return store_.fileName(); }
+
     /// Every setting, in the order in which they are listed to the user.
     static std::span<const SettingDefinition> definitions();
 

@@ -180,6 +180,69 @@ private Q_SLOTS:
         QVERIFY(!contents(cli.settingsFile()).contains("maxThreads"));
     }
 
+    void aPresetLiesBelowTheFlagsAndAboveTheSettings_data() {
+        columns<QString, int, QString>("arguments", "status", "expected");
+        row("a standard one", u"--preset archive"_s, 0, u"flac -8 -V "_s);
+        row("by its title", u"--preset FAST"_s, 0, u"flac -3 "_s);
+        row("flags over it", u"--preset mine --no-verify --no-lax --level 1"_s, 0, u"flac -1 "_s);
+        row("one's own", u"--preset mine"_s, 0, u"flac --lax -V "_s);
+        row("nobody's", u"--preset nobody"_s, 2, u"“archive”, “fast”, “mine”, “newer”"_s);
+        row("a newer one", u"--preset newer"_s, 2, u"Say --level yourself"_s);
+        row("a newer one, helped", u"--preset newer --level 2"_s, 0, u"flac -2 "_s);
+        row("none", QString(), 2, u"--to is required"_s);
+    }
+    void aPresetLiesBelowTheFlagsAndAboveTheSettings() {
+        QFETCH(QString, arguments);
+        QFETCH(int, status);
+        QFETCH(QString, expected);
+        const Cli cli;
+        cli.wav(u"a.wav"_s);
+        cli.run(u"settings set encodeFlacLevel 6"_s);
+        QCOMPARE(cli.run(u"presets save encode mine --verify --lax"_s).status, 0);
+        writeFile(cli.path(u"newer.json"_s), R"({"tab": "encode", "name": "newer",
+                  "options": {"colour": "red", "flacSlider": 12}})");
+        QCOMPARE(cli.run(u"presets import newer.json"_s).status, 0);
+        const Ran ran = cli.run(u"encode --dry-run --output out in "_s + arguments);
+        QCOMPARE(ran.status, status);
+        const QByteArray all = ran.output + ran.errors;
+        QVERIFY2(all.contains(expected.toUtf8()), all.constData());
+        if (status == 0 && arguments.contains(u"newer"_s)) {
+            QVERIFY2(ran.errors.contains("“colour”"), ran.errors.constData());
+        }
+    }
+
+    void presetsAreListedSavedCarriedOverAndDeleted() {
+        const Cli cli;
+        cli.giveAway();
+        const auto status = [&](const QString& rest) {
+            return cli.runAsOrdinaryUser(u"presets "_s + rest).status;
+        };
+        QCOMPARE(status(u"save checksum here --kind st5 --beside --tolerant"_s), 0);
+        QCOMPARE(status(u"save checksum here"_s), 3);
+        QCOMPARE(status(u"save checksum here --kind ffp --beside --yes"_s), 0);
+        const Ran shown = cli.run(u"presets show checksum here"_s);
+        QCOMPARE(shown.output, QByteArray("commandOptions = test\n--kind ffp\n--beside\n"
+                                          "--no-tolerant\n"));
+        QCOMPARE(status(u"export checksum here carried.json"_s), 0);
+        QCOMPARE(status(u"import carried.json"_s), 2);
+        QCOMPARE(status(u"import carried.json --name there"_s), 0);
+        QCOMPARE(status(u"rename checksum here fast"_s), 0);
+        QCOMPARE(status(u"delete checksum settings"_s), 2);
+        QCOMPARE(status(u"delete checksum fast"_s), 0);
+        QStringList names;
+        for (const QJsonObject& preset :
+             jsonLines(cli.run(u"presets list checksum --json"_s).output)) {
+            names << preset[u"name"_s].toString();
+        }
+        QCOMPARE(names, (QStringList{u"settings"_s, u"there"_s}));
+        const QString folder = QFileInfo(cli.settingsFile()).path() + u"/presets/checksum"_s;
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        const Ran refused = cli.runAsOrdinaryUser(u"presets save checksum more"_s);
+        QCOMPARE(refused.status, 2);
+        QVERIFY2(refused.errors.contains(folder.toUtf8()), refused.errors.constData());
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
     void theManualRendersWithoutWarnings() {
         const Cli cli;
         const Ran ran =

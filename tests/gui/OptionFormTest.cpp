@@ -2,11 +2,15 @@
 
 #include "GuiRig.h"
 #include "app/FileKinds.h"
+#include "support/OptionCases.h"
 #include "support/Table.h"
 
 #include <QAbstractButton>
-#include <QAbstractSlider>
+#include <QAccessible>
+#include <QComboBox>
 #include <QLabel>
+#include <QMenu>
+#include <QToolButton>
 
 using namespace quav;
 using namespace quav::test;
@@ -15,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Control = OptionInfo::Control;
+using Otherwise = OptionInfo::Otherwise;
 
 /// A choice's controls are its words', the last of which is taken for all.
 QString controlName(const OptionInfo& option) {
@@ -24,18 +29,35 @@ QString controlName(const OptionInfo& option) {
                : key;
 }
 
-/// Brings a list about in which every option applies.
-void makeEverythingApply(GuiRig& rig, BaseTab& tab, const OptionInfo& option) {
-    rig.decode.addFiles({rig.noFlac(u"a.flac"_s)});
-    const OptionTable& table = tab.options().table();
-    if (const OptionInfo* command = table.row(u"commandOptions"); command && option.applies) {
-        for (const OptionChoice& choice : command->choices) {
-            tab.options().choose(*command, choice.value);
-            if (tab.options().applies(option)) {
-                return;
-            }
-        }
-    }
+QString accessibleName(QWidget* widget) {
+    return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+}
+
+bool takesTab(const QWidget* widget) {
+    return (widget->focusPolicy() & Qt::TabFocus) != 0;
+}
+
+/// Clicks a switch or a choice, which the options follow, and changes the option, which it follows.
+void clickAndFollow(QAbstractButton& button, const OptionInfo& option, TabOptions& options) {
+    QVERIFY2(button.text().contains(u'&'), "it has no mnemonic");
+    const QVariant before = options.values().value(option);
+    const bool isChoice = option.control == Control::Choice;
+    button.click();
+    QCOMPARE(options.values().value(option),
+             isChoice ? QVariant(option.choices.back().value) : QVariant(!before.toBool()));
+    options.choose(option, isChoice ? QVariant(option.choices.front().value) : before);
+    QCOMPARE(button.isChecked(), isChoice ? option.choices.size() == 1 : before.toBool());
+}
+
+/// The same with what holds a number.
+void setAndFollow(QWidget& control, const OptionInfo& option, TabOptions& options) {
+    QCOMPARE(control.property("minimum").toInt(), option.least());
+    QCOMPARE(control.property("maximum").toInt(), option.greatest());
+    control.setProperty("value", option.greatest());
+    control.setProperty("value", option.least());
+    QCOMPARE(options.values().value(option).toInt(), option.least());
+    options.choose(option, option.greatest());
+    QCOMPARE(control.property("value").toInt(), option.greatest());
 }
 
 } // namespace
@@ -45,71 +67,71 @@ class OptionFormTest : public QObject {
 
 private Q_SLOTS:
     void everyOptionOfTheFormAndOfTheTabAreOne_data() {
-        columns<QString, QString>("tab", "key");
-        GuiRig rig;
-        for (BaseTab* tab : {static_cast<BaseTab*>(&rig.decode), static_cast<BaseTab*>(&rig.encode),
-                             static_cast<BaseTab*>(&rig.checksum)}) {
-            for (const OptionInfo& option : tab->options().table().rows()) {
+        columns<const OptionTable*, const OptionInfo*>("table", "option");
+        for (const auto& [tab, table] : optionTables()) {
+            for (const OptionInfo& option : table->rows()) {
                 if (option.label) {
-                    const QString key = QString::fromLatin1(option.key);
-                    row(qPrintable(tab->label() + u' ' + key), tab->label(), key);
+                    row(qPrintable(tab + u' ' + QLatin1StringView(option.key)), table, &option);
                 }
             }
         }
     }
     void everyOptionOfTheFormAndOfTheTabAreOne() {
-        QFETCH(QString, tab);
-        QFETCH(QString, key);
-        GuiRig rig;
-        BaseTab& shownTab = tab == tabs::decode   ? static_cast<BaseTab&>(rig.decode)
-                            : tab == tabs::encode ? static_cast<BaseTab&>(rig.encode)
-                                                  : static_cast<BaseTab&>(rig.checksum);
-        rig.workbench.controller().selectTab(tab);
-        TabOptions& options = shownTab.options();
-        const OptionInfo& option = *options.table().row(key);
-        makeEverythingApply(rig, shownTab, option);
-
-        QWidget* control = nullptr;
-        for (QWidget* one : rig.window.findChildren<QWidget*>(controlName(option))) {
-            control = one->isVisible() ? one : control;
-        }
+        QFETCH(const OptionTable*, table);
+        QFETCH(const OptionInfo*, option);
+        OptionPlace place;
+        TabOptions options(*table, place.settings);
+        OptionForm form(options);
+        form.show();
+        auto* control = form.findChild<QWidget*>(controlName(*option));
         QVERIFY(control);
-        QVERIFY(control->isEnabled() && !control->toolTip().isEmpty());
-        QVERIFY2(control->focusPolicy() & Qt::TabFocus, "the keyboard does not reach it");
+        QVERIFY(makeApply(options, *option, true));
+        QVERIFY(control->isVisible() && control->isEnabled());
+        QVERIFY(!control->toolTip().isEmpty() && !accessibleName(control).isEmpty());
+        QVERIFY2(takesTab(control), "the keyboard does not reach it");
         if (auto* button = qobject_cast<QAbstractButton*>(control)) {
-            QVERIFY2(button->text().contains(u'&'), "it has no mnemonic");
-            const QVariant before = options.values().value(option);
-            button->click();
-            const QVariant after = options.values().value(option);
-            QCOMPARE(after, option.control == Control::Choice
-                                ? QVariant(option.choices.back().value)
-                                : QVariant(!before.toBool()));
-            if (before != after) {
-                options.choose(option, before);
-                QCOMPARE(button->isChecked(), before.toBool() && option.control == Control::Switch);
-            }
+            clickAndFollow(*button, *option, options);
         } else {
-            auto* slider = qobject_cast<QAbstractSlider*>(control);
-            QVERIFY(slider);
-            QCOMPARE(slider->minimum(), option.least());
-            QCOMPARE(slider->maximum(), option.greatest());
-            slider->setValue(slider->minimum());
-            QCOMPARE(options.values().value(option).toInt(), option.least());
-            options.choose(option, option.greatest());
-            QCOMPARE(slider->value(), option.greatest());
-            QVERIFY(shown<QLabel>(rig.window, qPrintable(QString::number(option.greatest()))));
+            setAndFollow(*control, *option, options);
+        }
+        if (makeApply(options, *option, false)) {
+            QVERIFY(!control->isEnabled() || !control->isVisible());
+            QCOMPARE(control->isVisible(), option->otherwise == Otherwise::Disabled);
         }
     }
 
-    void whatDoesNotApplyIsGreyOrGone() {
+    void theHeadOfTheFormShowsWhereTheOptionsStand() {
         GuiRig rig;
         rig.workbench.controller().selectTab(tabs::encode);
-        auto& level = *rig.window.findChild<QAbstractSlider*>(u"flacSlider"_s);
-        QVERIFY(level.isEnabled());
-        rig.encode.options().set(encodeOptions().flacLax, true);
-        QVERIFY(!level.isEnabled() && level.isVisible());
-        rig.encode.options().set(encodeOptions().flacLax, false);
-        QVERIFY(level.isEnabled());
+        QComboBox* box = nullptr;
+        for (auto* one : rig.window.findChildren<QComboBox*>(u"presetBox"_s)) {
+            box = one->isVisible() ? one : box;
+        }
+        QVERIFY(box && box->parentWidget());
+        auto& state = *box->parentWidget()->findChild<QLabel*>(u"presetState"_s);
+        auto& more = *box->parentWidget()->findChild<QToolButton*>(u"presetMenuButton"_s);
+        QVERIFY(takesTab(box) && takesTab(&more));
+        QVERIFY(!accessibleName(box).isEmpty() && !accessibleName(&more).isEmpty());
+        QVERIFY(becomesActive(rig.window));
+        box->setFocus();
+        QTest::keyClicks(box, u"Archive"_s);
+        QCOMPARE(rig.encode.options()[encodeOptions().flacLevel], 8);
+        QVERIFY(state.text().isEmpty());
+        rig.encode.options().set(encodeOptions().flacLevel, 4);
+        QVERIFY(!state.text().isEmpty() && !box->accessibleDescription().isEmpty());
+
+        const QList<QAction*> actions = more.menu()->actions();
+        const auto isEnabled = [&](const QString& text) {
+            return std::any_of(actions.begin(), actions.end(), [&](const QAction* action) {
+                return action->text().remove(u'&').startsWith(text) && action->isEnabled();
+            });
+        };
+        QVERIFY(!isEnabled(u"Rename"_s) && !isEnabled(u"Delete"_s) && isEnabled(u"Export"_s));
+        rig.prompts.line = u"mine"_s;
+        rig.encode.presets().saveAs();
+        QCOMPARE(box->currentText(), u"mine"_s);
+        QVERIFY(state.text().isEmpty());
+        QVERIFY(isEnabled(u"Rename"_s) && isEnabled(u"Delete"_s));
     }
 };
 
