@@ -1,10 +1,14 @@
 #include "cli/CommandLine.h"
 
+#include "app/FileKinds.h"
 #include "cli/OptionFlags.h"
 #include "codecs/DecodeOptions.h"
 #include "codecs/EncodeOptions.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
+#include "workbench/TabTable.h"
+
+#include <QHash>
 
 #include <CLI/CLI.hpp>
 
@@ -116,9 +120,10 @@ std::vector<std::string> settingKeys() {
 
 struct CommandLine::Parts {
     CLI::App app{
-        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
-                 "writes and verifies checksum files; tests compressed files. Does without a "
-                 "display what the window does.")),
+        plain(CommandLine::tr(
+            "Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
+            "writes and verifies checksum files; tests compressed files. Does without a "
+            "display what the window does.")),
         "quav-cli"};
     CLI::App* settings = nullptr;
     bool manual = false;
@@ -136,13 +141,15 @@ struct CommandLine::Parts {
     Options options;
 
     CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
-    void addEncode();
-    void addDecode();
+    CLI::App* addTabCommand(const TabRow& row, const QString& what);
+    void addTabs();
+    void addEncode(const TabRow& row);
+    void addDecode(const TabRow& row);
     void addFlags(CLI::App& command, const OptionValues& given);
     void addForPackagers();
     void addKey(CLI::App& command);
     void restrict(CLI::Option* option, const std::vector<std::string>& words);
-    void addChecksum();
+    void addChecksum(const TabRow& row);
     CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
                                 ChecksumCommand action);
     void addConversion(CLI::App& command, const ConversionOptions& rows);
@@ -160,6 +167,30 @@ CLI::App* CommandLine::Parts::addCommand(const char* name, const QString& what,
     CLI::App* added = app.add_subcommand(name, plain(what));
     added->callback([this, command] { options.command = command; });
     return added;
+}
+
+CLI::App* CommandLine::Parts::addTabCommand(const TabRow& row, const QString& what) {
+    CLI::App* added = app.add_subcommand(row.command, plain(what));
+    added->callback([this, label = row.label] {
+        options.command = Options::Command::Tab;
+        options.tab = label;
+    });
+    return added;
+}
+
+void CommandLine::Parts::addTabs() {
+    static const QHash<QString, void (Parts::*)(const TabRow&)> adders{
+        {tabs::decode, &Parts::addDecode},
+        {tabs::encode, &Parts::addEncode},
+        {tabs::checksum, &Parts::addChecksum},
+    };
+    for (const TabRow& row : tabTable()) {
+        if (row.command) {
+            const auto add = adders.value(row.label);
+            Q_ASSERT(add);
+            (this->*add)(row);
+        }
+    }
 }
 
 /// What prints something that a package brings; the help does not tell of it.
@@ -190,16 +221,15 @@ void CommandLine::Parts::addFlags(CLI::App& command, const OptionValues& given) 
     }
 }
 
-void CommandLine::Parts::addEncode() {
-    CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
+void CommandLine::Parts::addEncode(const TabRow& row) {
+    CLI::App* encode = addTabCommand(row, tr("Turn files into FLAC"));
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 }
 
-void CommandLine::Parts::addDecode() {
-    CLI::App* decode =
-        addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
+void CommandLine::Parts::addDecode(const TabRow& row) {
+    CLI::App* decode = addTabCommand(row, tr("Turn FLAC files back into WAV or AIFF"));
     addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
@@ -250,9 +280,8 @@ CLI::App* CommandLine::Parts::addChecksumAction(CLI::App& checksum, const char* 
     return command;
 }
 
-void CommandLine::Parts::addChecksum() {
-    CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
-                                    Options::Command::Checksum);
+void CommandLine::Parts::addChecksum(const TabRow& row) {
+    CLI::App* checksum = addTabCommand(row, tr("Write and verify checksum files, test files"));
     checksum->require_subcommand(1);
     CLI::App* create = addChecksumAction(
         *checksum, "create", tr("Write one checksum file over all files"), ChecksumCommand::Create);
@@ -351,9 +380,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<Parts>()) {
     parts_->addForPackagers();
     app.require_subcommand(0, 1);
     app.footer(examplesAndExitStatus());
-    parts_->addEncode();
-    parts_->addDecode();
-    parts_->addChecksum();
+    parts_->addTabs();
     parts_->addTools();
     parts_->addSettings();
 }

@@ -1,3 +1,4 @@
+#include "app/FileKinds.h"
 #include "cli/ChecksumRun.h"
 #include "cli/CommandLine.h"
 #include "cli/Completion.h"
@@ -10,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 
 #include <csignal>
 
@@ -17,10 +19,22 @@ using namespace quav;
 
 namespace {
 
+using Run = int (*)(const Options&, Settings&, Terminal&);
+
+template <class TabRun>
+int runOf(const Options& options, Settings& settings, Terminal& terminal) {
+    return TabRun(options, settings, terminal).run();
+}
+
 int runTab(const Options& options, Settings& settings, Terminal& terminal) {
-    return options.command == Options::Command::Checksum
-               ? ChecksumRun(options, settings, terminal).run()
-               : ConversionRun(options, settings, terminal).run();
+    static const QHash<QString, Run> runs{
+        {tabs::decode, runOf<ConversionRun>},
+        {tabs::encode, runOf<ConversionRun>},
+        {tabs::checksum, runOf<ChecksumRun>},
+    };
+    const Run run = runs.value(options.tab);
+    Q_ASSERT(run);
+    return run(options, settings, terminal);
 }
 
 int printCompletion(const CompletionOptions& options, const CommandLine& commandLine,
@@ -47,9 +61,7 @@ int run(const Options& options, const CommandLine& commandLine, Terminal& termin
         return printCompletion(options.completion, commandLine, terminal);
     case Options::Command::Tools:
         return listTools(options.toolsAsJson, terminal);
-    case Options::Command::Encode:
-    case Options::Command::Decode:
-    case Options::Command::Checksum:
+    case Options::Command::Tab:
     case Options::Command::Settings:
         break;
     }

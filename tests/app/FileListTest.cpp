@@ -27,8 +27,7 @@ class NoOptions : public OptionTable {};
 /// A tab without work of its own.
 class PlainTab : public BaseTab {
 public:
-    PlainTab(const QString& label, const Services& services)
-        : BaseTab(label, table(), services) {}
+    PlainTab(const QString& label, const Services& services) : BaseTab(label, table(), services) {}
 
     int shown = 0;
 
@@ -178,7 +177,7 @@ private Q_SLOTS:
         shell.controller.addFiles(shell.touch(names.split(u'|')));
         QTEST(Shell::names(shell.decode), "decode");
         QTEST(Shell::names(shell.encode), "encode");
-        QTEST(shell.controller.selectedTabLabel(), "selectedThen");
+        QTEST(shell.controller.selectedTabViewItem(), "selectedThen");
         QVERIFY(shell.prompts.delayedAlerts.isEmpty());
     }
 
@@ -190,7 +189,7 @@ private Q_SLOTS:
         shell.controller.addFiles({shell.rig.path(u"d"_s)});
         QCOMPARE(Shell::names(shell.encode), u"a.flac");
         shell.controller.selectTab(0);
-        QCOMPARE(shell.controller.selectedTabLabel(), u"decode");
+        QCOMPARE(shell.controller.selectedTabViewItem(), u"decode");
         QCOMPARE(shell.controller.tabLabels(), list("decode|encode|about"));
     }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "checksums/ChecksumTab.h"
 #include "codecs/DecodeOptions.h"
+#include "codecs/DecodeTab.h"
 #include "codecs/EncodeOptions.h"
+#include "codecs/EncodeTab.h"
 #include "gui/MainWindow.h"
 #include "gui/OutputWindows.h"
 #include "gui/StatusPanel.h"
@@ -116,9 +119,9 @@ public:
     FakeDesktop desktop;
     Workbench workbench;
     QUAVTaskQueue& queue = workbench.queue();
-    EncodeTab& encode = workbench.encodeTab();
-    DecodeTab& decode = workbench.decodeTab();
-    ChecksumTab& checksum = workbench.checksumTab();
+    EncodeTab& encode = workbench.tab<EncodeTab>();
+    DecodeTab& decode = workbench.tab<DecodeTab>();
+    ChecksumTab& checksum = workbench.tab<ChecksumTab>();
     OutputWindows outputWindows{prompts};
     StatusPanel panel{queue, outputWindows};
     MainWindow window{workbench, panel, outputWindows};
