@@ -37,8 +37,8 @@ void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("quav"));
     // No display name: it would be added to every window's title, and there is not much room.
     QApplication::setApplicationVersion(shortVersion());
-    QApplication::setDesktopFileName(QStringLiteral("quav"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quav")));
+    QApplication::setDesktopFileName(applicationId());
+    QApplication::setWindowIcon(QIcon::fromTheme(applicationId()));
     // Closing the last window ends nothing: the tools that run are waited for.
     QApplication::setQuitOnLastWindowClosed(false);
 }
