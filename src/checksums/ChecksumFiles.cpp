@@ -151,16 +151,14 @@ bool isForeign(const QString& path) {
 }
 
 bool mayReplace(const QString& path, UserPrompts& prompts) {
-    const auto tr = [](const char* text) {
-        return QCoreApplication::translate("ChecksumFiles", text);
-    };
     return !isForeign(path) ||
            prompts.confirm(
-               {tr(QT_TRANSLATE_NOOP("ChecksumFiles",
-                                     "This checksum file was not made by this program and will be "
-                                     "overwritten.  Are you sure you want to continue?")),
-                path, tr(QT_TRANSLATE_NOOP("ChecksumFiles", "No")),
-                tr(QT_TRANSLATE_NOOP("ChecksumFiles", "Yes")), false});
+               {QCoreApplication::translate("ChecksumFiles",
+                                            "This checksum file was not made by this program and "
+                                            "will be overwritten.  Are you sure you want to "
+                                            "continue?"),
+                path, QCoreApplication::translate("ChecksumFiles", "No"),
+                QCoreApplication::translate("ChecksumFiles", "Yes"), false});
 }
 
 bool areAllSameDirectory(const QStringList& paths) {

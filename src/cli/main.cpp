@@ -8,6 +8,7 @@
 #include "cli/Terminal.h"
 #include "cli/ToolsCommand.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -88,6 +89,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quav"));
+    const Translations translations;
 
     Terminal terminal;
     CommandLine commandLine;

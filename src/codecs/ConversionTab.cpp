@@ -25,10 +25,10 @@ namespace {
 /// A long list as a dialog can show it.
 QString namesForMessage(QStringList names) {
     constexpr qsizetype most = 20;
-    const qsizetype more = names.size() - most;
+    const int more = static_cast<int>(names.size() - most);
     if (more > 0) {
         names = names.first(most);
-        names << ConversionTab::tr("and %L1 more").arg(more);
+        names << ConversionTab::tr("and %Ln more", nullptr, more);
     }
     return names.join(u'\n');
 }
@@ -45,9 +45,8 @@ QString overwritingDetails(const ConversionPlan& plan) {
     if (locked.isEmpty()) {
         return plan.overwritten.first();
     }
-    return (locked.size() == 1
-                ? ConversionTab::tr("This one is write-protected:")
-                : ConversionTab::tr("These %L1 are write-protected:").arg(locked.size())) +
+    return ConversionTab::tr("These %Ln are write-protected:", nullptr,
+                             static_cast<int>(locked.size())) +
            u'\n' + namesForMessage(locked);
 }
 
@@ -128,7 +127,8 @@ CommandOutcome ConversionTab::executeCommand() {
     if (!confirmDelete(options()[rows_.deleteOriginals])) {
         return CommandOutcome::Declined;
     }
-    const auto folder = options()[rows_.beside] ? std::optional<QString>(QString()) : chooseOutputFolder();
+    const auto folder =
+        options()[rows_.beside] ? std::optional<QString>(QString()) : chooseOutputFolder();
     if (!folder) {
         return CommandOutcome::Declined;
     }
@@ -207,18 +207,15 @@ void ConversionTab::askAboutLosses(const std::vector<KeptOriginals::Original>& o
     if (originals.empty()) {
         return;
     }
-    const auto count = originals.size();
+    const int count = static_cast<int>(originals.size());
     QStringList names;
     for (const KeptOriginals::Original& original : originals) {
         names << lastPathComponent(original.path);
     }
     if (!services().prompts.confirm(
-            {count == 1
-                 ? tr("One source was kept, since not all of its tags, pictures and chunks are in "
-                      "the new file; its warning says which. Delete it all the same?")
-                 : tr("%L1 sources were kept, since not all of their tags, pictures and chunks are "
-                      "in the new files; the warnings say which. Delete them all the same?")
-                       .arg(count),
+            {tr("%Ln sources were kept, since not all of their tags, pictures and chunks are in "
+                "the new files; the warnings say which. Delete them all the same?",
+                nullptr, count),
              namesForMessage(names), tr("Keep"), tr("Delete"), false,
              QStringLiteral("--accept-losses")})) {
         return;

@@ -10,6 +10,7 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/StopSignals.h"
+#include "platform/Translations.h"
 #include "platform/Version.h"
 #include "workbench/Workbench.h"
 
@@ -111,6 +112,7 @@ void cleanUpAfterDeadRuns(const ClaimedFolders& claims, BackgroundWork& work,
 int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)>& whenReady) {
     QApplication application(argc, argv);
     nameApplication();
+    const Translations translations;
     const StartOptions options = readArguments(application);
 
     Settings settings(Settings::userFile());

@@ -10,6 +10,7 @@
 #include "gui/StatusPanel.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
@@ -111,6 +112,7 @@ public:
         return path;
     }
 
+    const Translations translations;
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
     QString tool = toolsDir.filePath(u"flac"_s);

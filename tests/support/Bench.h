@@ -8,6 +8,7 @@
 #include "codecs/EncodeTab.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
@@ -26,6 +27,7 @@ namespace quav::test {
 /// The whole program without a face, in a folder of its own and with the real tools: those of the
 /// build, which are found in QUAV_TOOLS, and those of the system.
 struct Bench {
+    const Translations translations;
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
     const bool hasOwnState =

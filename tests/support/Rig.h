@@ -7,6 +7,7 @@
 #include "platform/MainThread.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 #include "support/FakeDesktop.h"
 
 #include <QFile>
@@ -31,6 +32,7 @@ public:
     /// A path in the rig's own folder.
     QString path(const QString& name) const { return joinPath(folder.path(), name); }
 
+    const Translations translations;
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
     Settings settings{joinPath(folder.path(), u"settings.ini"_s)};
