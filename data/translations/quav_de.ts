@@ -989,7 +989,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>&amp;Test files</source>
-        <translation>Dateien &amp;testen</translation>
+        <translation>Date&amp;ien testen</translation>
     </message>
     <message>
         <source>Decode each FLAC, APE, WV and TTA file without writing anything</source>
@@ -997,7 +997,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>Create c&amp;hecksum file</source>
-        <translation>P&amp;rüfsummendatei erzeugen</translation>
+        <translation>Prüfsummendatei er&amp;zeugen</translation>
     </message>
     <message>
         <source>Write one checksum file over all files in the list</source>
@@ -1005,7 +1005,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>&amp;Verify checksum files</source>
-        <translation>&amp;Prüfsummendateien prüfen</translation>
+        <translation>Prüfs&amp;ummendateien prüfen</translation>
     </message>
     <message>
         <source>Check the files that the MD5, ST5 and FFP files in the list name; they are looked up beside their checksum file</source>
@@ -1081,7 +1081,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>Decode &amp;through errors</source>
-        <translation>Trotz &amp;Fehlern dekodieren</translation>
+        <translation>Tr&amp;otz Fehlern dekodieren</translation>
     </message>
     <message>
         <source>Go on after damage instead of stopping at it</source>
@@ -1149,7 +1149,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>F&amp;LAC</source>
-        <translation>F&amp;LAC</translation>
+        <translation>FLA&amp;C</translation>
     </message>
     <message>
         <source>Encode to FLAC files</source>
@@ -1864,32 +1864,32 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>T&amp;est</source>
-        <translation>T&amp;esten</translation>
+        <translation>&amp;Testen</translation>
     </message>
     <message numerus="yes">
         <source>T&amp;est %Ln files</source>
         <translation>
-            <numerusform>%Ln Datei t&amp;esten</numerusform>
-            <numerusform>%Ln Dateien t&amp;esten</numerusform>
+            <numerusform>%Ln Datei &amp;testen</numerusform>
+            <numerusform>%Ln Dateien &amp;testen</numerusform>
         </translation>
     </message>
     <message>
         <source>Cr&amp;eate</source>
-        <translation>&amp;Erzeugen</translation>
+        <translation>Erzeu&amp;gen</translation>
     </message>
     <message>
         <source>Cr&amp;eate …</source>
-        <translation>&amp;Erzeugen …</translation>
+        <translation>Erzeu&amp;gen …</translation>
     </message>
     <message>
         <source>V&amp;erify</source>
-        <translation>Prüf&amp;en</translation>
+        <translation>P&amp;rüfen</translation>
     </message>
     <message numerus="yes">
         <source>V&amp;erify %Ln files</source>
         <translation>
-            <numerusform>%Ln Datei prüf&amp;en</numerusform>
-            <numerusform>%Ln Dateien prüf&amp;en</numerusform>
+            <numerusform>%Ln Datei p&amp;rüfen</numerusform>
+            <numerusform>%Ln Dateien p&amp;rüfen</numerusform>
         </translation>
     </message>
     <message>
@@ -2023,13 +2023,13 @@ Exit-Status:</translation>
     <name>quav::DecodePage</name>
     <message>
         <source>&amp;Decode</source>
-        <translation>&amp;Dekodieren</translation>
+        <translation>De&amp;kodieren</translation>
     </message>
     <message numerus="yes">
         <source>&amp;Decode %Ln files</source>
         <translation>
-            <numerusform>%Ln Datei &amp;dekodieren</numerusform>
-            <numerusform>%Ln Dateien &amp;dekodieren</numerusform>
+            <numerusform>%Ln Datei de&amp;kodieren</numerusform>
+            <numerusform>%Ln Dateien de&amp;kodieren</numerusform>
         </translation>
     </message>
 </context>

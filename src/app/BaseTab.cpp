@@ -58,7 +58,7 @@ QStringList unusableIn(const DirectoryContents& contents) {
 
 BaseTab::BaseTab(QString label, const OptionTable& table, const Services& services)
     : label_(std::move(label)), services_(services), options_(table, services.settings) {
-    connect(&options_, &TabOptions::changed, this, [this] { displayRelevantOptions(); });
+    connect(&options_, &TabOptions::changed, this, &BaseTab::changeDisplayOptions);
 }
 
 void BaseTab::addFile(const QString& path) {
@@ -186,6 +186,10 @@ void BaseTab::deleteSelectedRows(const QSet<int>& rows) {
 void BaseTab::filterGivenExtension(const QString& extension) {
     files_.removeWithExtension(extension);
     Q_EMIT filesChanged();
+}
+
+void BaseTab::changeDisplayOptions() {
+    displayRelevantOptions();
 }
 
 void BaseTab::displayRelevantOptions() {
