@@ -71,17 +71,6 @@ void QUAVController::selectTab(const QString& label) {
     Q_EMIT selectedTabChanged(label);
 }
 
-QStringList QUAVController::getFiles(const QString& folder, QStringList& unusable) {
-    const DirectoryContents contents = walkDirectory(folder);
-    unusable << unusableIn(contents);
-    QStringList files;
-    std::copy_if(contents.files.begin(), contents.files.end(), std::back_inserter(files),
-                 [](const QString& file) {
-                     return !isBookkeepingFile(file) && !pathExtension(file).isEmpty();
-                 });
-    return files;
-}
-
 QStringList QUAVController::gather(const QStringList& paths) {
     QStringList files;
     QStringList unusable;
@@ -96,7 +85,12 @@ QStringList QUAVController::gather(const QStringList& paths) {
         } else if (!QFileInfo(path).isDir()) {
             files << path;
         } else {
-            files << getFiles(path, unusable);
+            const DirectoryContents contents = walkDirectory(path);
+            unusable << unusableIn(contents);
+            std::copy_if(contents.files.begin(), contents.files.end(), std::back_inserter(files),
+                         [](const QString& file) {
+                             return !isBookkeepingFile(file) && !pathExtension(file).isEmpty();
+                         });
         }
     }
     if (!unusable.isEmpty()) {

@@ -53,9 +53,6 @@ Q_SIGNALS:
 
 private:
     QStringList gather(const QStringList& paths);
-    /// All files in and below a folder that somebody may mean. Adds sentences about what cannot be
-    /// used.
-    static QStringList getFiles(const QString& folder, QStringList& unusable);
     void routeFromAbout(const QStringList& paths);
     /// The tab that takes a file which was dropped while no work tab was selected; empty: none.
     QString takerOf(const QString& path) const;
