@@ -909,6 +909,10 @@ Exit-Status:</translation>
         <source>COMMANDS</source>
         <translation>BEFEHLE</translation>
     </message>
+    <message>
+        <source>The languages of what the program says, the best one first; without it the locale&apos;s. There are English and German.</source>
+        <translation>Die Sprachen dessen, was das Programm sagt, die beste zuerst; ohne sie die der Locale. Es gibt Englisch und Deutsch.</translation>
+    </message>
 </context>
 <context>
     <name>OptionFlags</name>

@@ -50,7 +50,8 @@ private Q_SLOTS:
     void speaksTheLanguageOfTheEnvironment() {
         QFETCH(QString, language);
         QFETCH(QString, locale);
-        const Ended ended = runIn(language, locale, {u"encode"_s, u"--to"_s, u"flac"_s, u"--beside"_s, u"/nowhere"_s});
+        const Ended ended = runIn(
+            language, locale, {u"encode"_s, u"--to"_s, u"flac"_s, u"--beside"_s, u"/nowhere"_s});
         QTEST(ended.output.trimmed().section(u"” "_s, -1).section(u"“ "_s, -1), "says");
     }
 
