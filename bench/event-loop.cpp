@@ -2,6 +2,7 @@
 // process, and while a list of 10,000 files is verified, with the window and the status panel on
 // the screen; against an idle event loop.
 
+#include "checksums/ChecksumOptions.h"
 #include "checksums/ChecksumTab.h"
 #include "checksums/FileHash.h"
 #include "engine/QUAVAsyncNSTask.h"
