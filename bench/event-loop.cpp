@@ -2,6 +2,8 @@
 // process, and while a list of 10,000 files is verified, with the window and the status panel on
 // the screen; against an idle event loop.
 
+#include "checksums/ChecksumOptions.h"
+#include "checksums/ChecksumTab.h"
 #include "checksums/FileHash.h"
 #include "engine/QUAVAsyncNSTask.h"
 #include "engine/QUAVTaskResults.h"
@@ -80,7 +82,7 @@ void verifyEntries(bench::WindowRig& rig) {
     const QString digest = FileHash::md5HashOfFileAtPath(file.fileName()).value_or(QString());
     list.write((digest.toLatin1() + " *entry\n").repeated(entryCount));
     list.close();
-    ChecksumTab& tab = rig.workbench.checksumTab();
+    ChecksumTab& tab = rig.workbench.tab<ChecksumTab>();
     tab.options().set(checksumOptions().command, ChecksumCommand::Verify);
     tab.addFiles({list.fileName()});
     tab.executeCommand();

@@ -79,7 +79,7 @@ double findAndSort(const QString& root) {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     bench::WindowRig rig;
-    EncodeTab& tab = rig.workbench.encodeTab();
+    EncodeTab& tab = rig.workbench.tab<EncodeTab>();
     rig.workbench.controller().selectTab(tab.label());
     rig.window.show();
     paintNow(rig.window);

@@ -12,7 +12,8 @@ function(quav_completion shell path)
   get_filename_component(folder ${path} DIRECTORY)
   set(file ${completions}/${shell}-${name})
   list(SUBLIST ARGN 1 1 depends)
-  add_custom_command(OUTPUT ${file} COMMAND quav-cli --completion ${shell} ${ARGN} > ${file}
+  add_custom_command(OUTPUT ${file} COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C
+                     $<TARGET_FILE:quav-cli> --completion ${shell} ${ARGN} > ${file}
                      DEPENDS quav-cli ${depends} VERBATIM)
   install(FILES ${file} DESTINATION ${CMAKE_INSTALL_DATADIR}/${folder} RENAME ${name})
   set(made ${made} ${file} PARENT_SCOPE)

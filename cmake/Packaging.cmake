@@ -24,6 +24,8 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "flac, libqt6svg6, qt6-qpa-plugins")
 # The other tools that the tabs call.
 set(recommended ${QUAV_TOOL_PACKAGES})
 list(REMOVE_ITEM recommended flac)
+# Qt's own words, on the buttons of its dialogs.
+list(APPEND recommended qt6-translations-l10n)
 list(JOIN recommended ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 # What Debian asks of a package and an installation by hand does not need.

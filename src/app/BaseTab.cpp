@@ -59,7 +59,7 @@ QStringList unusableIn(const DirectoryContents& contents) {
 BaseTab::BaseTab(QString label, const OptionTable& table, const Services& services)
     : label_(std::move(label)), services_(services), options_(table, services.settings),
       presets_(options_, label_, services.settings, services.prompts) {
-    connect(&options_, &TabOptions::changed, this, [this] { displayRelevantOptions(); });
+    connect(&options_, &TabOptions::changed, this, &BaseTab::changeDisplayOptions);
 }
 
 void BaseTab::addFile(const QString& path) {
@@ -187,6 +187,10 @@ void BaseTab::deleteSelectedRows(const QSet<int>& rows) {
 void BaseTab::filterGivenExtension(const QString& extension) {
     files_.removeWithExtension(extension);
     Q_EMIT filesChanged();
+}
+
+void BaseTab::changeDisplayOptions() {
+    displayRelevantOptions();
 }
 
 void BaseTab::displayRelevantOptions() {

@@ -60,6 +60,9 @@ public:
     void deleteSelectedRows(const QSet<int>& rows);
     void filterGivenExtension(const QString& extension);
 
+    /// An option has changed.
+    void changeDisplayOptions();
+
     /// Called whenever an option has changed, and when the tab is selected.
     virtual void displayRelevantOptions();
 

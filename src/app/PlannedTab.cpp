@@ -35,10 +35,10 @@ QStringList lastPathComponents(const QStringList& paths) {
 
 QString PlannedTab::namesForMessage(QStringList names) {
     constexpr qsizetype most = 20;
-    const qsizetype more = names.size() - most;
+    const int more = static_cast<int>(names.size() - most);
     if (more > 0) {
         names = names.first(most);
-        names << tr("and %L1 more").arg(more);
+        names << tr("and %Ln more", nullptr, more);
     }
     return names.join(u'\n');
 }

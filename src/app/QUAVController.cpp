@@ -38,24 +38,19 @@ bool isPackedLossless(const QString& word) {
 QUAVController::QUAVController(const Services& services) : services_(services) {}
 
 void QUAVController::addTab(BaseTab& tab) {
-    tabs_.push_back(&tab);
+    labels_ << tab.label();
+    tabMap_.insert(tab.label(), &tab);
     if (selected_.isEmpty()) {
         selectTab(tab.label());
     }
 }
 
 QStringList QUAVController::tabLabels() const {
-    QStringList labels;
-    for (const BaseTab* tab : tabs_) {
-        labels << tab->label();
-    }
-    return labels << tabs::about;
+    return labels_ + QStringList(tabs::about);
 }
 
 BaseTab* QUAVController::tab(const QString& label) const {
-    const auto found = std::find_if(tabs_.begin(), tabs_.end(),
-                                    [&](const BaseTab* tab) { return tab->label() == label; });
-    return found == tabs_.end() ? nullptr : *found;
+    return tabMap_.value(label);
 }
 
 void QUAVController::selectTab(int index) {
@@ -159,7 +154,7 @@ bool QUAVController::applicationShouldTerminate() {
     }
     return services_.prompts.confirm(
         {tr("Tasks in Progress"),
-         tr("There are %1 tasks in the queue.  Are you sure you want to quit?").arg(count),
+         tr("There are %n tasks in the queue.  Are you sure you want to quit?", nullptr, count),
          tr("No"), tr("Yes"), false});
 }
 

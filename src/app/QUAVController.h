@@ -3,11 +3,10 @@
 #include "app/BaseTab.h"
 #include "app/Services.h"
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 namespace quav {
 
@@ -31,7 +30,10 @@ public:
 
     void selectTab(int index);
     void selectTab(const QString& label);
-    const QString& selectedTabLabel() const { return selected_; }
+    /// Its label.
+    const QString& selectedTabViewItem() const { return selected_; }
+
+    QUAVTaskQueue& taskQueue() const { return services_.queue; }
 
     /// Files that were dropped on the program or opened with it.
     void addFiles(const QStringList& paths);
@@ -56,7 +58,8 @@ private:
     QString takerOf(const QString& path) const;
 
     Services services_;
-    std::vector<BaseTab*> tabs_;
+    QStringList labels_; ///< of the tabs, in their order
+    QHash<QString, BaseTab*> tabMap_;
     QString selected_;
 };
 

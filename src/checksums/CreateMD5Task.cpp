@@ -81,13 +81,10 @@ void CreateMD5Task::warnOfLists() {
             others << file;
         }
     }
-    if (others.size() == 1) {
-        addWarning(tr("“%1” is an MD5 list, too: its entry will fail once that list is made again")
-                       .arg(others.first()));
-    } else if (!others.isEmpty()) {
-        addWarning(tr("%L1 of the files are MD5 lists, too, such as “%2”: their entries will fail "
-                      "once those lists are made again")
-                       .arg(others.size())
+    if (!others.isEmpty()) {
+        addWarning(tr("%Ln of the files are MD5 lists, too, such as “%1”: their entries will fail "
+                      "once those lists are made again",
+                      nullptr, static_cast<int>(others.size()))
                        .arg(others.first()));
     }
 }

@@ -10,9 +10,9 @@ namespace quav::listnames {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("ListNames", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(ListNames)
+};
 
 /// Where a verification looks for a name.
 QString placeOf(const QString& name, const QString& list) {
@@ -20,8 +20,8 @@ QString placeOf(const QString& name, const QString& list) {
 }
 
 struct Trouble {
-    qsizetype astray = 0;   ///< entries that do not lead to their file
-    qsizetype repeated = 0; ///< names that stand more than once
+    int astray = 0;         ///< entries that do not lead to their file
+    int repeated = 0;       ///< names that stand more than once
     qsizetype example = -1; ///< one of the entries
 };
 
@@ -41,33 +41,24 @@ Trouble troubleWith(const QStringList& names, const QStringList& files, const QS
     return trouble;
 }
 
-QString counted(qsizetype count, const char* one, const char* many) {
-    return count == 1 ? tr(one) : tr(many).arg(count);
-}
-
 QString inWords(const Trouble& trouble) {
     QStringList sentences;
     if (trouble.astray > 0) {
-        sentences << counted(
-            trouble.astray,
-            QT_TRANSLATE_NOOP("ListNames", "1 name in this list will not lead to its file."),
-            QT_TRANSLATE_NOOP("ListNames", "%L1 names in this list will not lead to their files."));
+        sentences << Words::tr("%Ln names in this list will not lead to their files.", nullptr,
+                               trouble.astray);
     }
     if (trouble.repeated > 0) {
-        sentences << counted(
-            trouble.repeated, QT_TRANSLATE_NOOP("ListNames", "1 name stands in it more than once."),
-            QT_TRANSLATE_NOOP("ListNames", "%L1 names stand in it more than once."));
+        sentences << Words::tr("%Ln names stand in it more than once.", nullptr, trouble.repeated);
     }
     return sentences.join(u' ');
 }
 
 QString advice(ChecksumKind kind, const QStringList& files) {
-    QString text = tr(QT_TRANSLATE_NOOP(
-        "ListNames", "To get lists that verify, make one for the files of each folder and save it "
-                     "beside them (--beside)."));
+    QString text =
+        Words::tr("To get lists that verify, make one for the files of each folder and save it "
+                  "beside them (--beside).");
     if (kind == ChecksumKind::Md5) {
-        text += u' ' + tr(QT_TRANSLATE_NOOP("ListNames",
-                                            "An MD5 list may also lie above its files, in “%1”."))
+        text += u' ' + Words::tr("An MD5 list may also lie above its files, in “%1”.")
                            .arg(checksumfiles::commonFolder(files));
     }
     return text;
@@ -95,13 +86,12 @@ std::optional<Question> questionBeforeNaming(ChecksumKind kind, const QStringLis
     if (trouble.example < 0) {
         return std::nullopt;
     }
-    const QString example = tr(QT_TRANSLATE_NOOP("ListNames", "“%1” would be “%2” in “%3”."))
+    const QString example = Words::tr("“%1” would be “%2” in “%3”.")
                                 .arg(files[trouble.example], names[trouble.example], list);
-    const QString question =
-        tr(QT_TRANSLATE_NOOP("ListNames", "Are you sure you want to continue?"));
+    const QString question = Words::tr("Are you sure you want to continue?");
     return Question{inWords(trouble) + QStringLiteral("  ") + question,
-                    example + u'\n' + advice(kind, files), tr(QT_TRANSLATE_NOOP("ListNames", "No")),
-                    tr(QT_TRANSLATE_NOOP("ListNames", "Yes")), false};
+                    example + u'\n' + advice(kind, files), Words::tr("No"), Words::tr("Yes"),
+                    false};
 }
 
 } // namespace quav::listnames

@@ -133,9 +133,8 @@ void VerifyListTask::sayHowItIsRead(const checksumlist::List& list, const QByteA
         say(tr("%1 : read although it is not in UTF-8 (read strictly: empty)").arg(title()));
     }
     if (list.passedOver > 0) {
-        say(list.passedOver == 1
-                ? tr("%1 : 1 line of text passed over").arg(title())
-                : tr("%1 : %L2 lines of text passed over").arg(title()).arg(list.passedOver));
+        say(tr("%1 : %Ln lines of text passed over", nullptr, static_cast<int>(list.passedOver))
+                .arg(title()));
     }
 }
 
@@ -163,20 +162,17 @@ namespace {
 
 /// How many entries another reading would do better with.
 struct Misspelt {
-    qsizetype matching = 0;  ///< the digest is what was found
-    qsizetype checkable = 0; ///< the file is there; the digest is not known
+    int matching = 0;  ///< the digest is what was found
+    int checkable = 0; ///< the file is there; the digest is not known
 
     QString inWords() const {
         QStringList parts;
-        const auto add = [&](qsizetype count, const QString& one, const QString& many) {
-            if (count > 0) {
-                parts << (count == 1 ? one : many.arg(count));
-            }
-        };
-        add(matching, VerifyListTask::tr("1 entry would match"),
-            VerifyListTask::tr("%L1 entries would match"));
-        add(checkable, VerifyListTask::tr("1 file could be found and checked"),
-            VerifyListTask::tr("%L1 files could be found and checked"));
+        if (matching > 0) {
+            parts << VerifyListTask::tr("%Ln entries would match", nullptr, matching);
+        }
+        if (checkable > 0) {
+            parts << VerifyListTask::tr("%Ln files could be found and checked", nullptr, checkable);
+        }
         return parts.join(QStringLiteral(", "));
     }
 };

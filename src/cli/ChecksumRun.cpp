@@ -10,7 +10,7 @@ ChecksumRun::ChecksumRun(const Options& options, Settings& settings, Terminal& t
     : TabRun(options.run, settings, terminal), options_(options.checksum) {}
 
 ChecksumTab& ChecksumRun::tab() {
-    return workbench().checksumTab();
+    return workbench().tab<ChecksumTab>();
 }
 
 void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "checksums/ChecksumTab.h"
 #include "cli/TabRun.h"
 
 #include <optional>

@@ -1,10 +1,14 @@
 #include "cli/CommandLine.h"
 
+#include "app/FileKinds.h"
 #include "cli/CommandLineParts.h"
 #include "codecs/DecodeOptions.h"
 #include "codecs/EncodeOptions.h"
 #include "platform/Settings.h"
 #include "platform/Version.h"
+#include "workbench/TabTable.h"
+
+#include <QHash>
 
 #include <algorithm>
 #include <sstream>
@@ -111,6 +115,30 @@ CLI::App* CommandLineParts::addCommand(const char* name, const QString& what,
     return added;
 }
 
+CLI::App* CommandLineParts::addTabCommand(const TabRow& row, const QString& what) {
+    CLI::App* added = app.add_subcommand(row.command, plain(what));
+    added->callback([this, label = row.label] {
+        options.command = Options::Command::Tab;
+        options.tab = label;
+    });
+    return added;
+}
+
+void CommandLineParts::addTabs() {
+    static const QHash<QString, void (CommandLineParts::*)(const TabRow&)> adders{
+        {tabs::decode, &CommandLineParts::addDecode},
+        {tabs::encode, &CommandLineParts::addEncode},
+        {tabs::checksum, &CommandLineParts::addChecksum},
+    };
+    for (const TabRow& row : tabTable()) {
+        if (row.command) {
+            const auto add = adders.value(row.label);
+            Q_ASSERT(add);
+            (this->*add)(row);
+        }
+    }
+}
+
 /// What prints something that a package brings; the help does not tell of it.
 void CommandLineParts::addForPackagers() {
     app.add_flag("--man", manual, plain(tr("Print the manual page and exit")))->group("");
@@ -145,16 +173,15 @@ OptionFlags::Flags CommandLineParts::addFlags(CLI::App& command, const OptionTab
     return added;
 }
 
-void CommandLineParts::addEncode() {
-    CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
+void CommandLineParts::addEncode(const TabRow& row) {
+    CLI::App* encode = addTabCommand(row, tr("Turn files into FLAC"));
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));
 }
 
-void CommandLineParts::addDecode() {
-    CLI::App* decode =
-        addCommand("decode", tr("Turn FLAC files back into WAV or AIFF"), Options::Command::Decode);
+void CommandLineParts::addDecode(const TabRow& row) {
+    CLI::App* decode = addTabCommand(row, tr("Turn FLAC files back into WAV or AIFF"));
     addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }
@@ -210,9 +237,8 @@ CLI::App* CommandLineParts::addChecksumAction(CLI::App& checksum, const char* na
     return command;
 }
 
-void CommandLineParts::addChecksum() {
-    CLI::App* checksum = addCommand("checksum", tr("Write and verify checksum files, test files"),
-                                    Options::Command::Checksum);
+void CommandLineParts::addChecksum(const TabRow& row) {
+    CLI::App* checksum = addTabCommand(row, tr("Write and verify checksum files, test files"));
     checksum->require_subcommand(1);
     CLI::App* create = addChecksumAction(
         *checksum, "create", tr("Write one checksum file over all files"), ChecksumCommand::Create);
@@ -313,9 +339,7 @@ CommandLine::CommandLine() : parts_(std::make_unique<CommandLineParts>()) {
     parts_->addForPackagers();
     app.require_subcommand(0, 1);
     app.footer(examplesAndExitStatus());
-    parts_->addEncode();
-    parts_->addDecode();
-    parts_->addChecksum();
+    parts_->addTabs();
     parts_->addTools();
     parts_->addSettings();
     parts_->addPresets();

@@ -14,6 +14,7 @@
 namespace quav {
 
 class ConversionOptions;
+struct TabRow;
 
 inline std::string plain(const QString& text) {
     return text.toStdString();
@@ -52,8 +53,10 @@ public:
     std::string presetFile;
 
     CLI::App* addCommand(const char* name, const QString& what, Options::Command command);
-    void addEncode();
-    void addDecode();
+    CLI::App* addTabCommand(const TabRow& row, const QString& what);
+    void addTabs();
+    void addEncode(const TabRow& row);
+    void addDecode(const TabRow& row);
     /// The flags of a tab's options, and --preset where there are any; `given` as OptionFlags has
     /// it.
     OptionFlags::Flags addFlags(CLI::App& command, const OptionTable& table,
@@ -62,7 +65,7 @@ public:
     void addForPackagers();
     void addKey(CLI::App& command);
     void restrict(CLI::Option* option, const std::vector<std::string>& words);
-    void addChecksum();
+    void addChecksum(const TabRow& row);
     CLI::App* addChecksumAction(CLI::App& checksum, const char* name, const QString& what,
                                 ChecksumCommand action);
     void addConversion(CLI::App& command, const ConversionOptions& rows);

@@ -5,14 +5,13 @@
 namespace quav {
 
 ConversionRun::ConversionRun(const Options& options, Settings& settings, Terminal& terminal)
-    : TabRun(options.run, settings, terminal), command_(options.command),
-      options_(options.conversion) {}
+    : TabRun(options.run, settings, terminal), options_(options.conversion),
+      tab_(qobject_cast<ConversionTab*>(workbench().controller().tab(options.tab))) {
+    Q_ASSERT(tab_);
+}
 
 ConversionTab& ConversionRun::tab() {
-    if (command_ == Options::Command::Encode) {
-        return workbench().encodeTab();
-    }
-    return workbench().decodeTab();
+    return *tab_;
 }
 
 int ConversionRun::run() {

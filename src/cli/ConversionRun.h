@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/TabRun.h"
+#include "codecs/ConversionTab.h"
 
 namespace quav {
 
@@ -9,7 +10,7 @@ class ConversionRun : private TabRun {
     Q_DECLARE_TR_FUNCTIONS(ConversionRun)
 
 public:
-    /// The options' command is one of the two.
+    /// The options' tab is one of the two.
     ConversionRun(const Options& options, Settings& settings, Terminal& terminal);
 
     /// The exit status.
@@ -21,8 +22,8 @@ private:
     bool chooseOutput();
     int convert();
 
-    Options::Command command_;
     ConversionArguments options_;
+    ConversionTab* tab_;
 };
 
 } // namespace quav

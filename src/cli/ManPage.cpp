@@ -167,6 +167,9 @@ void ManPageWriter::environment() {
     section(tr("ENVIRONMENT"));
     entry(bold(QStringLiteral("QUAV_TOOLS_DIR")),
           tr("The folder of the tools, if not the usual one."));
+    entry(bold(QStringLiteral("LANGUAGE")),
+          tr("The languages of what the program says, the best one first; without it the locale's. "
+             "There are English and German."));
 }
 
 void ManPageWriter::example(const QString& text, const QString& command) {

@@ -92,8 +92,9 @@ struct CompletionOptions {
 
 /// The whole command line, read.
 struct Options {
-    enum class Command { Encode, Decode, Checksum, Tools, Settings, Presets, Manual, Completion };
+    enum class Command { Tab, Tools, Settings, Presets, Manual, Completion };
     Command command = Command::Tools;
+    QString tab; ///< the label of the tab whose button Command::Tab presses
     RunOptions run;
     ConversionArguments conversion;
     ChecksumArguments checksum;

@@ -125,7 +125,7 @@ void PlanPrinter::printScript(const Job& job) {
     terminal_.print(QStringLiteral("# %1 → %2")
                         .arg(job.sources.size() == 1
                                  ? text::printable(job.source())
-                                 : tr("%Ln file(s)", nullptr, static_cast<int>(job.sources.size())),
+                                 : tr("%Ln files", nullptr, static_cast<int>(job.sources.size())),
                              text::printable(job.output())));
     for (const ToolCall& step : job.steps) {
         const QString command = text::shellCommand(tools_.tool(step.tool), step.arguments);

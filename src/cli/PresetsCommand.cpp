@@ -1,12 +1,9 @@
 #include "cli/PresetsCommand.h"
 
-#include "app/FileKinds.h"
-#include "checksums/ChecksumOptions.h"
 #include "cli/Json.h"
 #include "cli/Terminal.h"
 #include "cli/Text.h"
-#include "codecs/DecodeOptions.h"
-#include "codecs/EncodeOptions.h"
+#include "workbench/TabTable.h"
 
 #include <QFileInfo>
 
@@ -32,10 +29,14 @@ QString asFlag(const OptionInfo& option, const OptionValues& values) {
 
 } // namespace
 
-std::array<TabWithOptions, 3> tabsWithOptions() {
-    return {TabWithOptions{tabs::decode, decodeOptions()},
-            TabWithOptions{tabs::encode, encodeOptions()},
-            TabWithOptions{tabs::checksum, checksumOptions()}};
+std::vector<TabWithOptions> tabsWithOptions() {
+    std::vector<TabWithOptions> tabs;
+    for (const TabRow& row : tabTable()) {
+        if (row.options) {
+            tabs.push_back({row.label, *row.options});
+        }
+    }
+    return tabs;
 }
 
 PresetsCommand::PresetsCommand(const Options& options, const Settings& settings, Terminal& terminal)
@@ -165,8 +166,8 @@ int PresetsCommand::exportIt(const Presets& presets) {
 int PresetsCommand::import() {
     const QString wanted = Presets::tabIn(options_.file);
     const auto all = tabsWithOptions();
-    const auto* tab = std::find_if(all.begin(), all.end(),
-                                   [&](const TabWithOptions& one) { return one.name == wanted; });
+    const auto tab = std::find_if(all.begin(), all.end(),
+                                  [&](const TabWithOptions& one) { return one.name == wanted; });
     if (tab == all.end() && !wanted.isEmpty()) {
         return refuse(tr("The preset “%1” is for “%2”, which this version does not know.")
                           .arg(options_.file, wanted));

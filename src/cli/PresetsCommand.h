@@ -6,7 +6,7 @@
 
 #include <QCoreApplication>
 
-#include <array>
+#include <vector>
 
 namespace quav {
 
@@ -19,7 +19,7 @@ struct TabWithOptions {
     const OptionTable& options;
 };
 
-std::array<TabWithOptions, 3> tabsWithOptions();
+std::vector<TabWithOptions> tabsWithOptions();
 
 /// `presets`: lists, shows, makes and changes presets, and carries them over.
 class PresetsCommand {

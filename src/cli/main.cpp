@@ -1,3 +1,4 @@
+#include "app/FileKinds.h"
 #include "cli/ChecksumRun.h"
 #include "cli/CommandLine.h"
 #include "cli/Completion.h"
@@ -8,9 +9,11 @@
 #include "cli/Terminal.h"
 #include "cli/ToolsCommand.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 
 #include <csignal>
 
@@ -18,10 +21,22 @@ using namespace quav;
 
 namespace {
 
+using Run = int (*)(const Options&, Settings&, Terminal&);
+
+template <class TabRun>
+int runOf(const Options& options, Settings& settings, Terminal& terminal) {
+    return TabRun(options, settings, terminal).run();
+}
+
 int runTab(const Options& options, Settings& settings, Terminal& terminal) {
-    return options.command == Options::Command::Checksum
-               ? ChecksumRun(options, settings, terminal).run()
-               : ConversionRun(options, settings, terminal).run();
+    static const QHash<QString, Run> runs{
+        {tabs::decode, runOf<ConversionRun>},
+        {tabs::encode, runOf<ConversionRun>},
+        {tabs::checksum, runOf<ChecksumRun>},
+    };
+    const Run run = runs.value(options.tab);
+    Q_ASSERT(run);
+    return run(options, settings, terminal);
 }
 
 int printCompletion(const CompletionOptions& options, const CommandLine& commandLine,
@@ -48,9 +63,7 @@ int run(const Options& options, const CommandLine& commandLine, Terminal& termin
         return printCompletion(options.completion, commandLine, terminal);
     case Options::Command::Tools:
         return listTools(options.toolsAsJson, terminal);
-    case Options::Command::Encode:
-    case Options::Command::Decode:
-    case Options::Command::Checksum:
+    case Options::Command::Tab:
     case Options::Command::Settings:
     case Options::Command::Presets:
         break;
@@ -81,6 +94,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("quav"));
+    const Translations translations;
 
     Terminal terminal;
     CommandLine commandLine;

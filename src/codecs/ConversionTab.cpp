@@ -51,12 +51,10 @@ OutputGuard::Existing ConversionTab::overwriteAllOrNone(Plan& plan) const {
     QStringList locked;
     std::copy_if(overwritten.begin(), overwritten.end(), std::back_inserter(locked),
                  isWriteProtected);
-    const QString details =
-        locked.isEmpty()
-            ? overwritten.first()
-            : (locked.size() == 1 ? tr("This one is write-protected:")
-                                  : tr("These %L1 are write-protected:").arg(locked.size())) +
-                  u'\n' + namesForMessage(locked);
+    const QString details = locked.isEmpty() ? overwritten.first()
+                                             : tr("These %Ln are write-protected:", nullptr,
+                                                  static_cast<int>(locked.size())) +
+                                                   u'\n' + namesForMessage(locked);
     plan.questions.push_back({tr("One of the output files already exists and will be "
                                  "overwritten.  Are you sure you want to continue?"),
                               details, tr("No"), tr("Yes"), false});
@@ -120,18 +118,15 @@ void ConversionTab::askAboutLosses(const std::vector<KeptOriginals::Original>& o
     if (originals.empty()) {
         return;
     }
-    const auto count = originals.size();
+    const int count = static_cast<int>(originals.size());
     QStringList names;
     for (const KeptOriginals::Original& original : originals) {
         names << lastPathComponent(original.path);
     }
     if (!services().prompts.confirm(
-            {count == 1
-                 ? tr("One source was kept, since not all of its tags, pictures and chunks are in "
-                      "the new file; its warning says which. Delete it all the same?")
-                 : tr("%L1 sources were kept, since not all of their tags, pictures and chunks are "
-                      "in the new files; the warnings say which. Delete them all the same?")
-                       .arg(count),
+            {tr("%Ln sources were kept, since not all of their tags, pictures and chunks are in "
+                "the new files; the warnings say which. Delete them all the same?",
+                nullptr, count),
              namesForMessage(names), tr("Keep"), tr("Delete"), false,
              QStringLiteral("--accept-losses")})) {
         return;

@@ -27,20 +27,16 @@ void BatchSummary::add(const QUAVTask& task) {
 
 QStringList BatchSummary::sentences() const {
     QStringList all;
-    const auto add = [&all](int count, const QString& one, const QString& several) {
+    const auto add = [&all](int count, const QString& sentence) {
         if (count > 0) {
-            all << (count == 1 ? one : several);
+            all << sentence;
         }
     };
-    add(done_, tr("1 task is done."), tr("%Ln tasks are done.", nullptr, done_));
-    add(cancelled_, tr("1 task was canceled."),
-        tr("%Ln tasks were canceled.", nullptr, cancelled_));
-    add(files_.failed, tr("1 file is damaged."),
-        tr("%Ln files are damaged.", nullptr, files_.failed));
-    add(files_.missing, tr("1 file is missing."),
-        tr("%Ln files are missing.", nullptr, files_.missing));
-    add(files_.unreadable, tr("1 file could not be read."),
-        tr("%Ln files could not be read.", nullptr, files_.unreadable));
+    add(done_, tr("%Ln tasks are done.", nullptr, done_));
+    add(cancelled_, tr("%Ln tasks were canceled.", nullptr, cancelled_));
+    add(files_.failed, tr("%Ln files are damaged.", nullptr, files_.failed));
+    add(files_.missing, tr("%Ln files are missing.", nullptr, files_.missing));
+    add(files_.unreadable, tr("%Ln files could not be read.", nullptr, files_.unreadable));
     return all;
 }
 
@@ -49,15 +45,13 @@ QString BatchSummary::failures() const {
     if (failed_ > firstFailed_.size()) {
         names += QStringLiteral(", …");
     }
-    return failed_ == 1 ? tr("1 task failed: %1").arg(names)
-                        : tr("%Ln tasks failed: %1", nullptr, failed_).arg(names);
+    return tr("%Ln tasks failed: %1", nullptr, failed_).arg(names);
 }
 
 QString BatchSummary::text() const {
     QStringList all = sentences();
     if (failed_ > 0) {
-        all.prepend(failed_ == 1 ? tr("1 task failed.")
-                                 : tr("%Ln tasks failed.", nullptr, failed_));
+        all.prepend(tr("%Ln tasks failed.", nullptr, failed_));
     }
     return all.join(u' ');
 }

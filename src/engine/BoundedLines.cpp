@@ -21,10 +21,9 @@ void BoundedLines::add(const QString& line) {
 QStringList BoundedLines::lines() const {
     QStringList all = first_;
     if (more_ > 0) {
-        all << (more_ == 1
-                    ? QCoreApplication::translate("BoundedLines", "and one more that is not shown")
-                    : QCoreApplication::translate("BoundedLines", "and %L1 more that are not shown")
-                          .arg(more_));
+        const int more = static_cast<int>(more_);
+        all << QCoreApplication::translate("BoundedLines", "and %Ln more that are not shown",
+                                           nullptr, more);
     }
     return all;
 }

@@ -30,9 +30,9 @@ constexpr std::uint64_t leastRoom = 65536;
 constexpr std::uint64_t leastFill = 16384;
 constexpr std::uint64_t overhead = 64;
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("FailureReason", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(FailureReason)
+};
 
 /// Where the line around a place begins and ends.
 QStringView lineAround(QStringView text, qsizetype at) {
@@ -95,14 +95,13 @@ bool saysNothing(const QString& line) {
 
 QString failedSilently(const FailureFacts& facts, const QString& line) {
     if (facts.tool.isEmpty() || facts.exitStatus == 0) {
-        return line.isEmpty() ? translated("It failed, and nothing says why")
-                              : translated("It failed: %1").arg(line);
+        return line.isEmpty() ? Words::tr("It failed, and nothing says why")
+                              : Words::tr("It failed: %1").arg(line);
     }
     const QString status = QString::number(facts.exitStatus);
     return line.isEmpty()
-               ? translated("%1 failed with exit status %2 and said nothing")
-                     .arg(facts.tool, status)
-               : translated("%1 failed with exit status %2: %3").arg(facts.tool, status, line);
+               ? Words::tr("%1 failed with exit status %2 and said nothing").arg(facts.tool, status)
+               : Words::tr("%1 failed with exit status %2: %3").arg(facts.tool, status, line);
 }
 
 } // namespace
@@ -117,7 +116,7 @@ QString failureReason(const FailureFacts& facts, const QString& said) {
     }
     if (wasKilled(facts.exitStatus)) {
         const int number = facts.exitStatus - signalledBase;
-        return translated("%1 was ended by signal %2 (%3)")
+        return Words::tr("%1 was ended by signal %2 (%3)")
             .arg(facts.tool, QString::number(number), QString::fromLatin1(sigdescr_np(number)));
     }
     if (facts.exitStatus == 0 && !facts.own.isEmpty()) {
@@ -133,16 +132,16 @@ QString failureReason(const FailureFacts& facts, const QString& said) {
 }
 
 QString endedForStalling(const QString& tool, std::chrono::milliseconds quiet) {
-    return translated("%1 neither read, wrote nor printed anything for %2 and was ended")
+    return Words::tr("%1 neither read, wrote nor printed anything for %2 and was ended")
         .arg(tool, spanInWords(quiet));
 }
 
 QString spanInWords(std::chrono::milliseconds span) {
     const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(span);
     if (minutes.count() > 0) {
-        return translated("%1 min").arg(minutes.count());
+        return Words::tr("%1 min").arg(minutes.count());
     }
-    return translated("%1 s").arg(std::chrono::round<std::chrono::seconds>(span).count());
+    return Words::tr("%1 s").arg(std::chrono::round<std::chrono::seconds>(span).count());
 }
 
 bool isDiskFullFor(const QString& output, std::uint64_t bytesWritten) {

@@ -20,10 +20,6 @@ namespace quav {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("FileConversion", text);
-}
-
 bool isFlac(const QString& path) {
     return formatWord(path) == u"FLAC";
 }
@@ -344,7 +340,9 @@ void FileConversion::removeSource() {
 
 QString deleteOriginal(const QString& path, const Settings& settings, DesktopServices& desktop) {
     Util::deleteFile(path, settings, desktop);
-    return isTaken(path) ? tr("the original could not be deleted and is still there") : QString();
+    return isTaken(path)
+               ? FileConversion::tr("the original could not be deleted and is still there")
+               : QString();
 }
 
 } // namespace quav

@@ -4,6 +4,7 @@
 #include "platform/FileIdentity.h"
 #include "platform/SoundProof.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -54,6 +55,8 @@ private:
 /// when the user asked for it and all of it is there. The task hears of everything through its
 /// warnings, its report and its error flag.
 class FileConversion {
+    Q_DECLARE_TR_FUNCTIONS(FileConversion)
+
 public:
     /// The things belong to whoever made them and outlive the conversion.
     struct Surroundings {

@@ -35,10 +35,6 @@ const QString prefix = QStringLiteral(".quav-");
 const QString claimSuffix = QStringLiteral(".claim");
 const QString asideSuffix = QStringLiteral(".aside");
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("OutputClaim", text);
-}
-
 /// Not made from the output's name, which may be as long as names can be.
 QString hiddenPath(const QString& output, const QString& suffix) {
     const QByteArray digest = QCryptographicHash::hash(QFile::encodeName(lastPathComponent(output)),
@@ -108,12 +104,13 @@ struct Record {
 
 QString holder(const Record& record, const QString& output) {
     if (record.process.toLongLong() == ::getpid()) {
-        return tr("“%1” is being written by another task of this program.").arg(output);
+        return OutputClaim::tr("“%1” is being written by another task of this program.")
+            .arg(output);
     }
     if (record.process.isEmpty()) {
-        return tr("“%1” is being written by another program.").arg(output);
+        return OutputClaim::tr("“%1” is being written by another program.").arg(output);
     }
-    return tr("“%1” is being written by %2 (process %3).")
+    return OutputClaim::tr("“%1” is being written by %2 (process %3).")
         .arg(output, record.program, QString::fromLatin1(record.process));
 }
 
@@ -138,28 +135,35 @@ QStringList cleanUp(const Record& record, qint64 lastSign) {
     const bool isHalf = (record.state == word(OutputClaim::State::Making) || hasAside) &&
                         isOfTheDead(record.output, lastSign);
     if (isHalf && !QFile::remove(record.output)) {
-        return {tr("“%1” is only half written, since its program was ended, and cannot be removed.")
-                    .arg(record.output)};
+        return {
+            OutputClaim::tr(
+                "“%1” is only half written, since its program was ended, and cannot be removed.")
+                .arg(record.output)};
     }
     if (!hasAside && !isHalf && record.state == word(OutputClaim::State::Making) &&
         isTaken(record.output)) {
-        return {tr("“%1” was being written when its program was ended, and has been changed since. "
-                   "Look whether it is whole.")
-                    .arg(record.output)};
+        return {
+            OutputClaim::tr(
+                "“%1” was being written when its program was ended, and has been changed since. "
+                "Look whether it is whole.")
+                .arg(record.output)};
     }
     if (!hasAside) {
-        return isHalf ? QStringList(tr("“%1” was only half written when its program was ended. It "
-                                       "was removed.")
+        return isHalf ? QStringList(OutputClaim::tr(
+                                        "“%1” was only half written when its program was ended. It "
+                                        "was removed.")
                                         .arg(record.output))
                       : QStringList();
     }
     // A link keeps what stands there from being written over.
     const bool isBack = !isTaken(record.output) && QFile::rename(record.aside, record.output);
-    return {isBack ? tr("“%1” was being replaced when its program was ended. The earlier file is "
-                        "back.")
+    return {isBack ? OutputClaim::tr(
+                         "“%1” was being replaced when its program was ended. The earlier file is "
+                         "back.")
                          .arg(record.output)
-                   : tr("“%1” was being replaced when its program was ended. The earlier file is "
-                        "now “%2”.")
+                   : OutputClaim::tr(
+                         "“%1” was being replaced when its program was ended. The earlier file is "
+                         "now “%2”.")
                          .arg(record.output, record.aside)};
 }
 

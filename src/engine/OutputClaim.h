@@ -2,6 +2,7 @@
 
 #include "platform/FileDescriptor.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -23,6 +24,8 @@ namespace quav {
 ///     leftover
 ///     state replacing
 class OutputClaim {
+    Q_DECLARE_TR_FUNCTIONS(OutputClaim)
+
 public:
     enum class State {
         Untouched, ///< what stands at the output's place is not ours

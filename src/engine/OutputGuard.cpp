@@ -24,10 +24,6 @@ using State = OutputClaim::State;
     throw std::runtime_error(sentence.toStdString());
 }
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("OutputGuard", text);
-}
-
 /// What `flac` calls its output while it overwrites its own source; a killed one leaves it behind.
 QString ownLeftover(const QString& output) {
     return output + QStringLiteral(".tmp,fl-ac+en'c");

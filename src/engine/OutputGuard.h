@@ -2,6 +2,7 @@
 
 #include "engine/OutputClaim.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -14,6 +15,8 @@ class ClaimedFolders;
 /// overwritten is put aside under a hidden name beside it and comes back if the tool fails. A
 /// source that is overwritten by its own conversion is kept aside in the same way.
 class OutputGuard {
+    Q_DECLARE_TR_FUNCTIONS(OutputGuard)
+
 public:
     enum class Existing { Keep, Overwrite };
 

@@ -13,9 +13,9 @@ namespace quav {
 
 namespace {
 
-QString rowText(const char* text) {
-    return QCoreApplication::translate("TaskRow", text);
-}
+struct RowWords {
+    Q_DECLARE_TR_FUNCTIONS(TaskRow)
+};
 
 } // namespace
 
@@ -69,9 +69,9 @@ void QUAVTask::setStalledFor(std::chrono::milliseconds quiet) {
         statusBehindStall_ = row_.statusLine;
     }
     row_.stalled = quiet.count() > 0;
-    row_.statusLine = row_.stalled
-                          ? rowText("Stalled for %1; the tool can be ended").arg(spanInWords(quiet))
-                          : statusBehindStall_;
+    row_.statusLine =
+        row_.stalled ? RowWords::tr("Stalled for %1; the tool can be ended").arg(spanInWords(quiet))
+                     : statusBehindStall_;
     queue_.rowChanged(*this);
 }
 
@@ -299,16 +299,16 @@ void QUAVTask::setGuiFields() {
         row_.statusLine = statusBehindStall_;
     }
     if (cancelled_) {
-        row_.mainLine = rowText("Canceled");
+        row_.mainLine = RowWords::tr("Canceled");
         row_.mainLineColour = TaskRow::Colour::Red;
     } else if (error()) {
         qWarning().noquote() << description() << "Error";
-        row_.statusLine = rowText("Error");
+        row_.statusLine = RowWords::tr("Error");
         row_.mainLineColour = TaskRow::Colour::Red;
         row_.barAnimated = false;
     } else {
         row_.mainLineColour = TaskRow::Colour::DarkGreen;
-        row_.statusLine = rowText("Complete");
+        row_.statusLine = RowWords::tr("Complete");
         row_.barVisible = false;
     }
     row_.cancelButtonVisible = false;

@@ -10,6 +10,7 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/StopSignals.h"
+#include "platform/Translations.h"
 #include "platform/Version.h"
 #include "workbench/Workbench.h"
 
@@ -37,8 +38,8 @@ void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("quav"));
     // No display name: it would be added to every window's title, and there is not much room.
     QApplication::setApplicationVersion(shortVersion());
-    QApplication::setDesktopFileName(QStringLiteral("quav"));
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quav")));
+    QApplication::setDesktopFileName(applicationId());
+    QApplication::setWindowIcon(QIcon::fromTheme(applicationId()));
     // Closing the last window ends nothing: the tools that run are waited for.
     QApplication::setQuitOnLastWindowClosed(false);
 }
@@ -111,6 +112,7 @@ void cleanUpAfterDeadRuns(const ClaimedFolders& claims, BackgroundWork& work,
 int runApplication(int& argc, char** argv, const std::function<void(MainWindow&)>& whenReady) {
     QApplication application(argc, argv);
     nameApplication();
+    const Translations translations;
     const StartOptions options = readArguments(application);
 
     Settings settings(Settings::userFile());

@@ -2,25 +2,33 @@
 
 #include "checksums/ChecksumOptions.h"
 #include "checksums/ChecksumTab.h"
+#include "platform/PathNames.h"
 
 namespace quav {
 
 ChecksumPage::ChecksumPage(ChecksumTab& tab, QWidget* parent) : TabPage(tab, parent), tab_(tab) {
+    connect(&tab, &ChecksumTab::fingerprintsWritten, this,
+            [this](const QString& path, const Verdicts& /*verdicts*/, const QStringList& warnings,
+                   const QStringList& failures) {
+                Q_EMIT told(failures.isEmpty() ? tr("Saved %1").arg(path)
+                                               : tr("Failed: %1").arg(lastPathComponent(path)));
+                QStringList said = failures + warnings;
+                said.removeDuplicates();
+                if (!said.isEmpty()) {
+                    Q_EMIT warned(said.join(u'\n') + u'\n');
+                }
+            });
     refresh();
 }
 
 QString ChecksumPage::actionText(int files) const {
-    const auto counted = [files](const QString& none, const QString& one, const QString& many) {
-        return files == 0 ? none : files == 1 ? one : many.arg(files);
-    };
     switch (tab_.options()[checksumOptions().command]) {
     case ChecksumCommand::Test:
-        return counted(tr("T&est"), tr("T&est 1 file"), tr("T&est %L1 files"));
+        return files == 0 ? tr("T&est") : tr("T&est %Ln files", nullptr, files);
     case ChecksumCommand::Create:
-        return tr("Cr&eate") +
-               (tab_.options()[checksumOptions().sourceSave] ? QString() : tr(" …"));
+        return tab_.options()[checksumOptions().sourceSave] ? tr("Cr&eate") : tr("Cr&eate …");
     case ChecksumCommand::Verify:
-        return counted(tr("V&erify"), tr("V&erify 1 file"), tr("V&erify %L1 files"));
+        return files == 0 ? tr("V&erify") : tr("V&erify %Ln files", nullptr, files);
     }
     return {};
 }

@@ -12,8 +12,8 @@ QString ConversionPage::destinationText() const {
                                               : tr("Output: asks for a folder");
 }
 
-QString ConversionPage::ellipsis() const {
-    return tab_.options()[tab_.rows().beside] ? QString() : tr(" …");
+QString ConversionPage::asking(const QString& action) const {
+    return tab_.options()[tab_.rows().beside] ? action : tr("%1 …").arg(action);
 }
 
 } // namespace quav

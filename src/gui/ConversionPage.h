@@ -15,8 +15,8 @@ protected:
 
     QString destinationText() const override;
 
-    /// Behind the action's words while it asks for a folder first.
-    QString ellipsis() const;
+    /// The action's words, marked while it asks for a folder first.
+    QString asking(const QString& action) const;
 
 private:
     ConversionTab& tab_;

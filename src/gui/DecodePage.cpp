@@ -9,10 +9,7 @@ DecodePage::DecodePage(DecodeTab& tab, QWidget* parent) : ConversionPage(tab, pa
 }
 
 QString DecodePage::actionText(int files) const {
-    if (files == 0) {
-        return tr("&Decode");
-    }
-    return (files == 1 ? tr("&Decode 1 file") : tr("&Decode %L1 files").arg(files)) + ellipsis();
+    return asking(files == 0 ? tr("&Decode") : tr("&Decode %Ln files", nullptr, files));
 }
 
 } // namespace quav

@@ -9,10 +9,7 @@ EncodePage::EncodePage(EncodeTab& tab, QWidget* parent) : ConversionPage(tab, pa
 }
 
 QString EncodePage::actionText(int files) const {
-    if (files == 0) {
-        return tr("&Encode");
-    }
-    return (files == 1 ? tr("&Encode 1 file") : tr("&Encode %L1 files").arg(files)) + ellipsis();
+    return asking(files == 0 ? tr("&Encode") : tr("&Encode %Ln files", nullptr, files));
 }
 
 } // namespace quav

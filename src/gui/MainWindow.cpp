@@ -1,16 +1,13 @@
 #include "gui/MainWindow.h"
 
-#include "app/FileKinds.h"
-#include "gui/AboutPage.h"
-#include "gui/ChecksumPage.h"
-#include "gui/DecodePage.h"
 #include "gui/DroppedFiles.h"
-#include "gui/EncodePage.h"
 #include "gui/OutputWindows.h"
+#include "gui/Pages.h"
 #include "gui/StatusPanel.h"
 #include "gui/SummaryLine.h"
+#include "gui/TabPage.h"
 #include "gui/WarningsLine.h"
-#include "platform/PathNames.h"
+#include "workbench/TabTable.h"
 #include "workbench/Workbench.h"
 
 #include <QAction>
@@ -18,11 +15,13 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QDropEvent>
+#include <QIcon>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -68,46 +67,28 @@ MainWindow::MainWindow(Workbench& workbench, StatusPanel& panel, OutputWindows& 
 
 void MainWindow::addPages() {
     QUAVController& controller = workbench_.controller();
-    const QStringList labels = controller.tabLabels();
-    for (const QString& label : labels) {
-        tabs_->addTab(makePage(label), label);
+    for (const TabRow& row : tabTable()) {
+        QWidget* page = makePage(row.label, controller.tab(row.label));
+        tabs_->addTab(page, row.title());
+        if (auto* worker = qobject_cast<TabPage*>(page)) {
+            connect(worker, &TabPage::told, this,
+                    [this](const QString& sentence) { statusBar()->showMessage(sentence); });
+            connect(worker, &TabPage::warned, this,
+                    [this](const QString& text) { outputWindows_.show(text, tr("Warnings")); });
+        }
     }
-    const auto select = [this, labels](const QString& label) {
-        tabs_->setCurrentIndex(static_cast<int>(labels.indexOf(label)));
-    };
-    select(controller.selectedTabLabel());
-    connect(&controller, &QUAVController::selectedTabChanged, tabs_, select);
-    connect(tabs_, &QTabWidget::currentChanged, &controller,
-            [&controller](int index) { controller.selectTab(index); });
+    showSelectedPage();
+    connect(&controller, &QUAVController::selectedTabChanged, this, &MainWindow::showSelectedPage);
+    connect(tabs_, &QTabWidget::currentChanged, &controller, [&controller](int index) {
+        controller.selectTab(tabTable()[static_cast<size_t>(index)].label);
+    });
 }
 
-QWidget* MainWindow::makePage(const QString& label) {
-    if (label == tabs::decode) {
-        return new DecodePage(workbench_.decodeTab());
-    }
-    if (label == tabs::encode) {
-        return new EncodePage(workbench_.encodeTab());
-    }
-    if (label == tabs::checksum) {
-        ChecksumTab& tab = workbench_.checksumTab();
-        connect(&tab, &ChecksumTab::fingerprintsWritten, this,
-                [this](const QString& path, const Verdicts& /*verdicts*/,
-                       const QStringList& warnings, const QStringList& failures) {
-                    statusBar()->showMessage(failures.isEmpty()
-                                                 ? tr("Saved %1").arg(path)
-                                                 : tr("Failed: %1").arg(lastPathComponent(path)));
-                    QStringList said = failures + warnings;
-                    said.removeDuplicates();
-                    if (!said.isEmpty()) {
-                        outputWindows_.show(said.join(u'\n') + u'\n', tr("Warnings"));
-                    }
-                });
-        return new ChecksumPage(tab);
-    }
-    if (label == tabs::about) {
-        return new AboutPage;
-    }
-    Q_UNREACHABLE();
+void MainWindow::showSelectedPage() {
+    const QString& selected = workbench_.controller().selectedTabViewItem();
+    const auto found = std::find_if(tabTable().begin(), tabTable().end(),
+                                    [&](const TabRow& row) { return row.label == selected; });
+    tabs_->setCurrentIndex(static_cast<int>(found - tabTable().begin()));
 }
 
 void MainWindow::buildFileMenu() {
@@ -117,7 +98,7 @@ void MainWindow::buildFileMenu() {
     const auto enable = [this, add](const QString& label) {
         add->setEnabled(workbench_.controller().tab(label) != nullptr);
     };
-    enable(workbench_.controller().selectedTabLabel());
+    enable(workbench_.controller().selectedTabViewItem());
     connect(&workbench_.controller(), &QUAVController::selectedTabChanged, add, enable);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), this, &MainWindow::quit);
@@ -125,12 +106,14 @@ void MainWindow::buildFileMenu() {
 
 void MainWindow::buildWindowMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Window"));
-    for (int index = 0; index < tabs_->count(); ++index) {
-        QAction* action = menu->addAction(tabs_->tabText(index), tabs_,
-                                          [this, index] { tabs_->setCurrentIndex(index); });
+    int index = 0;
+    for (const TabRow& row : tabTable()) {
+        QAction* action = menu->addAction(QIcon::fromTheme(QLatin1String(row.icon)), row.title(),
+                                          tabs_, [this, index] { tabs_->setCurrentIndex(index); });
         if (index < 9) {
             action->setShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_1 + index)));
         }
+        ++index;
     }
     menu->addSeparator();
     menu->addAction(tr("&Status Panel"), QKeySequence(Qt::CTRL | Qt::Key_J), &panel_,
@@ -139,7 +122,7 @@ void MainWindow::buildWindowMenu() {
 
 void MainWindow::addFiles() {
     QUAVController& controller = workbench_.controller();
-    if (BaseTab* tab = controller.tab(controller.selectedTabLabel())) {
+    if (BaseTab* tab = controller.tab(controller.selectedTabViewItem())) {
         tab->addButtonClick();
     }
 }

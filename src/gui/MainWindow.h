@@ -47,7 +47,7 @@ protected:
 
 private:
     void addPages();
-    QWidget* makePage(const QString& label);
+    void showSelectedPage();
     void buildFileMenu();
     void buildWindowMenu();
     void addFiles();

@@ -101,8 +101,8 @@ QString OutputWindow::shownText() const {
         return text_.text();
     }
     return text_.beginning(shownAtEachEnd) +
-           tr("\n\n[About %L1 MB are left out here. Save the text to have all of it.]\n\n")
-               .arg(std::max<qint64>(1, (leftOut + megabyte / 2) / megabyte)) +
+           tr("\n\n[About %Ln MB are left out here. Save the text to have all of it.]\n\n", nullptr,
+              static_cast<int>(std::max<qint64>(1, (leftOut + megabyte / 2) / megabyte))) +
            text_.ending(shownAtEachEnd);
 }
 

@@ -1,5 +1,7 @@
 #include "gui/SingleInstance.h"
 
+#include "platform/Version.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QUrl>
@@ -11,11 +13,14 @@ namespace quav {
 
 namespace {
 
-const QString service = QStringLiteral("quav.Workbench");
-const QString objectPath = QStringLiteral("/quav/Workbench");
 const QString interfaceName = QStringLiteral("org.freedesktop.Application");
 const QString activationToken = QStringLiteral("activation-token");
 constexpr const char* activationVariable = "XDG_ACTIVATION_TOKEN";
+
+/// Where the interface asks for the object: the name with slashes.
+QString objectPath() {
+    return u'/' + applicationId().replace(u'.', u'/');
+}
 
 // A window that shows a dialog still answers; one that does not within this time hangs.
 constexpr int answerMilliseconds = 3000;
@@ -47,20 +52,20 @@ bool SingleInstance::claim() {
         return true;
     }
     // The object first: whoever sees the name may call at once.
-    bus_.registerVirtualObject(objectPath, this);
-    return bus_.registerService(service);
+    bus_.registerVirtualObject(objectPath(), this);
+    return bus_.registerService(applicationId());
 }
 
 void SingleInstance::release() {
     if (bus_.isConnected()) {
-        bus_.unregisterService(service);
-        bus_.unregisterObject(objectPath);
+        bus_.unregisterService(applicationId());
+        bus_.unregisterObject(objectPath());
     }
 }
 
 bool SingleInstance::call(const QString& method, const QVariantList& arguments) {
     QDBusMessage message =
-        QDBusMessage::createMethodCall(service, objectPath, interfaceName, method);
+        QDBusMessage::createMethodCall(applicationId(), objectPath(), interfaceName, method);
     message.setArguments(arguments);
     return bus_.call(message, QDBus::Block, answerMilliseconds).type() ==
            QDBusMessage::ReplyMessage;

@@ -136,7 +136,7 @@ QString StatusPanel::titleText() const {
     const int tasks = queue_.taskCount();
     if (tasks == 0) {
         const int failed = failedRows();
-        return failed == 0 ? tr("Status") : tr("Status: %L1 failed").arg(failed);
+        return failed == 0 ? tr("Status") : tr("Status: %Ln failed", nullptr, failed);
     }
     const int running = queue_.runningCount();
     const QString counts = tr("Status: %L1 running, %L2 waiting").arg(running).arg(tasks - running);

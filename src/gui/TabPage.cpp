@@ -111,7 +111,7 @@ void TabPage::countFiles() {
 
 void TabPage::refreshHeader() {
     const int count = tab_.files().rowCount();
-    QStringList parts{count == 1 ? tr("1 file") : tr("%L1 files").arg(count)};
+    QStringList parts{tr("%Ln files", nullptr, count)};
     if (count > 0 && totals_.length().count() > 0) {
         parts << clockText(std::chrono::round<std::chrono::seconds>(totals_.length()));
     }

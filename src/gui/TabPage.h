@@ -18,6 +18,12 @@ class FileListView;
 class TabPage : public QWidget {
     Q_OBJECT
 
+Q_SIGNALS:
+    /// A sentence for the window's line.
+    void told(const QString& sentence);
+    /// Sentences that the user should read at leisure, one a line.
+    void warned(const QString& text);
+
 protected:
     explicit TabPage(BaseTab& tab, QWidget* parent = nullptr);
 

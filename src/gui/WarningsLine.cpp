@@ -30,10 +30,10 @@ WarningsLine::WarningsLine(QUAVTaskQueue& queue, OutputWindows& outputWindows, Q
 }
 
 void WarningsLine::refresh() {
-    const auto count = queue_.warnings().size();
+    const int count = static_cast<int>(queue_.warnings().size());
     count_->setVisible(count > 0);
     show_->setVisible(count > 0);
-    count_->setText(count == 1 ? tr("1 warning") : tr("%L1 warnings").arg(count));
+    count_->setText(tr("%Ln warnings", nullptr, count));
 }
 
 void WarningsLine::showWarnings() {

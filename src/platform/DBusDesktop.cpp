@@ -1,5 +1,7 @@
 #include "platform/DBusDesktop.h"
 
+#include "platform/Version.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -49,8 +51,8 @@ void DBusDesktop::notify(const QString& title, const QString& body, NotifyAnswer
     }
     QDBusMessage call = QDBusMessage::createMethodCall(notifications, notificationsPath,
                                                        notifications, QStringLiteral("Notify"));
-    call << program << 0U << QStringLiteral("quav") << title << body << QStringList()
-         << QVariantMap() << -1;
+    call << program << 0U << applicationId() << title << body << QStringList()
+         << QVariantMap{{QStringLiteral("desktop-entry"), applicationId()}} << -1;
     whenAnswered(bus_.asyncCall(call), *this,
                  [answer = std::move(answer)](const QDBusPendingReply<uint>& reply) {
                      answer(!reply.isError());
@@ -69,7 +71,7 @@ void DBusDesktop::setBadge(std::optional<int> count) {
     QDBusMessage update = QDBusMessage::createSignal(
         QStringLiteral("/quav"), QStringLiteral("com.canonical.Unity.LauncherEntry"),
         QStringLiteral("Update"));
-    update << QStringLiteral("application://quav.desktop")
+    update << QStringLiteral("application://%1.desktop").arg(applicationId())
            << QVariantMap{
                   {QStringLiteral("count"), QVariant::fromValue<qlonglong>(count.value_or(0))},
                   {QStringLiteral("count-visible"), count.has_value()}};

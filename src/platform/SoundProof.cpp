@@ -29,9 +29,9 @@ using Answer = Comparison::Answer;
 
 constexpr std::size_t pieceSize = std::size_t{256} << 10;
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("SoundProof", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(SoundProof)
+};
 
 std::string pathOf(const QString& path) {
     return QFile::encodeName(path).toStdString();
@@ -51,7 +51,7 @@ auto guarded(const QString& path, Work work) -> tl::expected<decltype(work()), T
         const QString said = QString::fromUtf8(failure.what());
         if (said.isEmpty()) {
             return tl::make_unexpected(
-                Trouble{tr("“%1” is of no kind that can be read here.").arg(path), false});
+                Trouble{Words::tr("“%1” is of no kind that can be read here.").arg(path), false});
         }
         return tl::make_unexpected(Trouble{said, failure.kind() == pcm::Failure::Kind::Input});
     } catch (const std::exception& error) {
@@ -97,9 +97,10 @@ QString difference(const wav::Wave& source, const wav::Wave& output) {
     const pcm::PcmFormat from = source.format();
     const pcm::PcmFormat to = output.format();
     const std::array differences{
-        unlike(tr("its channels are %1 instead of %2"), from.channels, to.channels),
-        unlike(tr("its sample rate is %1 Hz instead of %2 Hz"), from.sampleRate, to.sampleRate),
-        unlike(tr("its samples have %1 bits instead of %2"), from.containerBits(),
+        unlike(Words::tr("its channels are %1 instead of %2"), from.channels, to.channels),
+        unlike(Words::tr("its sample rate is %1 Hz instead of %2 Hz"), from.sampleRate,
+               to.sampleRate),
+        unlike(Words::tr("its samples have %1 bits instead of %2"), from.containerBits(),
                to.containerBits()),
     };
     const auto* const found = std::find_if(differences.begin(), differences.end(),
@@ -112,7 +113,8 @@ std::uint64_t blocksOf(const wav::Wave& wave) {
 }
 
 QString lengthDifference(const wav::Wave& source, const wav::Wave& output) {
-    return unlike(tr("it is %1 samples long instead of %2"), blocksOf(source), blocksOf(output));
+    return unlike(Words::tr("it is %1 samples long instead of %2"), blocksOf(source),
+                  blocksOf(output));
 }
 
 /// One of the two files on its way through its reader.
@@ -146,7 +148,8 @@ public:
         if (!stored_ || *stored_ == digest) {
             return std::nullopt;
         }
-        return Trouble{tr("%1: its samples do not match the MD5 that it stores").arg(path_), true};
+        return Trouble{Words::tr("%1: its samples do not match the MD5 that it stores").arg(path_),
+                       true};
     }
 
 private:
@@ -169,7 +172,7 @@ Comparison compareSamples(Stream source, Stream output, const std::function<bool
             return {Answer::Torn, to.error().why, {}};
         }
         if (!std::equal(from->begin(), from->end(), to->begin(), to->end())) {
-            return {Answer::Different, tr("its samples are others"), {}};
+            return {Answer::Different, Words::tr("its samples are others"), {}};
         }
         if (from->empty()) {
             const pcm::Md5Digest result = digest.result();
@@ -217,7 +220,8 @@ Comparison compare(const QString& source, const QString& output,
     Comparison samples =
         compareSamples(std::move(*streams->first), std::move(*streams->second), stop);
     if (samples.answer == Answer::Equal && isCutShort(output)) {
-        return {Answer::Torn, tr("“%1” ends before its header says it does").arg(output), {}};
+        return {
+            Answer::Torn, Words::tr("“%1” ends before its header says it does").arg(output), {}};
     }
     return samples;
 }

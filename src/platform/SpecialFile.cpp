@@ -9,9 +9,9 @@ namespace quav {
 
 namespace {
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("SpecialFile", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(SpecialFile)
+};
 
 } // namespace
 
@@ -22,15 +22,15 @@ std::optional<QString> whyNotOpened(const QString& path) {
     }
     switch (info.st_mode & S_IFMT) {
     case S_IFIFO:
-        return translated("“%1” is a named pipe and was not opened; save what comes out of it as "
-                          "a file and add that.")
+        return Words::tr("“%1” is a named pipe and was not opened; save what comes out of it as "
+                         "a file and add that.")
             .arg(path);
     case S_IFSOCK:
-        return translated("“%1” is a socket and was not opened; add a file instead.").arg(path);
+        return Words::tr("“%1” is a socket and was not opened; add a file instead.").arg(path);
     case S_IFCHR:
     case S_IFBLK:
-        return translated("“%1” is a device and was not opened; save what it holds as a file and "
-                          "add that.")
+        return Words::tr("“%1” is a device and was not opened; save what it holds as a file and "
+                         "add that.")
             .arg(path);
     default:
         return std::nullopt;

@@ -10,4 +10,8 @@ QString buildNumber() {
     return QStringLiteral(QUAV_BUILD_NUMBER);
 }
 
+QString applicationId() {
+    return QStringLiteral(QUAV_APPLICATION_ID);
+}
+
 } // namespace quav

@@ -100,10 +100,9 @@ QString lostOf(const Inventory::Field& field, const ValuesByKey& there) {
     if (values.size() == 1) {
         return QCoreApplication::translate("Losses", "the value of %1").arg(field.phrase);
     }
-    return missing == 1
-               ? QCoreApplication::translate("Losses", "1 value of %1").arg(field.phrase)
-               : QCoreApplication::translate("Losses", "%n values of %1", nullptr, int(missing))
-                     .arg(field.phrase);
+    const int count = static_cast<int>(missing);
+    return QCoreApplication::translate("Losses", "%Ln values of %1", nullptr, count)
+        .arg(field.phrase);
 }
 
 QStringList lostFields(const Inventory& source, const Inventory& output) {
@@ -232,15 +231,11 @@ QStringList lostPictures(const Inventory& source, const Inventory& output) {
     }
     QStringList lost;
     if (pictures > 0) {
-        lost << (pictures == 1
-                     ? QCoreApplication::translate("Losses", "1 picture")
-                     : QCoreApplication::translate("Losses", "%n pictures", nullptr, pictures));
+        lost << QCoreApplication::translate("Losses", "%Ln pictures", nullptr, pictures);
     }
     if (descriptions > 0) {
-        lost << (descriptions == 1
-                     ? QCoreApplication::translate("Losses", "the description of a picture")
-                     : QCoreApplication::translate("Losses", "the descriptions of %n pictures",
-                                                   nullptr, descriptions));
+        lost << QCoreApplication::translate("Losses", "the descriptions of %Ln pictures", nullptr,
+                                            descriptions);
     }
     return lost;
 }

@@ -7,6 +7,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <limits>
 
 namespace quav {
 namespace {
@@ -187,10 +188,10 @@ void RiffWalk::takeRest(std::uint64_t position) {
     if (size <= enoughToSee && rest.count('\0') == rest.size()) {
         return;
     }
+    const auto most = static_cast<std::uint64_t>(std::numeric_limits<int>::max());
+    const int bytes = static_cast<int>(std::min(size, most));
     inventory_.addPiece(
-        size == 1
-            ? QCoreApplication::translate("Losses", "1 byte behind the last chunk")
-            : QCoreApplication::translate("Losses", "%L1 bytes behind the last chunk").arg(size));
+        QCoreApplication::translate("Losses", "%Ln bytes behind the last chunk", nullptr, bytes));
 }
 
 bool RiffWalk::run(std::uint64_t start) {

@@ -3,6 +3,7 @@
 #include "platform/AudioProbe.h"
 #include "platform/ChildProcess.h"
 #include "tags/TagLibTagsHelper.h"
+#include "workbench/TabTable.h"
 
 #include <utility>
 
@@ -14,14 +15,16 @@ Workbench::Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& 
       queue_(settings, desktop, tools_, mainThread_, notifications_), services_{settings, prompts,
                                                                                 desktop,  tools_,
                                                                                 queue_,   claims_},
-      decodeTab_(services_), encodeTab_(services_), checksumTab_(services_),
       controller_(services_) {
     expectChildren();
     silenceAudioLibrary();
     TagLibTagsHelper::initialise();
-    controller_.addTab(decodeTab_);
-    controller_.addTab(encodeTab_);
-    controller_.addTab(checksumTab_);
+    for (const TabRow& row : tabTable()) {
+        if (row.make) {
+            tabs_.push_back(row.make(services_));
+            controller_.addTab(*tabs_.back());
+        }
+    }
 }
 
 } // namespace quav

@@ -1,20 +1,21 @@
 #pragma once
 
+#include "app/BaseTab.h"
 #include "app/QUAVController.h"
 #include "app/Services.h"
-#include "checksums/ChecksumTab.h"
-#include "codecs/DecodeTab.h"
-#include "codecs/EncodeTab.h"
 #include "engine/ClaimedFolders.h"
 #include "engine/Notifications.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/ToolsFolder.h"
 #include "platform/MainThread.h"
 
+#include <memory>
+#include <vector>
+
 namespace quav {
 
-/// The whole program but its face: builds every part and knows all of them. The window and the
-/// command line each make one, with their own way of asking the user.
+/// The whole program but its face: builds every part, the tabs by their table, and knows all of
+/// them. The window and the command line each make one, with their own way of asking the user.
 class Workbench {
 public:
     Workbench(Settings& settings, UserPrompts& prompts, DesktopServices& desktop,
@@ -24,9 +25,17 @@ public:
     QUAVTaskQueue& queue() { return queue_; }
     const ToolsFolder& tools() const { return tools_; }
     const ClaimedFolders& claims() const { return claims_; }
-    DecodeTab& decodeTab() { return decodeTab_; }
-    EncodeTab& encodeTab() { return encodeTab_; }
-    ChecksumTab& checksumTab() { return checksumTab_; }
+
+    /// The tab of a class, which has to be one of the table's.
+    template <class Tab>
+    Tab& tab() {
+        Tab* found = nullptr;
+        for (const auto& tab : tabs_) {
+            found = found ? found : qobject_cast<Tab*>(tab.get());
+        }
+        Q_ASSERT(found);
+        return *found;
+    }
 
 private:
     ToolsFolder tools_;
@@ -35,9 +44,7 @@ private:
     Notifications notifications_;
     QUAVTaskQueue queue_;
     Services services_;
-    DecodeTab decodeTab_;
-    EncodeTab encodeTab_;
-    ChecksumTab checksumTab_;
+    std::vector<std::unique_ptr<BaseTab>> tabs_;
     QUAVController controller_;
 };
 

@@ -178,7 +178,7 @@ private Q_SLOTS:
         shell.controller.addFiles(shell.touch(names.split(u'|')));
         QTEST(Shell::names(shell.decode), "decode");
         QTEST(Shell::names(shell.encode), "encode");
-        QTEST(shell.controller.selectedTabLabel(), "selectedThen");
+        QTEST(shell.controller.selectedTabViewItem(), "selectedThen");
         QVERIFY(shell.prompts.delayedAlerts.isEmpty());
     }
 
@@ -190,7 +190,7 @@ private Q_SLOTS:
         shell.controller.addFiles({shell.rig.path(u"d"_s)});
         QCOMPARE(Shell::names(shell.encode), u"a.flac");
         shell.controller.selectTab(0);
-        QCOMPARE(shell.controller.selectedTabLabel(), u"decode");
+        QCOMPARE(shell.controller.selectedTabViewItem(), u"decode");
         QCOMPARE(shell.controller.tabLabels(), list("decode|encode|about"));
     }
 

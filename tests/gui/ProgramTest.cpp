@@ -19,8 +19,9 @@ namespace {
 
 /// Whether a program with a window is there, with its event loop turning.
 bool somebodyAnswers() {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        u"quav.Workbench"_s, u"/quav/Workbench"_s, u"org.freedesktop.Application"_s, u"Activate"_s);
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(u"workbench.quav.Quav"_s, u"/workbench/quav/Quav"_s,
+                                       u"org.freedesktop.Application"_s, u"Activate"_s);
     call << QVariantMap();
     return QDBusConnection::sessionBus().call(call).type() == QDBusMessage::ReplyMessage;
 }

@@ -2,7 +2,9 @@
 #include "app/FileKinds.h"
 #include "gui/FileListView.h"
 #include "gui/GuiPrompts.h"
+#include "gui/TabPage.h"
 #include "support/Table.h"
+#include "workbench/TabTable.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -48,6 +50,7 @@ class WindowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void everyTabOfTheTableHasItsPage();
     void filesDroppedOnTheListAreListedAndCounted();
     void filesDroppedOnTheWindowGoToTheTabThatTakesThem();
     void filesAreAddedAndRemoved();
@@ -61,6 +64,22 @@ private Q_SLOTS:
     void aQuestionIsAnsweredByItsButtons_data();
     void aQuestionIsAnsweredByItsButtons();
 };
+
+void WindowTest::everyTabOfTheTableHasItsPage() {
+    GuiRig rig;
+    QUAVController& controller = rig.workbench.controller();
+    QStringList labels;
+    for (const TabRow& row : tabTable()) {
+        labels << row.label;
+        controller.selectTab(row.label);
+        const QTabWidget& pages = pagesOf(rig);
+        QCOMPARE(pages.tabText(pages.currentIndex()), row.title());
+        QCOMPARE(qobject_cast<TabPage*>(pages.currentWidget()) != nullptr, row.make != nullptr);
+        QCOMPARE(controller.tab(row.label) != nullptr, row.make != nullptr);
+        QCOMPARE(row.command != nullptr, row.make != nullptr);
+    }
+    QCOMPARE(controller.tabLabels(), labels);
+}
 
 void WindowTest::filesDroppedOnTheListAreListedAndCounted() {
     GuiRig rig;

@@ -215,7 +215,7 @@ private Q_SLOTS:
         DBusDesktop desktop;
         desktop.setBadge(12);
         QTRY_VERIFY(listen().contains("int64 12"));
-        QVERIFY(heard.contains("application://quav.desktop"));
+        QVERIFY(heard.contains("application://workbench.quav.Quav.desktop"));
         desktop.setBadge(std::nullopt);
         QTRY_VERIFY(listen().contains("boolean false"));
         monitor.terminate();

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "checksums/ChecksumOptions.h"
+#include "checksums/ChecksumTab.h"
 #include "codecs/DecodeOptions.h"
+#include "codecs/DecodeTab.h"
 #include "codecs/EncodeOptions.h"
+#include "codecs/EncodeTab.h"
 #include "engine/QUAVTaskResults.h"
 #include "support/Place.h"
 #include "workbench/Workbench.h"
@@ -17,9 +20,9 @@ namespace quav::test {
 /// The whole program without a face.
 struct Bench : Place {
     Workbench workbench{settings, prompts, desktop, ToolsFolder(toolsDir.path())};
-    EncodeTab& encode = workbench.encodeTab();
-    DecodeTab& decode = workbench.decodeTab();
-    ChecksumTab& checksum = workbench.checksumTab();
+    EncodeTab& encode = workbench.tab<EncodeTab>();
+    DecodeTab& decode = workbench.tab<DecodeTab>();
+    ChecksumTab& checksum = workbench.tab<ChecksumTab>();
     QStringList failed;  ///< titles
     QStringList reports; ///< texts of the windows
     Verdicts verdicts;   ///< of the last one of them

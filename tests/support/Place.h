@@ -2,6 +2,7 @@
 
 #include "engine/ToolsFolder.h"
 #include "platform/Settings.h"
+#include "platform/Translations.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
@@ -75,6 +76,7 @@ public:
         file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     }
 
+    const Translations translations;
     QTemporaryDir folder;
     QTemporaryDir toolsDir;
     Settings settings{folder.filePath(u"settings.ini"_s)};
