@@ -10,7 +10,6 @@
 
 #include <tl/expected.hpp>
 
-#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -61,7 +60,7 @@ public:
                                         QUAVTaskQueue& queue) const;
 
     /// Ends the writing of a fingerprint file, if one is being written; no file comes of it.
-    void stopWriting() { stopWriting_ = true; }
+    void stopWriting() { commandWork().cancelAll(); }
 
 Q_SIGNALS:
     /// A fingerprint file was made. The verdicts are only of files that gave no fingerprint; the
@@ -77,6 +76,8 @@ private:
 
     /// Why there is no path for a checksum file.
     enum class NoPath { DialogCancelled, AnsweredNo };
+
+    struct Fingerprints;
 
     CommandOutcome test();
     CommandOutcome create();
@@ -95,9 +96,7 @@ private:
                                            const QString& path) const;
     bool hasTools(const QStringList& names);
     bool hasAnyTools(const QSet<QStringList>& sets);
-    bool writeFingerprints(const QStringList& files, const QString& path);
-
-    std::atomic<bool> stopWriting_ = false;
+    CommandOutcome writeFingerprints(Fingerprints& read, const QString& path);
 };
 
 } // namespace quav

@@ -68,6 +68,7 @@ protected:
 
 private:
     bool takes(const QStringList& paths);
+    CommandOutcome waitForTheCommand();
     void waitForTheEnd(StopSignals& signals);
     void stop(int howManyTimes);
 

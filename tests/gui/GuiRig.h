@@ -7,6 +7,7 @@
 #include "gui/StatusPanel.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "support/Adding.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
@@ -96,7 +97,7 @@ public:
     /// Has the window put the tab's files to work, with the results in the rig's own folder.
     void start(BaseTab& tab, const QStringList& files) {
         workbench.controller().selectTab(tab.label());
-        tab.addFiles(files);
+        addFiles(tab, files);
         prompts.folders = {folder.path()};
         press(window, &tab == &encode ? "Encode" : "Decode");
     }

@@ -26,7 +26,7 @@ QString controlName(const OptionInfo& option) {
 
 /// Brings a list about in which every option applies.
 void makeEverythingApply(GuiRig& rig, BaseTab& tab, const OptionInfo& option) {
-    rig.decode.addFiles({rig.noFlac("a.flac")});
+    addFiles(rig.decode, {rig.noFlac("a.flac")});
     const OptionTable& table = tab.options().table();
     if (const OptionInfo* command = table.row(u"commandOptions"); command && option.applies) {
         for (const OptionChoice& choice : command->choices) {

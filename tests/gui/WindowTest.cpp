@@ -23,7 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-
 QTabWidget& pagesOf(GuiRig& rig) {
     return *rig.window.findChild<QTabWidget*>();
 }
@@ -31,7 +30,7 @@ QTabWidget& pagesOf(GuiRig& rig) {
 /// The list of the encode tab, which it brings to the front.
 FileListView& encodeList(GuiRig& rig, const QStringList& files = {}) {
     rig.workbench.controller().selectTab(tabs::encode);
-    rig.encode.addFiles(files);
+    addFiles(rig.encode, files);
     return *pagesOf(rig).currentWidget()->findChild<FileListView*>();
 }
 
@@ -91,6 +90,7 @@ void WindowTest::filesAreAddedAndRemoved() {
     FileListView& list = encodeList(rig);
     rig.prompts.files = {rig.wav("1.wav"), rig.wav("2.wav"), rig.wav("3.wav"), rig.wav("4.wav")};
     press(rig.window, "Add");
+    QTRY_COMPARE(names(list), u"1.wav 2.wav 3.wav 4.wav"_s);
     list.selectionModel()->select({list.model()->index(1, 0), list.model()->index(2, 0)},
                                   QItemSelectionModel::ClearAndSelect);
     QTest::keyClick(&list, Qt::Key_Delete);
@@ -122,7 +122,7 @@ void WindowTest::theContextMenuRemovesOneSpellingOfAnExtension() {
 void WindowTest::flacOptionsAppearWithAFlacFile() {
     GuiRig rig;
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
-    rig.decode.addFiles({rig.noFlac("a.flac")});
+    addFiles(rig.decode, {rig.noFlac("a.flac")});
     QVERIFY(shown<QGroupBox>(rig.window, "FLAC"));
     shown<QCheckBox>(rig.window, "Decode through errors")->click();
     QVERIFY(rig.decode.options()[decodeOptions().flacThroughErrors]);

@@ -5,6 +5,7 @@
 #include "codecs/EncodeOptions.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/Settings.h"
+#include "support/Adding.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeDesktop.h"
 #include "support/ScriptedPrompts.h"
@@ -79,9 +80,14 @@ struct Bench {
     QString path(const QString& name) const { return folder.filePath(name); }
     QString out(const QString& name) const { return path(u"out/"_s + name); }
 
+    /// Presses the tab's button; work that the tab does in the background is waited for.
     CommandOutcome press(BaseTab& tab) {
         prompts.folders.push_back(path(u"out"_s));
-        return tab.executeCommand();
+        QSignalSpy ended(&tab, &BaseTab::commandEnded);
+        const CommandOutcome outcome = tab.executeCommand();
+        return outcome == CommandOutcome::Running && ended.wait(patience)
+                   ? ended[0][0].value<CommandOutcome>()
+                   : outcome;
     }
 
     /// Presses the tab's button and waits until nothing is left to do.
