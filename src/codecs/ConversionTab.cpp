@@ -128,8 +128,7 @@ CommandOutcome ConversionTab::executeCommand() {
     if (!confirmDelete(options()[rows_.deleteOriginals])) {
         return CommandOutcome::Declined;
     }
-    const auto folder =
-        options()[rows_.beside] ? std::optional<QString>(QString()) : chooseOutputFolder();
+    const auto folder = options()[rows_.beside] ? std::optional<QString>(QString()) : chooseOutputFolder();
     if (!folder) {
         return CommandOutcome::Declined;
     }

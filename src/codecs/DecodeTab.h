@@ -28,6 +28,7 @@ private:
     /// The options for FLAC files show from the first FLAC file until the list is cleared.
     void showFLacOptions(bool visible);
     void planFlac(const QString& source, const QString& folder, ConversionPlan& plan) const;
+
 };
 
 } // namespace quav

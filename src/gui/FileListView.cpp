@@ -140,9 +140,11 @@ void FileListView::selectionChanged(const QItemSelection& selected,
 
 void FileListView::deleteSelectedRows() {
     QSet<int> rows;
-    const QModelIndexList selected = selectionModel()->selectedRows();
-    for (const QModelIndex& index : selected) {
-        rows.insert(index.row());
+    const QItemSelection selection = selectionModel()->selection();
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            rows.insert(row);
+        }
     }
     if (rows.isEmpty()) {
         return;
