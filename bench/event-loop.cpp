@@ -1,7 +1,7 @@
 // How long the event loop is kept from turning while 5,000 queued rows complete, each a real child
-// process, while a list of 10,000 files is verified, and while a tree of 20,000 files is dropped and
-// their facts are read, with the window and the status panel on the screen; against an idle event
-// loop. Also what the list holds of each of these files in memory.
+// process, while a list of 10,000 files is verified, and while a tree of 20,000 files is dropped
+// and their facts are read, with the window and the status panel on the screen; against an idle
+// event loop. Also what the list holds of each of these files in memory.
 
 #include "checksums/ChecksumOptions.h"
 #include "checksums/FileHash.h"
@@ -17,10 +17,9 @@
 #include <QFile>
 #include <QTimer>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cstdlib>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <vector>
@@ -117,8 +116,8 @@ bool runWatched(const char* what, QUAVTaskQueue& queue, Heartbeat& idle) {
     return reportTurns(what, busy, idle);
 }
 
-/// FLAC files of nothing but their STREAMINFO, a second of silence long as it tells, in folders of a
-/// hundred.
+/// FLAC files of nothing but their STREAMINFO, a second of silence long as it tells, in folders of
+/// a hundred.
 void makeTree(const QString& root) {
     QByteArray flac("fLaC\x80\0\0\x22\x10\0\x10\0\0\0\0\0\0\0\x0a\xc4\x42\xf0\0\0\xac\x44", 26);
     flac.append(16, '\0');
@@ -165,8 +164,10 @@ bool runDrop(bench::WindowRig& rig, Heartbeat& idle) {
             rig.window.repaint();
         });
         const std::string name =
-            "20,000 rows sorted by " +
-            tab.files().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString();
+            "20,000 rows sorted by " + tab.files()
+                                           .headerData(column, Qt::Horizontal, Qt::DisplayRole)
+                                           .toString()
+                                           .toStdString();
         good &= bench::report(name.c_str(), sorted, idle.percentile(1), "idle loop", worstBar);
     }
     return good;

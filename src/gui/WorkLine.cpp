@@ -28,9 +28,9 @@ WorkLine::WorkLine(TabWork& work, QWidget* parent)
     : QWidget(parent), work_(work), text_(new QLabel(this)), bar_(new QProgressBar(this)) {
     auto* cancel = new QToolButton(this);
     cancel->setAutoRaise(true);
+    cancel->setText(tr("Cancel"));
     cancel->setIcon(style()->standardIcon(QStyle::SP_DialogCancelButton));
     cancel->setToolTip(tr("Cancel"));
-    cancel->setAccessibleName(tr("Cancel"));
     bar_->setTextVisible(false);
     bar_->setFixedHeight(barHeight);
     bar_->setAccessibleName(tr("Progress"));

@@ -1,11 +1,13 @@
 #include "GuiRig.h"
 #include "app/FileKinds.h"
+#include "checksums/ChecksumOptions.h"
 #include "gui/FileListView.h"
 #include "gui/GuiPrompts.h"
 #include "support/Table.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -14,6 +16,7 @@
 #include <QSlider>
 #include <QTabWidget>
 #include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 
@@ -49,6 +52,7 @@ class WindowTest : public QObject {
 
 private Q_SLOTS:
     void filesDroppedOnTheListAreListedAndCounted();
+    void aCommandInTheBackgroundIsShownAndCanBeCancelled();
     void filesDroppedOnTheWindowGoToTheTabThatTakesThem();
     void filesAreAddedAndRemoved();
     void theContextMenuRemovesOneSpellingOfAnExtension();
@@ -69,6 +73,47 @@ void WindowTest::filesDroppedOnTheListAreListedAndCounted() {
     QTRY_COMPARE(names(list), u"one.wav two.wav"_s);
     QVERIFY(shown<QLabel>(rig.window, "2 files"));
     QVERIFY(shown<QPushButton>(rig.window, "Encode 2 files …"));
+    const auto format = [&list](int row) {
+        return list.model()->index(row, FileList::Format).data().toString();
+    };
+    QTRY_COMPARE(format(1), u"16/44.1"_s);
+    QVERIFY(shown<QLabel>(rig.window, "2 files · 0:05 · 800 kB"));
+    QVERIFY(list.isColumnHidden(FileList::Folder));
+    const QStringList paths = rig.encode.fileNames();
+    const auto clickName = [&list] {
+        QTest::mouseClick(list.header()->viewport(), Qt::LeftButton, {}, {20, 5});
+    };
+    clickName();
+    clickName();
+    QCOMPARE(names(list), u"two.wav one.wav"_s);
+    QCOMPARE(rig.encode.fileNames(), paths);
+    clickName();
+    QCOMPARE(names(list), u"one.wav two.wav"_s);
+}
+
+void WindowTest::aCommandInTheBackgroundIsShownAndCanBeCancelled() {
+    GuiRig rig;
+    const QString gate = rig.path("gate");
+    const QString metaflac = rig.toolsDir.filePath(u"metaflac"_s);
+    GuiRig::written(metaflac,
+                    u"#!/bin/sh\nuntil [ -e '%1' ]; do sleep 0.01; done\n"_s.arg(gate).toUtf8());
+    QFile::setPermissions(metaflac, QFile::ReadOwner | QFile::ExeOwner);
+    rig.workbench.controller().selectTab(tabs::checksum);
+    TabOptions& options = rig.checksum.options();
+    options.set(checksumOptions().command, ChecksumCommand::Create);
+    options.set(checksumOptions().kind, ChecksumKind::Ffp);
+    options.set(checksumOptions().sourceSave, true);
+    addFiles(rig.checksum, {rig.noFlac("a.flac")});
+    press(rig.window, "Create");
+    QTRY_VERIFY(shown<QLabel>(rig.window, "Creating the fingerprint file"));
+    addFiles(rig.checksum, {rig.noFlac("b.flac")});
+    press(rig.window, "Create");
+    QVERIFY(rig.prompts.alerts.value(0).startsWith(u"This tab is still at work."));
+    QTest::mouseClick(shown<QToolButton>(rig.window, "Cancel"), Qt::LeftButton);
+    GuiRig::written(gate, "");
+    QTRY_COMPARE(rig.checksum.fileNames(), (QStringList{rig.path("a.flac"), rig.path("b.flac")}));
+    QVERIFY(!shown<QLabel>(rig.window, "Creating the fingerprint file"));
+    QVERIFY(!QFile::exists(rig.path("fingerprint.ffp.txt")));
 }
 
 void WindowTest::filesDroppedOnTheWindowGoToTheTabThatTakesThem() {
