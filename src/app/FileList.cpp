@@ -47,7 +47,7 @@ QString formatText(const FileFacts& facts, const QLocale& locale) {
     case 2:
         return text;
     default:
-        return FileList::tr("%1, %n channels", "bits and kHz", facts.channels).arg(text);
+        return FileList::tr("%1, %n ch", "bits and kHz", facts.channels).arg(text);
     }
 }
 

@@ -25,7 +25,7 @@ constexpr int mostFolderCharacters = 24;
 
 // Wide enough for what columns usually show.
 constexpr const char* lengthSample = "88:88:88";
-constexpr const char* formatSample = "16/44.1 mono";
+constexpr const char* formatSample = "24/176.4";
 constexpr const char* sizeSample = "888.88 MB";
 
 constexpr int emptyIconSize = 64;
@@ -101,7 +101,7 @@ void FileListView::fitColumns() {
     nameWidth_ = std::max(leastColumnWidth, qCeil(columnWidthPerName * names));
     const int margin = metrics.averageCharWidth() * 2;
     const auto fit = [&](FileList::Column column, int text) {
-        header()->resizeSection(column, std::max(text, header()->sectionSizeHint(column)) + margin);
+        header()->resizeSection(column, std::max(text + margin, header()->sectionSizeHint(column)));
     };
     setColumnHidden(FileList::Folder, !files.hasFolders());
     if (files.hasFolders()) {

@@ -269,7 +269,7 @@ private Q_SLOTS:
             u"|0:01|16/48 mono|96 kB"_s, 0);
         row("surround", QByteArray("a.wav"),
             WavShape{.frames = 192000, .channels = 6, .bits = 24, .rate = 96000},
-            u"|0:02|24/96, 6 channels|3 MB"_s, 0);
+            u"|0:02|24/96, 6 ch|3 MB"_s, 0);
         row("FLAC", QByteArray("a.flac"), WavShape{.frames = 88204, .bits = 24},
             u"|0:02|24/44.1|"_s, 0);
         row("FLAC, misaligned", QByteArray("a.flac"), WavShape{.frames = 589}, u"|0:00|16/44.1|"_s,
