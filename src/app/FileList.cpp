@@ -40,7 +40,7 @@ QString formatText(const FileFacts& facts, const QLocale& locale) {
         return {};
     }
     const QString rate = locale.toString(facts.sampleRate / 1000.0, 'g', 6);
-    const QString text = facts.bits > 0 ? QStringLiteral("%1/%2").arg(facts.bits).arg(rate) : rate;
+    QString text = facts.bits > 0 ? QStringLiteral("%1/%2").arg(facts.bits).arg(rate) : rate;
     switch (facts.channels) {
     case 1:
         return FileList::tr("%1 mono", "bits and kHz").arg(text);
