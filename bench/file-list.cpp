@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QListWidget>
 #include <QProcess>
@@ -45,6 +46,15 @@ QStringList makeFiles(const QString& root, int count) {
 void paintNow(QWidget& window) {
     window.repaint();
     QApplication::processEvents();
+}
+
+/// Adds them as a drop does, and lets the loop turn until they are in the list and on the screen.
+void addAndPaint(BaseTab& tab, const QStringList& paths, QWidget& window) {
+    QEventLoop loop;
+    QObject::connect(&tab, &BaseTab::filesRead, &loop, &QEventLoop::quit);
+    tab.addFiles(paths);
+    loop.exec();
+    paintNow(window);
 }
 
 bool isOrderedWithoutDuplicates(const QStringList& paths) {
@@ -86,10 +96,7 @@ int main(int argc, char** argv) {
 
     const QStringList found = makeFiles(rig.folder.filePath(QStringLiteral("many")), manyFiles);
     const double list = plainListWidget(found);
-    const double added = bench::millisecondsOf([&] {
-        tab.addFiles(found);
-        paintNow(rig.window);
-    });
+    const double added = bench::millisecondsOf([&] { addAndPaint(tab, found, rig.window); });
     bool good = bench::report("100,000 found files added and visible", added, list,
                               "plain list widget", manyBar);
     good &= tab.files().rowCount() == manyFiles && isOrderedWithoutDuplicates(tab.fileNames());
@@ -98,13 +105,10 @@ int main(int argc, char** argv) {
     const QString tree = rig.folder.filePath(QStringLiteral("tree"));
     makeFiles(tree, treeFiles);
     const double shell = findAndSort(tree);
-    const double walked = bench::millisecondsOf([&] {
-        tab.addFiles({tree});
-        paintNow(rig.window);
-    });
+    const double walked = bench::millisecondsOf([&] { addAndPaint(tab, {tree}, rig.window); });
     good &=
         bench::report("a tree of 20,000 files from disk", walked, shell, "find | sort -V", treeBar);
-    tab.addFiles({tree});
+    addAndPaint(tab, {tree}, rig.window);
     good &= tab.files().rowCount() == treeFiles && isOrderedWithoutDuplicates(tab.fileNames());
     std::printf("natural order without duplicates: %s\n", good ? "yes" : "NO, or a bar was missed");
     return good ? 0 : 1;

@@ -1,21 +1,15 @@
 #include "app/BaseTab.h"
 
-#include "app/FileKinds.h"
 #include "app/UserPrompts.h"
-#include "platform/DirectoryWalk.h"
-#include "platform/Parallel.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
-#include "platform/SpecialFile.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <chrono>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 namespace quav {
 
@@ -23,8 +17,6 @@ namespace {
 
 // Long enough for the list to be drawn before the alert covers it.
 constexpr std::chrono::milliseconds badFileDelay{500};
-
-constexpr size_t worthAThread = 1000;
 
 QStringList fullPaths(const QStringList& paths) {
     QStringList full;
@@ -35,31 +27,33 @@ QStringList fullPaths(const QStringList& paths) {
 
 } // namespace
 
-QString undecodableMessage(const QString& path) {
-    return BaseTab::tr("The name of “%1” is not valid UTF-8, so the file cannot be reached. Rename "
-                       "it and add it again.")
-        .arg(path);
-}
-
-bool isUndecodable(const QString& path) {
-    return path.contains(QChar::ReplacementCharacter) && !QFileInfo::exists(path);
-}
-
-QStringList unusableIn(const DirectoryContents& contents) {
-    QStringList sentences;
-    for (const QString& path : contents.undecodable) {
-        sentences << undecodableMessage(path);
-    }
-    for (const QString& folder : contents.unreadable) {
-        sentences << BaseTab::tr("The folder “%1” could not be read.").arg(folder);
-    }
-    return sentences;
-}
-
 BaseTab::BaseTab(QString label, const OptionTable& table, const Services& services)
     : label_(std::move(label)), services_(services), options_(table, services.settings),
       presets_(options_, label_, services.settings, services.prompts) {
     connect(&options_, &TabOptions::changed, this, &BaseTab::changeDisplayOptions);
+    connect(this, &BaseTab::filesChanged, this,
+            [this] { facts_.setFiles(files_.fileNames(), files_.known()); });
+    connect(&facts_, &FactsReader::changed, this, [this] { files_.factsChanged(false); });
+    connect(&facts_, &FactsReader::finished, this, [this] {
+        files_.factsChanged(true);
+        ListFacts facts = options_.facts();
+        facts.setFilesOf(facts_.facts());
+        options_.setFacts(facts);
+    });
+}
+
+void BaseTab::endWork() {
+    searches_.cancelAll();
+    commandWork_.cancelAll();
+}
+
+bool BaseTab::refusesWhileWorking() {
+    if (commandWork_.isBusy()) {
+        services_.prompts.alert(
+            tr("This tab is still at work. Wait until it has finished, or cancel it."),
+            commandWork_.title());
+    }
+    return commandWork_.isBusy();
 }
 
 void BaseTab::addFile(const QString& path) {
@@ -71,87 +65,46 @@ void BaseTab::addFoundFiles(const QStringList& paths) {
     filesAdded();
 }
 
-void BaseTab::gatherFolder(const QString& path, Gathered& gathered) const {
-    const DirectoryContents contents = walkDirectory(path);
-    gathered.unusable << unusableIn(contents);
-    for (const QString& special : contents.special) {
-        // What nobody would take for a file of the tab needs no words.
-        if (acceptedExtensions(label_).contains(formatWord(special))) {
-            gathered.unusable << whyNotOpened(special).value_or(QString());
-        }
-    }
-    for (const QString& file : contents.files) {
-        if (isBookkeepingFile(file)) {
-            continue;
-        }
-        if (isValidFile(label_, file)) {
-            gathered.files << file;
-        } else {
-            gathered.skippedExtensions.insert(pathExtension(file));
-        }
-    }
-}
-
-BaseTab::Kind BaseTab::kindOf(const QString& path) const {
-    if (isFolder(path)) {
-        return Kind::Folder;
-    }
-    if (isUndecodable(path)) {
-        return Kind::Undecodable;
-    }
-    if (whyNotOpened(path)) {
-        return Kind::Special;
-    }
-    return files_.contains(path) || isValidFile(label_, path) ? Kind::Valid : Kind::Foreign;
-}
-
-BaseTab::Gathered BaseTab::gather(const QStringList& paths) const {
-    // Each path costs a look at the disk, and some are read.
-    std::vector<Kind> kinds(static_cast<size_t>(paths.size()));
-    inPieces(kinds.size(), worthAThread, [&](size_t first, size_t last) {
-        for (size_t i = first; i < last; ++i) {
-            kinds[i] = kindOf(paths[static_cast<qsizetype>(i)]);
-        }
+void BaseTab::addFiles(const QStringList& paths) {
+    // What is listed by then may be more, which costs a second look and does no harm.
+    addFound([label = label_, paths, listed = files_.known()](WorkProgress& progress) {
+        return searchForTab(label, paths, listed, progress);
     });
-    Gathered gathered;
-    for (size_t i = 0; i < kinds.size(); ++i) {
-        const QString& path = paths[static_cast<qsizetype>(i)];
-        switch (kinds[i]) {
-        case Kind::Folder:
-            gatherFolder(path, gathered);
-            break;
-        case Kind::Undecodable:
-            gathered.unusable << undecodableMessage(path);
-            break;
-        case Kind::Special:
-            gathered.unusable << whyNotOpened(path).value_or(QString());
-            break;
-        case Kind::Valid:
-            gathered.files << path;
-            break;
-        case Kind::Foreign:
-            gathered.skippedExtensions.insert(pathExtension(path));
-            break;
-        }
-    }
-    return gathered;
 }
 
-bool BaseTab::addFiles(const QStringList& paths) {
-    const Gathered gathered = gather(fullPaths(paths));
-    files_.add(gathered.files);
-    filesAdded();
-    if (!gathered.unusable.isEmpty()) {
-        showBadFileMessage(gathered.unusable.join(u'\n'));
+void BaseTab::addFound(const std::function<FoundFiles(WorkProgress&)>& search) {
+    searches_.run(
+        tr("Adding files"),
+        [search](WorkProgress& progress) {
+            FoundFiles found = search(progress);
+            FileList::Sorted sorted(found.isCancelled ? QStringList() : found.files);
+            return std::pair(std::move(found), std::move(sorted));
+        },
+        [this](std::pair<FoundFiles, FileList::Sorted> result) {
+            take(result.first, std::move(result.second));
+        });
+}
+
+void BaseTab::take(const FoundFiles& found, FileList::Sorted sorted) {
+    if (!found.isCancelled) {
+        files_.add(std::move(sorted));
+        filesAdded();
+        tellOfSkipped(found);
     }
-    if (!gathered.skippedExtensions.isEmpty() &&
+    Q_EMIT filesRead(!found.isCancelled && found.unusable.isEmpty());
+}
+
+void BaseTab::tellOfSkipped(const FoundFiles& found) {
+    if (!found.unusable.isEmpty()) {
+        showBadFileMessage(found.unusable.join(u'\n'));
+    }
+    if (!found.skippedExtensions.isEmpty() &&
         services_.settings.boolean(keys::warnOnFilesSkipped)) {
         showBadFileMessage(
             files_.rowCount() == 0
                 ? tr("File types not supported by this tab")
                 : tr("Some files types were not recognized by this tab and were skipped"));
     }
-    return gathered.unusable.isEmpty();
 }
 
 void BaseTab::showBadFileMessage(const QString& text) {

@@ -1,24 +1,28 @@
 #pragma once
 
+#include "app/FactsReader.h"
 #include "app/FileList.h"
+#include "app/FileSearch.h"
 #include "app/PresetChooser.h"
 #include "app/Services.h"
 #include "app/TabOptions.h"
+#include "app/TabWork.h"
 
 #include <QObject>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace quav {
-
-struct DirectoryContents;
 
 /// How pressing a tab's button ended.
 enum class CommandOutcome {
     Queued,      ///< the work is in the queue
+    Running,     ///< the tab does it in the background; `commandEnded` tells how that ends
     Done,        ///< the work was small and has been done
     NothingToDo, ///< there was nothing to start
     Refused,     ///< something stood in the way; the user was told what
@@ -48,9 +52,24 @@ public:
     void addFile(const QString& path);
     void addFoundFiles(const QStringList& paths);
 
-    /// Adds files, and the files in folders, as far as the tab can process them. The user is told
-    /// of what was skipped. False when something could not be reached at all.
-    bool addFiles(const QStringList& paths);
+    /// Adds files, and the files in folders, as far as the tab can process them: they are searched
+    /// in the background, one call after the other, and `filesRead` follows each. The user is told
+    /// of what was skipped.
+    void addFiles(const QStringList& paths);
+
+    /// The same with a search of one's own, which runs on another thread: it may touch only what
+    /// outlives the tab.
+    void addFound(const std::function<FoundFiles(WorkProgress&)>& search);
+
+    /// What is known of the listed files, once somebody has started it.
+    FactsReader& facts() { return facts_; }
+
+    /// The searches for files, and the command's work.
+    TabWork& searches() { return searches_; }
+    TabWork& commandWork() { return commandWork_; }
+
+    /// Cancels all that runs in the background; the program is about to end.
+    void endWork();
 
     void addButtonClick();
     void clearButtonClick();
@@ -81,11 +100,27 @@ Q_SIGNALS:
     void filesChanged();
     void optionsChanged();
 
+    /// Files that were to be added are in the list, or the search was cancelled. Not complete when
+    /// something could not be reached at all.
+    void filesRead(bool isComplete);
+
+    /// A command that was Running has ended.
+    void commandEnded(quav::CommandOutcome outcome);
+
 protected:
     /// Called after files were added.
     virtual void filesAdded();
 
     std::optional<QString> chooseOutputFolder();
+
+    /// Does the command's work on a thread, with progress and a way to cancel it; see TabWork::run.
+    template <typename Work, typename Then>
+    void inBackground(const QString& title, Work work, Then then) {
+        commandWork_.run(title, std::move(work), std::move(then));
+    }
+
+    /// Whether a command runs in the background; the user is told that he has to wait for it.
+    bool refusesWhileWorking();
 
     /// Asks whether the originals are really to be deleted, unless the user does not want to be
     /// asked.
@@ -94,33 +129,18 @@ protected:
     const Services& services() const { return services_; }
 
 private:
-    struct Gathered {
-        QStringList files;
-        QSet<QString> skippedExtensions;
-        QStringList unusable; ///< sentences about what cannot be carried
-    };
-
-    enum class Kind : unsigned char { Folder, Undecodable, Special, Valid, Foreign };
-
-    Kind kindOf(const QString& path) const;
-    Gathered gather(const QStringList& paths) const;
-    void gatherFolder(const QString& path, Gathered& gathered) const;
+    void take(const FoundFiles& found, FileList::Sorted sorted);
+    void tellOfSkipped(const FoundFiles& found);
     void showBadFileMessage(const QString& text);
 
     QString label_;
     Services services_;
-    FileList files_;
+    FactsReader facts_;
+    FileList files_{facts_.facts()};
     TabOptions options_;
     PresetChooser presets_;
+    TabWork searches_;
+    TabWork commandWork_;
 };
-
-/// Sentences about what a folder holds that cannot be used: names that are not UTF-8, folders that
-/// cannot be read.
-QStringList unusableIn(const DirectoryContents& contents);
-
-/// True for a path whose name was not UTF-8, so that the file cannot be reached.
-bool isUndecodable(const QString& path);
-
-QString undecodableMessage(const QString& path);
 
 } // namespace quav

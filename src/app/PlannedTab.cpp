@@ -101,6 +101,9 @@ CommandOutcome PlannedTab::executeCommand() {
     if (files().rowCount() == 0) {
         return CommandOutcome::NothingToDo;
     }
+    if (refusesWhileWorking()) {
+        return CommandOutcome::Refused;
+    }
     const auto destination = askDestination();
     if (!destination) {
         if (destination.error().clearsList) {

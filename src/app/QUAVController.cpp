@@ -4,14 +4,12 @@
 #include "app/UserPrompts.h"
 #include "engine/QUAVTaskQueue.h"
 #include "platform/AudioProbe.h"
-#include "platform/DirectoryWalk.h"
 #include "platform/PathNames.h"
-#include "platform/SpecialFile.h"
 
-#include <QFileInfo>
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 namespace quav {
 
@@ -71,45 +69,22 @@ void QUAVController::selectTab(const QString& label) {
     Q_EMIT selectedTabChanged(label);
 }
 
-QStringList QUAVController::gather(const QStringList& paths) {
-    QStringList files;
-    QStringList unusable;
-    for (const QString& path : paths) {
-        if (isBookkeepingFile(path)) {
-            continue;
-        }
-        if (isUndecodable(path)) {
-            unusable << undecodableMessage(path);
-        } else if (const auto reason = whyNotOpened(path)) {
-            unusable << *reason;
-        } else if (!QFileInfo(path).isDir()) {
-            files << path;
-        } else {
-            const DirectoryContents contents = walkDirectory(path);
-            unusable << unusableIn(contents);
-            std::copy_if(contents.files.begin(), contents.files.end(), std::back_inserter(files),
-                         [](const QString& file) {
-                             return !isBookkeepingFile(file) && !pathExtension(file).isEmpty();
-                         });
-        }
-    }
-    if (!unusable.isEmpty()) {
-        services_.prompts.alert(unusable.join(u'\n'), {});
-    }
-    return files;
-}
-
 void QUAVController::addFiles(const QStringList& paths) {
-    const QStringList files = gather(paths);
-    BaseTab* selectedTab = tab(selected_);
-    if (!selectedTab) {
-        routeFromAbout(files);
+    if (BaseTab* selectedTab = tab(selected_)) {
+        selectedTab->addFound([paths, label = selected_](WorkProgress& progress) {
+            FoundFiles found = searchForAny(paths, progress);
+            found.files.removeIf([&](const QString& path) {
+                return progress.isCancelled() || !passes(label, path);
+            });
+            found.isCancelled = progress.isCancelled();
+            return found;
+        });
         return;
     }
-    QStringList passing;
-    std::copy_if(files.begin(), files.end(), std::back_inserter(passing),
-                 [&](const QString& path) { return passes(selected_, path); });
-    selectedTab->addFiles(passing);
+    searches_.run(
+        tr("Adding files"),
+        [paths](WorkProgress& progress) { return searchForAny(paths, progress); },
+        [this](const FoundFiles& found) { routeFromAbout(found); });
 }
 
 QString QUAVController::takerOf(const QString& path) const {
@@ -128,17 +103,25 @@ QString QUAVController::takerOf(const QString& path) const {
     return {};
 }
 
-void QUAVController::routeFromAbout(const QStringList& paths) {
+void QUAVController::routeFromAbout(const FoundFiles& found) {
+    if (!found.unusable.isEmpty()) {
+        services_.prompts.alert(found.unusable.join(u'\n'), {});
+    }
+    if (found.isCancelled) {
+        return;
+    }
     QHash<QString, QStringList> taken;
     QString last;
-    for (const QString& path : paths) {
+    for (const QString& path : found.files) {
         const QString label = takerOf(path);
         taken[label] << path;
         last = label.isEmpty() ? tabs::encode : label;
     }
     taken.remove(QString());
-    for (auto found = taken.cbegin(); found != taken.cend(); ++found) {
-        tab(found.key())->addFoundFiles(found.value());
+    for (auto files = taken.cbegin(); files != taken.cend(); ++files) {
+        FoundFiles ofTab;
+        ofTab.files = files.value();
+        tab(files.key())->addFound([ofTab](WorkProgress& /*progress*/) { return ofTab; });
     }
     selectTab(last);
 }
@@ -164,6 +147,10 @@ bool QUAVController::windowShouldClose() {
 }
 
 void QUAVController::applicationWillTerminate() {
+    searches_.cancelAll();
+    for (BaseTab* tab : std::as_const(tabMap_)) {
+        tab->endWork();
+    }
     services_.queue.killAllTasks();
     services_.queue.allowSleep();
 }

@@ -35,7 +35,8 @@ public:
 
     QUAVTaskQueue& taskQueue() const { return services_.queue; }
 
-    /// Files that were dropped on the program or opened with it.
+    /// Files that were dropped on the program or opened with it. They are searched in the
+    /// background; of those that are for a selected tab its `filesRead` tells.
     void addFiles(const QStringList& paths);
 
     static bool isValidFile(const QString& tabLabel, const QString& path);
@@ -48,12 +49,14 @@ public:
 
     void applicationWillTerminate();
 
+    /// The searches for files that are for no selected tab.
+    TabWork& searches() { return searches_; }
+
 Q_SIGNALS:
     void selectedTabChanged(const QString& label);
 
 private:
-    QStringList gather(const QStringList& paths);
-    void routeFromAbout(const QStringList& paths);
+    void routeFromAbout(const FoundFiles& found);
     /// The tab that takes a file which was dropped while no work tab was selected; empty: none.
     QString takerOf(const QString& path) const;
 
@@ -61,6 +64,7 @@ private:
     QStringList labels_; ///< of the tabs, in their order
     QHash<QString, BaseTab*> tabMap_;
     QString selected_;
+    TabWork searches_; ///< for files that are dropped while no work tab is selected
 };
 
 } // namespace quav

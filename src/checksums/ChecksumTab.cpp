@@ -15,11 +15,9 @@
 #include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
 #include "engine/ToolsFolder.h"
-#include "platform/BackgroundWork.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
-#include <QEventLoop>
 #include <QHash>
 
 #include <algorithm>
@@ -360,60 +358,56 @@ QString ChecksumTab::fingerprint(const QString& path) const {
     return CreateFFPTask::fingerprint(services().tools, path).value_or(QString());
 }
 
+/// What reading fingerprints has come to.
+struct ChecksumTab::Fingerprints {
+    FingerprintText made;
+    std::exception_ptr failure;
+    bool isStopped = false;
+};
+
 CommandOutcome ChecksumTab::createFFP(const QStringList& files, const QString& path) {
     const QStringList listed = fileNames();
     clearFiles(); // now, since other files may come while the tools run
-    auto outcome = CommandOutcome::Done;
-    try {
-        outcome = writeFingerprints(files, path) ? outcome : CommandOutcome::Declined;
-    } catch (const std::exception& exception) {
-        services().prompts.alert(QString::fromUtf8(exception.what()), {});
-        outcome = CommandOutcome::Refused;
-    }
-    if (outcome != CommandOutcome::Done) {
-        addFoundFiles(listed);
-    }
-    return outcome;
+    const auto work = [files, path, &tools = services().tools,
+                       atOnce = services().queue.toolsAtOnce()](WorkProgress& progress) {
+        Fingerprints read;
+        try {
+            read.made = CreateFFPTask::textOver(files, path, tools, atOnce, [&](qsizetype index) {
+                progress.tell(index + 1, files.size());
+                return !progress.isCancelled();
+            });
+        } catch (...) {
+            read.failure = std::current_exception();
+        }
+        read.isStopped = progress.isCancelled();
+        return read;
+    };
+    inBackground(tr("Creating the fingerprint file"), work,
+                 [this, listed, path](Fingerprints read) {
+                     const CommandOutcome outcome = writeFingerprints(read, path);
+                     if (outcome != CommandOutcome::Done) {
+                         addFoundFiles(listed);
+                     }
+                     Q_EMIT commandEnded(outcome);
+                 });
+    return CommandOutcome::Running;
 }
 
-/// False when it was stopped.
-bool ChecksumTab::writeFingerprints(const QStringList& files, const QString& path) {
-    FingerprintText made;
-    std::exception_ptr failure;
-    MainThread mainThread;
-    BackgroundWork work(mainThread);
-    QEventLoop loop;
-    const int atOnce = services().queue.toolsAtOnce();
-    bool isDone = false;
-    stopWriting_ = false;
-    work.run(
-        [&] {
-            try {
-                made = CreateFFPTask::textOver(files, path, services().tools, atOnce,
-                                               [this](qsizetype) { return !stopWriting_; });
-            } catch (...) {
-                failure = std::current_exception();
-            }
-        },
-        [&] {
-            isDone = true;
-            loop.quit();
-        });
-    // The window goes on painting, and takes nothing from the user until the list is there.
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
-    if (!isDone) {
-        stopWriting(); // the program ends
+CommandOutcome ChecksumTab::writeFingerprints(Fingerprints& read, const QString& path) {
+    try {
+        if (read.failure) {
+            std::rethrow_exception(read.failure);
+        }
+        if (read.isStopped) {
+            return CommandOutcome::Declined;
+        }
+        CreateFFPTask::write(read.made, path);
+    } catch (const std::exception& exception) {
+        services().prompts.alert(QString::fromUtf8(exception.what()), {});
+        return CommandOutcome::Refused;
     }
-    work.wait();
-    if (failure) {
-        std::rethrow_exception(failure);
-    }
-    if (stopWriting_) {
-        return false;
-    }
-    CreateFFPTask::write(made, path);
-    Q_EMIT fingerprintsWritten(path, made.verdicts, made.warnings, made.failures);
-    return true;
+    Q_EMIT fingerprintsWritten(path, read.made.verdicts, read.made.warnings, read.made.failures);
+    return CommandOutcome::Done;
 }
 
 std::shared_ptr<VerifyListTask>

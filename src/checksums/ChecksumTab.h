@@ -9,7 +9,6 @@
 
 #include <tl/expected.hpp>
 
-#include <atomic>
 #include <memory>
 #include <optional>
 
@@ -58,7 +57,7 @@ public:
                                         QUAVTaskQueue& queue) const;
 
     /// Ends the writing of a fingerprint file, if one is being written; no file comes of it.
-    void stopWriting() { stopWriting_ = true; }
+    void stopWriting() { commandWork().cancelAll(); }
 
 Q_SIGNALS:
     /// A fingerprint file was made. The verdicts are only of files that gave no fingerprint; the
@@ -74,6 +73,8 @@ protected:
     std::optional<CommandOutcome> executeAtOnce(const Plan& plan) override;
 
 private:
+    struct Fingerprints;
+
     Plan planTests() const;
     Plan planList(ChecksumKind kind, const QStringList& files, const QString& savePath) const;
     Plan planVerification(const OptionValues& values) const;
@@ -87,9 +88,7 @@ private:
     std::shared_ptr<CreateST5Task> st5Task(const QStringList& files, QUAVTaskQueue& queue,
                                            const QString& path) const;
     CommandOutcome createFFP(const QStringList& files, const QString& path);
-    bool writeFingerprints(const QStringList& files, const QString& path);
-
-    std::atomic<bool> stopWriting_ = false;
+    CommandOutcome writeFingerprints(Fingerprints& read, const QString& path);
 };
 
 } // namespace quav

@@ -124,8 +124,15 @@ bool TabRun::addFiles() {
 
 /// Whether the tab has everything that was named. What it skips in folders nobody named.
 bool TabRun::takes(const QStringList& paths) {
-    const bool reached = tab().addFiles(paths);
-    return reached && std::all_of(paths.begin(), paths.end(), [this](const QString& path) {
+    QEventLoop loop;
+    bool isComplete = false;
+    QObject::connect(&tab(), &BaseTab::filesRead, &loop, [&](bool all) {
+        isComplete = all;
+        loop.quit();
+    });
+    tab().addFiles(paths);
+    loop.exec();
+    return isComplete && std::all_of(paths.begin(), paths.end(), [this](const QString& path) {
                return isFolder(path) || tab().files().contains(path);
            });
 }
@@ -138,6 +145,9 @@ std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
                       live ? TerminalFace::Progress::Shown : TerminalFace::Progress::Hidden);
     connectTab(face, signals);
     outcome = tab().executeCommand();
+    if (outcome == CommandOutcome::Running) {
+        outcome = waitForTheCommand();
+    }
     if (outcome == CommandOutcome::Queued) {
         waitForTheEnd(signals);
     } else if (outcome != CommandOutcome::Done) {
@@ -154,6 +164,17 @@ int TabRun::printPlan(const QString& destination) {
         return exitstatus::refused;
     }
     return somethingUnusable_ ? exitstatus::failed : exitstatus::succeeded;
+}
+
+CommandOutcome TabRun::waitForTheCommand() {
+    QEventLoop loop;
+    auto ended = CommandOutcome::Running;
+    QObject::connect(&tab(), &BaseTab::commandEnded, &loop, [&](CommandOutcome outcome) {
+        ended = outcome;
+        loop.quit();
+    });
+    loop.exec();
+    return ended;
 }
 
 void TabRun::waitForTheEnd(StopSignals& signals) {
@@ -192,6 +213,7 @@ int TabRun::statusOf(CommandOutcome outcome) {
         return refuse(tr("There is nothing to do."));
     case CommandOutcome::Refused:
     case CommandOutcome::Queued:
+    case CommandOutcome::Running:
     case CommandOutcome::Done:
         break;
     }

@@ -74,6 +74,7 @@ protected:
 private:
     bool setPreset();
     bool takes(const QStringList& paths);
+    CommandOutcome waitForTheCommand();
     void waitForTheEnd(StopSignals& signals);
     void stop(int howManyTimes);
 

@@ -1,6 +1,7 @@
 #include "gui/FileListView.h"
 
 #include "app/BaseTab.h"
+#include "app/FileList.h"
 #include "gui/DroppedFiles.h"
 #include "gui/Icons.h"
 
@@ -11,7 +12,6 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
-#include <vector>
 
 namespace quav {
 
@@ -20,8 +20,13 @@ namespace {
 constexpr int leastColumnWidth = 211;
 constexpr double columnWidthPerName = 1.1;
 
-// The widest name is among the longest ones; drawing thousands only to measure them takes long.
-constexpr size_t measuredNames = 64;
+// Folders may be longer; they are elided.
+constexpr int mostFolderCharacters = 24;
+
+// Wide enough for what columns usually show.
+constexpr const char* lengthSample = "88:88:88";
+constexpr const char* formatSample = "24/176.4";
+constexpr const char* sizeSample = "888.88 MB";
 
 constexpr int emptyIconSize = 64;
 constexpr int emptySpacing = 12;
@@ -50,57 +55,77 @@ QColor opaque(const QColor& colour, const QBrush& ground) {
             mix(colour.blue(), below.blue())};
 }
 
-std::vector<QString> longestNames(const QAbstractItemModel& model) {
-    std::vector<QString> names;
-    names.reserve(static_cast<size_t>(model.rowCount()));
-    for (int row = 0; row < model.rowCount(); ++row) {
-        names.push_back(model.index(row, 0).data().toString());
+int widest(const QFontMetrics& metrics, const QStringList& texts) {
+    int width = 0;
+    for (const QString& text : texts) {
+        width = std::max(width, metrics.horizontalAdvance(text));
     }
-    if (names.size() > measuredNames) {
-        std::nth_element(names.begin(), names.begin() + measuredNames, names.end(),
-                         [](const QString& a, const QString& b) { return a.size() > b.size(); });
-        names.resize(measuredNames);
-    }
-    return names;
+    return width;
 }
 
 } // namespace
 
 FileListView::FileListView(BaseTab& tab, QWidget* parent) : QTreeView(parent), tab_(tab) {
     setModel(&tab.files());
-    setHeaderHidden(true);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
     setItemDelegate(new FileRowDelegate(this));
     setSelectionMode(ExtendedSelection);
-    setTextElideMode(Qt::ElideNone);
+    setTextElideMode(Qt::ElideRight);
     setAcceptDrops(true);
     setAccessibleName(tr("Files"));
     setHorizontalScrollMode(ScrollPerPixel);
     header()->setStretchLastSection(false);
+    header()->setSectionsMovable(false);
+    header()->setSortIndicatorClearable(true);
+    header()->setSortIndicator(-1, Qt::AscendingOrder);
+    setSortingEnabled(true);
     createContextMenu();
 
     fitTimer_.setSingleShot(true);
     fitTimer_.setInterval(0);
-    connect(&fitTimer_, &QTimer::timeout, this, &FileListView::fitColumn);
+    connect(&fitTimer_, &QTimer::timeout, this, &FileListView::fitColumns);
     connect(model(), &QAbstractItemModel::modelReset, this, [this] {
         fitTimer_.start();
         Q_EMIT selectedRowsChanged();
     });
-    fitColumn();
+    fitColumns();
 }
 
-void FileListView::fitColumn() {
+void FileListView::fitColumns() {
+    const FileList& files = tab_.files();
+    setHeaderHidden(files.rowCount() == 0);
     const QFontMetrics metrics(font());
-    int widest = 0;
-    for (const QString& name : longestNames(*model())) {
-        widest = std::max(widest, metrics.horizontalAdvance(name));
+    const int names = widest(metrics, files.longestTexts(FileList::Name));
+    nameWidth_ = std::max(leastColumnWidth, qCeil(columnWidthPerName * names));
+    const int margin = metrics.averageCharWidth() * 2;
+    const auto fit = [&](FileList::Column column, int text) {
+        header()->resizeSection(column, std::max(text + margin, header()->sectionSizeHint(column)));
+    };
+    setColumnHidden(FileList::Folder, !files.hasFolders());
+    if (files.hasFolders()) {
+        fit(FileList::Folder, std::min(widest(metrics, files.longestTexts(FileList::Folder)),
+                                       metrics.averageCharWidth() * mostFolderCharacters));
     }
-    const int width = std::max(leastColumnWidth, qCeil(columnWidthPerName * widest));
-    header()->setMinimumSectionSize(width);
-    // The column also fills the view, so that a selected row is marked all along.
-    header()->setSectionResizeMode(QHeaderView::Stretch);
+    fit(FileList::Length, metrics.horizontalAdvance(QLatin1StringView(lengthSample)));
+    fit(FileList::Format, metrics.horizontalAdvance(QLatin1StringView(formatSample)));
+    fit(FileList::Size, metrics.horizontalAdvance(QLatin1StringView(sizeSample)));
+    stretchNames();
+}
+
+/// The names also get the room that the other columns leave.
+void FileListView::stretchNames() {
+    int others = 0;
+    for (int column = FileList::Name + 1; column < FileList::ColumnCount; ++column) {
+        others += header()->sectionSize(column); // 0 of a hidden one
+    }
+    header()->resizeSection(FileList::Name, std::max(nameWidth_, viewport()->width() - others));
+}
+
+void FileListView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    stretchNames();
 }
 
 bool FileListView::hasSelectedRows() const {
@@ -115,9 +140,11 @@ void FileListView::selectionChanged(const QItemSelection& selected,
 
 void FileListView::deleteSelectedRows() {
     QSet<int> rows;
-    const QModelIndexList selected = selectionModel()->selectedRows();
-    for (const QModelIndex& index : selected) {
-        rows.insert(index.row());
+    const QItemSelection selection = selectionModel()->selection();
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            rows.insert(row);
+        }
     }
     if (rows.isEmpty()) {
         return;

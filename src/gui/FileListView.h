@@ -34,11 +34,13 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void createContextMenu();
     void menuWillOpen();
-    void fitColumn();
+    void fitColumns();
+    void stretchNames();
     void setDraggedOver(bool draggedOver);
     void paintEmptyState();
     void paintDropFrame();
@@ -47,6 +49,7 @@ private:
     QMenu fileListContextMenu_;
     QMenu* extensionsMenu_ = nullptr;
     QTimer fitTimer_;
+    int nameWidth_ = 0; ///< that the names need
     bool draggedOver_ = false;
 };
 

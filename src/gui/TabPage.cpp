@@ -4,6 +4,7 @@
 #include "gui/FileListView.h"
 #include "gui/OptionForm.h"
 #include "gui/PresetBar.h"
+#include "gui/WorkLine.h"
 #include "platform/ClockText.h"
 
 #include <QHBoxLayout>
@@ -34,10 +35,10 @@ TabPage::TabPage(BaseTab& tab, QWidget* parent)
     layout->addWidget(buildButtonRow());
 
     connect(&tab_, &BaseTab::filesChanged, this, &TabPage::refreshFiles);
-    connect(&tab_, &BaseTab::filesChanged, this, &TabPage::countFiles);
-    connect(&totals_, &FileTotals::changed, this, &TabPage::refreshHeader);
+    connect(&tab_.facts(), &FactsReader::changed, this, &TabPage::refreshHeader);
     connect(&tab_, &BaseTab::optionsChanged, this, &TabPage::refresh);
     connect(list_, &FileListView::selectedRowsChanged, this, &TabPage::refreshButtons);
+    tab_.facts().start();
 }
 
 QWidget* TabPage::buildFileColumn() {
@@ -46,6 +47,8 @@ QWidget* TabPage::buildFileColumn() {
     layout->setContentsMargins({});
     header_->setBuddy(list_);
     layout->addWidget(header_);
+    layout->addWidget(new WorkLine(tab_.searches(), column));
+    layout->addWidget(new WorkLine(tab_.commandWork(), column));
     layout->addWidget(list_, 1);
     return column;
 }
@@ -105,18 +108,15 @@ void TabPage::refreshFiles() {
     refreshButtons();
 }
 
-void TabPage::countFiles() {
-    totals_.count(tab_.fileNames());
-}
-
 void TabPage::refreshHeader() {
     const int count = tab_.files().rowCount();
     QStringList parts{tr("%Ln files", nullptr, count)};
-    if (count > 0 && totals_.length().count() > 0) {
-        parts << clockText(std::chrono::round<std::chrono::seconds>(totals_.length()));
+    const FactsReader& facts = tab_.facts();
+    if (count > 0 && facts.length().count() > 0) {
+        parts << clockText(std::chrono::round<std::chrono::seconds>(facts.length()));
     }
-    if (count > 0 && totals_.bytes() > 0) {
-        parts << locale().formattedDataSize(totals_.bytes(), 0, QLocale::DataSizeSIFormat);
+    if (count > 0 && facts.bytes() > 0) {
+        parts << locale().formattedDataSize(facts.bytes(), 0, QLocale::DataSizeSIFormat);
     }
     header_->setText(parts.join(QStringLiteral(" · ")));
 }

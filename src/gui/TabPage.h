@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/FileTotals.h"
-
 #include <QString>
 #include <QWidget>
 
@@ -41,12 +39,10 @@ private:
     QWidget* buildOptionColumn();
     QWidget* buildButtonRow();
     void refreshFiles();
-    void countFiles();
     void refreshHeader();
     void refreshButtons();
 
     BaseTab& tab_;
-    FileTotals totals_;
     QLabel* header_;
     FileListView* list_;
     QPushButton* remove_;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <tl/expected.hpp>
+
 #include <chrono>
 
 namespace quav {
@@ -17,7 +19,18 @@ bool isAiffOrWav(const QString& path);
 /// True when the file is an MP4 file whose audio is Apple Lossless.
 bool isAppleLossless(const QString& path);
 
-/// The playing time as the file's header has it; none for what is no audio or does not say.
-std::chrono::milliseconds audioLength(const QString& path);
+/// What a file says of its sound.
+struct AudioDescription {
+    QString format;                      ///< "flac", "wav", "shn", ...
+    std::chrono::milliseconds length{0}; ///< 0: not told
+    int sampleRate = 0;                  ///< blocks per second
+    int bits = 0;                        ///< of a sample; 0 where that means nothing
+    int channels = 0;
+    int misalignment = 0; ///< bytes behind the last whole sector, if it is CD audio
+};
+
+/// Reads the beginning of a file, and where its format asks for it a little of its end; decodes
+/// nothing. The error is a sentence; it is empty for what is no audio at all. Any thread.
+tl::expected<AudioDescription, QString> describeAudio(const QString& path);
 
 } // namespace quav

@@ -24,6 +24,8 @@ struct CloseDirectory {
 
 class Walker {
 public:
+    explicit Walker(const std::function<bool(qsizetype)>& goOn) : goOn_(goOn) {}
+
     void walk(const QByteArray& folder) {
         struct stat info {};
         const std::unique_ptr<DIR, CloseDirectory> directory(opendir(folder.constData()));
@@ -36,10 +38,12 @@ public:
             return;
         }
         way_.push_back(identity);
-        while (const dirent* entry = readdir(directory.get())) {
+        const dirent* entry = nullptr;
+        while (!isEnded_ && (entry = readdir(directory.get()))) {
             visit(folder, *entry);
         }
         way_.pop_back();
+        isEnded_ = isEnded_ || (goOn_ && !goOn_(contents.files.size()));
     }
 
     DirectoryContents contents;
@@ -80,13 +84,16 @@ private:
                                                   : static_cast<unsigned char>(DT_UNKNOWN);
     }
 
+    const std::function<bool(qsizetype)>& goOn_;
     std::vector<Identity> way_;
+    bool isEnded_ = false;
 };
 
 } // namespace
 
-DirectoryContents walkDirectory(const QString& folder) {
-    Walker walker;
+DirectoryContents walkDirectory(const QString& folder,
+                                const std::function<bool(qsizetype files)>& goOn) {
+    Walker walker(goOn);
     walker.walk(QFile::encodeName(folder));
     return std::move(walker.contents);
 }

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace quav {
 
 /// What a folder and everything below it holds.
@@ -14,7 +16,9 @@ struct DirectoryContents {
 };
 
 /// Lists a folder recursively. A link to a folder is followed unless it leads back into one of the
-/// folders on the way to it.
-DirectoryContents walkDirectory(const QString& folder);
+/// folders on the way to it. `goOn`, if given, is told after each folder how many files there are
+/// so far, and ends the search by answering false.
+DirectoryContents walkDirectory(const QString& folder,
+                                const std::function<bool(qsizetype files)>& goOn = {});
 
 } // namespace quav

@@ -21,7 +21,7 @@ inline QString words(const Verdicts& verdicts) {
 /// The report on lists, with the bench's folder taken out.
 inline QString verify(Bench& bench, const QStringList& lists) {
     bench.checksum.options().set(checksumOptions().command, ChecksumCommand::Verify);
-    bench.checksum.addFiles(lists);
+    addFiles(bench.checksum, lists);
     bench.reports.clear();
     bench.run(bench.checksum);
     return bench.reports.join(u"---"_s).remove(bench.folder.path() + u'/');

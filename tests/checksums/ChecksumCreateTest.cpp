@@ -30,7 +30,7 @@ void create(Bench& bench, ChecksumKind kind, const QStringList& files) {
     bench.checksum.options().set(checksumOptions().command, Command::Create);
     bench.checksum.options().set(checksumOptions().kind, kind);
     bench.checksum.options().set(checksumOptions().sourceSave, true);
-    bench.checksum.addFiles(files);
+    addFiles(bench.checksum, files);
     if (kind == ChecksumKind::Ffp) {
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Done);
     } else {
@@ -134,13 +134,13 @@ private Q_SLOTS:
         bench.checksum.options().set(checksumOptions().sourceSave, true);
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
             bench.checksum.options().set(checksumOptions().kind, kind);
-            bench.checksum.addFiles({x, y});
+            addFiles(bench.checksum, {x, y});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
             QVERIFY(bench.checksum.fileNames().isEmpty());
         }
         bench.checksum.options().set(checksumOptions().sourceSave, false);
         bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Ffp);
-        bench.checksum.addFiles({x, flac});
+        addFiles(bench.checksum, {x, flac});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
         QCOMPARE(bench.checksum.fileNames().size(), 2);
         QCOMPARE(bench.prompts.saveDialogs,
@@ -152,7 +152,7 @@ private Q_SLOTS:
         // Without the box and with a path: names count from the list's folder.
         bench.prompts.savePath = bench.path(u"b/all.md5"_s);
         bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Md5);
-        bench.checksum.addFiles({x, y});
+        addFiles(bench.checksum, {x, y});
         bench.run(bench.checksum);
         QCOMPARE(entriesOf(bench.path(u"b/all.md5"_s), u"#MD5 checksums"_s),
                  u"%1 */c/y.wav\n%2 *x.wav\n"_s.arg(QLatin1StringView(md5Of(y)),
@@ -175,7 +175,7 @@ private Q_SLOTS:
         for (const Command command : {Command::Test, Command::Create, Command::Verify}) {
             bench.checksum.options().set(checksumOptions().command, command);
             bench.checksum.options().set(checksumOptions().kind, ChecksumKind::St5);
-            bench.checksum.addFiles({mp3});
+            addFiles(bench.checksum, {mp3});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::NothingToDo);
             QVERIFY(bench.checksum.fileNames().isEmpty());
         }
@@ -217,7 +217,7 @@ private Q_SLOTS:
         const QString list = bench.written(u"md5sum.md5"_s, "from the taper\n");
         bench.checksum.options().set(checksumOptions().command, Command::Create);
         bench.checksum.options().set(checksumOptions().sourceSave, true);
-        bench.checksum.addFiles({wav});
+        addFiles(bench.checksum, {wav});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined);
         QCOMPARE(contents(list), "from the taper\n");
         bench.prompts.answers = {true};
@@ -253,7 +253,7 @@ private Q_SLOTS:
             }
         });
         timer.start(0);
-        bench.checksum.addFiles(files);
+        addFiles(bench.checksum, files);
         const CommandOutcome outcome = bench.press(bench.checksum);
         QTRY_VERIFY(!timer.isActive() && bench.workbench.queue().taskCount() == 0);
         const bool isWrittenAtOnce = kind == ChecksumKind::Ffp;
@@ -269,7 +269,7 @@ private Q_SLOTS:
         bench.prompts.savePath = bench.path(u"folder.md5"_s);
         for (const ChecksumKind kind : {ChecksumKind::Md5, ChecksumKind::St5}) {
             bench.checksum.options().set(checksumOptions().kind, kind);
-            bench.checksum.addFiles({wav});
+            addFiles(bench.checksum, {wav});
             bench.prompts.answers = {true};
             bench.run(bench.checksum);
         }
@@ -279,7 +279,7 @@ private Q_SLOTS:
         QVERIFY2(bench.reports.value(1).startsWith(u"“"), qPrintable(bench.reports.value(1)));
         QVERIFY(bench.reports.value(1).contains(u"folder.md5” could not be written"));
         bench.checksum.options().set(checksumOptions().kind, ChecksumKind::Ffp);
-        bench.checksum.addFiles({bench.flac(u"a.flac"_s)});
+        addFiles(bench.checksum, {bench.flac(u"a.flac"_s)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
         QVERIFY(bench.prompts.alerts.value(0).contains(u"could not be written"));
         // A folder that is missing is told before anything is read.
@@ -305,7 +305,7 @@ private Q_SLOTS:
         QFile::remove(bench.toolsDir.filePath(tool));
         bench.checksum.options().set(checksumOptions().command, command);
         bench.checksum.options().set(checksumOptions().kind, kind);
-        bench.checksum.addFiles({bench.written(file, "x")});
+        addFiles(bench.checksum, {bench.written(file, "x")});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Refused);
         QVERIFY(bench.prompts.alerts.value(0).contains(tool));
         QCOMPARE(bench.checksum.fileNames().size(), 1);
@@ -357,7 +357,7 @@ private Q_SLOTS:
         bench.prompts.savePath = bench.path(list);
         const auto press = [&](bool answer) {
             bench.prompts.answers = {answer};
-            bench.checksum.addFiles(paths);
+            addFiles(bench.checksum, paths);
             const CommandOutcome outcome = bench.press(bench.checksum);
             (void)QTest::qWaitFor([&] { return bench.workbench.queue().taskCount() == 0; },
                                   quav::test::patience);
@@ -483,7 +483,7 @@ private Q_SLOTS:
                                   bench.wav(u"b/3.wav"_s, {.seed = 3})};
         bench.encode.options().set(bench.encode.rows().beside, true);
         bench.encode.options().set(encodeOptions().generateFFP, true);
-        bench.encode.addFiles(sources);
+        addFiles(bench.encode, sources);
         bench.run(bench.encode);
         const auto entries = [&](const QString& folder) {
             return entriesOf(bench.path(folder + u"/fingerprint.ffp.txt"_s),
@@ -498,7 +498,7 @@ private Q_SLOTS:
         // One that somebody else has made goes only when the user says so.
         bench.written(u"a/fingerprint.ffp.txt"_s, "theirs\n");
         QFile::remove(bench.path(u"a/1.flac"_s));
-        bench.encode.addFiles({sources[0]});
+        addFiles(bench.encode, {sources[0]});
         QCOMPARE(bench.press(bench.encode), CommandOutcome::Declined);
         QCOMPARE(contents(bench.path(u"a/fingerprint.ffp.txt"_s)), "theirs\n");
         bench.encode.clearFiles();
@@ -507,7 +507,7 @@ private Q_SLOTS:
         QVERIFY(QFile::link(bench.path(u"a"_s), bench.path(u"same"_s)));
         QFile::remove(bench.path(u"a/fingerprint.ffp.txt"_s));
         QFile::remove(bench.path(u"a/2.flac"_s));
-        bench.encode.addFiles({sources[0], bench.path(u"same/2.wav"_s)});
+        addFiles(bench.encode, {sources[0], bench.path(u"same/2.wav"_s)});
         bench.run(bench.encode);
         QCOMPARE(entries(u"a"_s).count(u'\n'), 2);
         const QByteArray whole = contents(bench.path(u"a/fingerprint.ffp.txt"_s));
@@ -515,7 +515,7 @@ private Q_SLOTS:
                  u"case \"$*\" in *2.flac) kill -9 $$;; esac"_s);
         QFile::remove(bench.path(u"a/1.flac"_s));
         QFile::remove(bench.path(u"a/2.flac"_s));
-        bench.encode.addFiles({sources[0], bench.path(u"same/2.wav"_s)});
+        addFiles(bench.encode, {sources[0], bench.path(u"same/2.wav"_s)});
         bench.run(bench.encode);
         QCOMPARE(bench.failed, QStringList{u"Create FFP checksum file"_s});
         QCOMPARE(entries(u"a"_s).count(u'\n'), 1);
@@ -526,7 +526,7 @@ private Q_SLOTS:
         const QByteArray before = contents(bench.path(u"b/fingerprint.ffp.txt"_s));
         QFile::remove(bench.path(u"b/3.flac"_s));
         bench.written(u"b/3.wav"_s, "no sound");
-        bench.encode.addFiles({bench.path(u"b/3.wav"_s)});
+        addFiles(bench.encode, {bench.path(u"b/3.wav"_s)});
         bench.run(bench.encode);
         QCOMPARE(contents(bench.path(u"b/fingerprint.ffp.txt"_s)), before);
     }

@@ -92,7 +92,7 @@ private Q_SLOTS:
         bench.workbench.queue().maxThreadsChanged(atOnce);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        bench.checksum.addFiles({bench.written(u"l.ffp"_s, list)});
+        addFiles(bench.checksum, {bench.written(u"l.ffp"_s, list)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
         QTRY_COMPARE_WITH_TIMEOUT(gate.runs(), atOnce, 60000);
         bench.workbench.queue().cancelAllTasks();
@@ -233,7 +233,7 @@ private Q_SLOTS:
             [&] { QCOMPARE(bench.press(bench.checksum), CommandOutcome::Declined); }();
             return bench.checksum.fileNames().size();
         };
-        bench.checksum.addFiles({bench.flac(u"a/t.flac"_s), bench.flac(u"t.flac"_s)});
+        addFiles(bench.checksum, {bench.flac(u"a/t.flac"_s), bench.flac(u"t.flac"_s)});
         bench.prompts.savePath = bench.path(u"out/l"_s); // where no name leads to its file
         QCOMPARE(filesAfter(false), 2);
         bench.checksum.clearFiles();

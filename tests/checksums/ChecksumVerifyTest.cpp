@@ -192,7 +192,7 @@ private Q_SLOTS:
         for (int bit = 0; bit < bits; ++bit) {
             files << withTotal(u"bit%1.flac"_s.arg(bit), frames ^ (quint64(1) << bit));
         }
-        bench.checksum.addFiles(files);
+        addFiles(bench.checksum, files);
         bench.run(bench.checksum);
         const QString report = bench.reports.join(u'\n');
         QCOMPARE(bench.verdicts.size(), files.size());
@@ -239,7 +239,7 @@ private Q_SLOTS:
         if (kind.startsWith(u"gigabyte")) {
             QVERIFY(QFile::resize(list, qint64(1) << 30));
         }
-        bench.checksum.addFiles({list});
+        addFiles(bench.checksum, {list});
         if (kind.startsWith(u"gone") || kind.startsWith(u"pipe")) {
             QFile::remove(list);
         }
@@ -271,7 +271,7 @@ private Q_SLOTS:
             QVERIFY(QFile::copy(file, damaged.last()));
             damage(damaged.last(), false);
         }
-        bench.checksum.addFiles(files + damaged << wav);
+        addFiles(bench.checksum, files + damaged << wav);
         bench.run(bench.checksum);
         QVERIFY(bench.checksum.fileNames().isEmpty());
         QCOMPARE(bench.verdicts.size(), 8);
@@ -316,7 +316,7 @@ private Q_SLOTS:
             const QString flac = bench.flac(u"a.flac"_s);
             bench.replaceTool(u"flac"_s, u"printf '%1' | %2 >&2\n"_s.arg(says, through));
             bench.checksum.options().set(checksumOptions().command, Command::Test);
-            bench.checksum.addFiles({flac});
+            addFiles(bench.checksum, {flac});
             bench.run(bench.checksum);
             QCOMPARE(bench.reports.value(0), report + u'\n');
             const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
@@ -336,8 +336,8 @@ private Q_SLOTS:
         QVERIFY(QFile::resize(large, qint64(1) << 40));
         const QByteArray line = QByteArray(32, '0') + " *large\n";
         bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        bench.checksum.addFiles({bench.written(u"l.md5"_s, line + line)});
-        bench.checksum.addFiles({bench.written(u"waits.md5"_s, line)});
+        addFiles(bench.checksum, {bench.written(u"l.md5"_s, line + line)});
+        addFiles(bench.checksum, {bench.written(u"waits.md5"_s, line)});
         bench.workbench.queue().maxThreadsChanged(1);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
@@ -420,7 +420,7 @@ private Q_SLOTS:
         bench.workbench.queue().maxThreadsChanged(1);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        bench.checksum.addFiles({bench.path(list)});
+        addFiles(bench.checksum, {bench.path(list)});
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
         QTRY_COMPARE(gate.runs(), 1);
         bench.workbench.queue().cancelAllTasks();
@@ -437,8 +437,8 @@ private Q_SLOTS:
             bench.replaceTool(u"shntool"_s,
                               u"echo >'%1'; exec sleep 600\n"_s.arg(bench.path(u"up"_s)));
             bench.checksum.options().set(checksumOptions().command, Command::Verify);
-            bench.checksum.addFiles(
-                {bench.written(u"l.st5"_s, QByteArray(32, '0') + "  [shntool]  a\n")});
+            addFiles(bench.checksum,
+                     {bench.written(u"l.st5"_s, QByteArray(32, '0') + "  [shntool]  a\n")});
             QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
             QTRY_VERIFY(QFile::exists(bench.path(u"up"_s)));
             clock.start();
@@ -451,7 +451,7 @@ private Q_SLOTS:
         const QString file = bench.written(u"a"_s, "x");
         const QByteArray line = md5Of(file) + " *a\n";
         bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        bench.checksum.addFiles({bench.written(u"l.md5"_s, line.repeated(10000))});
+        addFiles(bench.checksum, {bench.written(u"l.md5"_s, line.repeated(10000))});
         // Were the entries checked on this thread, the loop would not turn before the end.
         int turns = 0;
         QTimer timer;

@@ -17,6 +17,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
+using quav::test::addFiles;
 using quav::test::audioMd5;
 using quav::test::Bench;
 using quav::test::contents;
@@ -133,7 +134,7 @@ private Q_SLOTS:
         const bool decodes = kind.endsWith(u"flac");
         quav::ConversionTab& tab =
             decodes ? static_cast<ConversionTab&>(bench.decode) : bench.encode;
-        tab.addFiles({source});
+        addFiles(tab, {source});
         tab.options().set(tab.rows().deleteOriginals, true);
         bench.run(tab);
 
@@ -166,7 +167,7 @@ private Q_SLOTS:
                                    target == u"aiff" ? DecodeTarget::Aiff : DecodeTarget::Wav);
         quav::ConversionTab& tab =
             limit == 0 ? static_cast<ConversionTab&>(bench.encode) : bench.decode;
-        tab.addFiles({source});
+        addFiles(tab, {source});
         tab.options().set(tab.rows().deleteOriginals, true);
         tab.options().set(tab.rows().acceptLosses, true);
         {
@@ -212,7 +213,7 @@ private Q_SLOTS:
             test::run(u"metaflac"_s, {u"--set-tag=MOOD=blue"_s, source});
         }
         bench.settings.set(keys::warnOnDelete, false);
-        bench.decode.addFiles(sources);
+        addFiles(bench.decode, sources);
         bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.decode.options().set(bench.decode.rows().acceptLosses, accepts);
         bench.prompts.answers = {answer};
@@ -244,7 +245,7 @@ private Q_SLOTS:
         }
         const QByteArray before = contents(source);
         bench.encode.options().set(encodeOptions().flacLevel, 0);
-        bench.encode.addFiles({source});
+        addFiles(bench.encode, {source});
         bench.prompts.answers = {true};
         bench.run(bench.encode);
         QCOMPARE(contents(source) == before, isDamaged);
@@ -264,7 +265,7 @@ private Q_SLOTS:
         {
             auto other = OutputClaim::take(bench.path(claimed));
             QVERIFY(other && other->note(OutputClaim::State::Making));
-            bench.encode.addFiles({source});
+            addFiles(bench.encode, {source});
             bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
             bench.run(bench.encode);
             QCOMPARE(bench.failed, QStringList{u"s.wav"_s});
@@ -272,7 +273,7 @@ private Q_SLOTS:
                      qPrintable(bench.reports.join(u' ')));
             QVERIFY(QFile::exists(source) && !QFile::exists(bench.out(u"s.flac"_s)));
         }
-        bench.encode.addFiles({source});
+        addFiles(bench.encode, {source});
         bench.run(bench.encode);
         QVERIFY(!QFile::exists(source));
         QCOMPARE(bench.outputs(), QStringList{u"s.flac"_s});
@@ -380,7 +381,7 @@ private Q_SLOTS:
         QFETCH(QString, what);
         Bench bench;
         const QString output = bench.out(u"s.flac"_s);
-        bench.encode.addFiles({bench.wav(u"s.wav"_s)});
+        addFiles(bench.encode, {bench.wav(u"s.wav"_s)});
         if (what == u"dangling") {
             QVERIFY(QFile::link(bench.path(u"nowhere.flac"_s), output));
             bench.prompts.answers = {true};
@@ -413,7 +414,7 @@ private Q_SLOTS:
                     file.setFileTime(time, QFileDevice::FileModificationTime));
         }
         bench.settings.set(keys::keepModificationTime, wanted);
-        bench.decode.addFiles({source});
+        addFiles(bench.decode, {source});
         bench.run(bench.decode);
         QCOMPARE(QFileInfo(bench.out(u"s.wav"_s)).lastModified() == time, wanted);
     }

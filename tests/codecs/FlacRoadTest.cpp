@@ -8,6 +8,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
+using quav::test::addFiles;
 using quav::test::audioMd5;
 using quav::test::Bench;
 using quav::test::contents;
@@ -36,13 +37,13 @@ private Q_SLOTS:
         Bench bench;
         const QString source = bench.path(name);
         QVERIFY(writeWav(source, {.frames = 50001, .bits = bits}));
-        bench.encode.addFiles({source});
+        addFiles(bench.encode, {source});
         bench.run(bench.encode);
         const QString flac = bench.out(baseName(name) + u".flac"_s);
         QCOMPARE(test::run(u"flac"_s, {u"-ts"_s, flac}).status, 0);
         QCOMPARE(audioMd5(flac), audioMd5(source));
 
-        bench.decode.addFiles({flac});
+        addFiles(bench.decode, {flac});
         QVERIFY(bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), format));
         bench.run(bench.decode);
         const QString back = bench.out(baseName(name) + u'.' + format.toLower());
@@ -55,7 +56,7 @@ private Q_SLOTS:
         Bench bench;
         const QString flac = bench.flac(u"a.FLAC"_s);
         for (const QString& format : {u"WAV"_s, u"AIFF"_s}) {
-            bench.decode.addFiles({flac});
+            addFiles(bench.decode, {flac});
             QVERIFY(
                 bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), format));
             bench.run(bench.decode);
@@ -63,7 +64,7 @@ private Q_SLOTS:
             QVERIFY(test::run(u"ffprobe"_s, {u"-v"_s, u"error"_s, u"-show_entries"_s,
                                              u"format_tags=title"_s, plain})
                         .output.contains("Größe"));
-            bench.encode.addFiles({plain});
+            addFiles(bench.encode, {plain});
             bench.prompts.answers = {true};
             bench.run(bench.encode);
             const QByteArray comments =
@@ -89,7 +90,7 @@ private Q_SLOTS:
         Bench bench;
         const QString bad = bench.flac(u"bad.flac"_s);
         const QString good = bench.flac(u"good.flac"_s);
-        bench.decode.addFiles({bad, good});
+        addFiles(bench.decode, {bad, good});
         if (kind == u"truncated" || kind == u"flipped") {
             damage(bad, kind == u"truncated");
         } else if (kind == u"deleted") {
@@ -119,7 +120,7 @@ private Q_SLOTS:
         Bench bench;
         const QString bad = bench.flac(u"bad.flac"_s);
         damage(bad, false);
-        bench.decode.addFiles({bad});
+        addFiles(bench.decode, {bad});
         bench.decode.options().set(decodeOptions().flacThroughErrors, true);
         bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
@@ -149,7 +150,7 @@ private Q_SLOTS:
         }
         const QByteArray before = contents(old);
         QVERIFY(writeWav(source + u".keep"_s));
-        bench.encode.addFiles({source});
+        addFiles(bench.encode, {source});
         bench.encode.options().set(encodeOptions().flacLevel, 0);
         bench.prompts.answers = {answer};
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
@@ -177,7 +178,7 @@ private Q_SLOTS:
         const QByteArray audio = audioMd5(flac);
         const QString link = bench.path(u"link"_s);
         QVERIFY(QFile::link(bench.path(u"out"_s), link));
-        bench.encode.addFiles({throughLink ? link + u"/x.flac"_s : flac});
+        addFiles(bench.encode, {throughLink ? link + u"/x.flac"_s : flac});
         bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.prompts.answers = {true, true};
         bench.run(bench.encode);
@@ -201,9 +202,9 @@ private Q_SLOTS:
         QDir(bench.folder.path()).mkdir(u"b"_s);
         QVERIFY(writeWav(bench.path(u"a.wav"_s)));
         QVERIFY(writeWav(bench.path(u"b/a.wav"_s)));
-        bench.encode.addFiles({bench.path(u"a.wav"_s)});
+        addFiles(bench.encode, {bench.path(u"a.wav"_s)});
         if (obstacle == u"shared") {
-            bench.encode.addFiles({bench.path(u"b/a.wav"_s)});
+            addFiles(bench.encode, {bench.path(u"b/a.wav"_s)});
         } else if (obstacle == u"tool") {
             QFile::remove(bench.toolsDir.filePath(u"flac"_s));
         } else {
@@ -229,7 +230,7 @@ private Q_SLOTS:
         }
         const QString source = bench.path(u"a.wav"_s);
         QVERIFY(writeWav(source));
-        bench.encode.addFiles({source});
+        addFiles(bench.encode, {source});
         bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.run(bench.encode);
         const QStringList left = bench.outputs();
@@ -253,7 +254,7 @@ private Q_SLOTS:
                 .status != 0) {
             QSKIP("a small file system cannot be mounted here");
         }
-        bench.decode.addFiles({flac});
+        addFiles(bench.decode, {flac});
         bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         const QStringList left = bench.outputs();
@@ -268,7 +269,7 @@ private Q_SLOTS:
     void declinedQuestionsLeaveEverythingAsItIs() {
         Bench bench;
         QVERIFY(writeWav(bench.path(u"a.wav"_s)));
-        bench.encode.addFiles({bench.path(u"a.wav"_s)});
+        addFiles(bench.encode, {bench.path(u"a.wav"_s)});
         bench.encode.options().set(bench.encode.rows().deleteOriginals, true);
         bench.prompts.answers = {false};
         QCOMPARE(bench.encode.executeCommand(), CommandOutcome::Declined);
@@ -289,12 +290,12 @@ private Q_SLOTS:
         const QString tta = bench.path(u"b.tta"_s);
         const QString odd = bench.path(u"c.xyz"_s);
         QVERIFY(writeWav(tta) && writeWav(odd));
-        bench.decode.addFiles({tta, odd, bench.flac(u"a.flac"_s)});
+        addFiles(bench.decode, {tta, odd, bench.flac(u"a.flac"_s)});
         bench.run(bench.decode);
         QCOMPARE(bench.decode.fileNames(), QStringList{tta});
         QCOMPARE(bench.prompts.alertMessages, QStringList{u"b.tta"_s});
         bench.decode.clearFiles();
-        bench.decode.addFiles({odd});
+        addFiles(bench.decode, {odd});
         QCOMPARE(bench.press(bench.decode), CommandOutcome::NothingToDo);
         QCOMPARE(bench.decode.files().rowCount(), 0);
         QCOMPARE(bench.prompts.alerts.size(), 1);
@@ -304,7 +305,7 @@ private Q_SLOTS:
         Bench bench;
         const QString good = bench.wav(u"good/a.wav"_s);
         const QString gone = bench.wav(u"gone/b.wav"_s);
-        bench.encode.addFiles({good, gone});
+        addFiles(bench.encode, {good, gone});
         QDir(bench.path(u"gone"_s)).removeRecursively();
         bench.encode.options().set(encodeOptions().beside, true);
         bench.run(bench.encode);
@@ -319,9 +320,9 @@ private Q_SLOTS:
         const QString late = bench.path(u"late.wav"_s);
         QVERIFY(writeWav(bench.path(u"a.wav"_s)) && writeWav(late));
         bench.flac(u"out/a.flac"_s);
-        bench.encode.addFiles({bench.path(u"a.wav"_s)});
+        addFiles(bench.encode, {bench.path(u"a.wav"_s)});
         bench.prompts.answers = {true};
-        bench.prompts.beforeAnswer = [&] { bench.encode.addFiles({late}); };
+        bench.prompts.beforeAnswer = [&] { addFiles(bench.encode, {late}); };
         bench.run(bench.encode);
         QCOMPARE(bench.encode.fileNames(), QStringList{late});
         QCOMPARE(bench.outputs(), QStringList{u"a.flac"_s});
@@ -332,7 +333,7 @@ private Q_SLOTS:
         QSignalSpy windows(&bench.workbench.queue(), &QUAVTaskQueue::outputWindowRequested);
         QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
         for (int i = 0; i < 5; ++i) {
-            bench.decode.addFiles({bench.flac(u"%1.flac"_s.arg(i))});
+            addFiles(bench.decode, {bench.flac(u"%1.flac"_s.arg(i))});
         }
         QCOMPARE(bench.press(bench.decode), CommandOutcome::Queued);
         bench.workbench.queue().cancelAllTasks();
@@ -345,7 +346,7 @@ private Q_SLOTS:
         const QString tool = bench.toolsDir.filePath(u"flac"_s);
         QFile::remove(tool);
         QFile::link(QStandardPaths::findExecutable(u"true"_s), tool);
-        bench.decode.addFiles({bench.flac(u"a.flac"_s)});
+        addFiles(bench.decode, {bench.flac(u"a.flac"_s)});
         bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         QCOMPARE(bench.failed, QStringList{u"a.flac"_s});
@@ -367,10 +368,10 @@ private Q_SLOTS:
         const quint32 size = qToLittleEndian(static_cast<quint32>(riff.size() - 8));
         riff.write(reinterpret_cast<const char*>(&size), sizeof size);
         riff.close();
-        bench.encode.addFiles({wav});
+        addFiles(bench.encode, {wav});
         bench.encode.options().set(encodeOptions().flacKeepForeignMetadata, true);
         bench.run(bench.encode);
-        bench.decode.addFiles({bench.out(u"bext.flac"_s)});
+        addFiles(bench.decode, {bench.out(u"bext.flac"_s)});
         bench.decode.options().set(decodeOptions().flacKeepForeignMetadata, true);
         bench.run(bench.decode);
         QVERIFY(contents(bench.out(u"bext.wav"_s)).contains(chunk));

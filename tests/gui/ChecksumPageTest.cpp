@@ -38,7 +38,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, button);
         GuiRig rig;
         rig.workbench.controller().selectTab(tabs::checksum);
-        rig.checksum.addFiles({rig.wav(u"a.wav"_s)});
+        addFiles(rig.checksum, {rig.wav(u"a.wav"_s)});
         choose(rig, command.constData());
         QTEST(shown<QRadioButton>(rig.window, "ST5") != nullptr, "creates");
         QTEST(shown<QCheckBox>(rig.window, "Save beside") != nullptr, "creates");
@@ -51,7 +51,7 @@ private Q_SLOTS:
         rig.workbench.controller().selectTab(tabs::checksum);
         const QString good = rig.wav(u"good.wav"_s);
         const QString bad = rig.wav(u"bad.wav"_s);
-        rig.checksum.addFiles({good, bad});
+        addFiles(rig.checksum, {good, bad});
         choose(rig, "Create checksum");
         choose(rig, "MD5");
         check(rig, "Save beside");
@@ -62,7 +62,7 @@ private Q_SLOTS:
 
         rig.written(bad, "other");
         choose(rig, "Verify checksum");
-        rig.checksum.addFiles({rig.path(u"md5sum.md5"_s)});
+        addFiles(rig.checksum, {rig.path(u"md5sum.md5"_s)});
         press(rig.window, "Verify");
         QTRY_COMPARE(rig.outputWindows.windows().size(), size_t(1));
         OutputWindow& window = *rig.outputWindows.windows().front();
@@ -78,7 +78,7 @@ private Q_SLOTS:
         rig.written(bad, "now they are alike");
         rig.written(rig.path(u"md5sum.md5"_s),
                     contents(rig.path(u"md5sum.md5"_s)).split('\n').value(3) + '\n');
-        rig.checksum.addFiles({rig.path(u"md5sum.md5"_s)});
+        addFiles(rig.checksum, {rig.path(u"md5sum.md5"_s)});
         press(rig.window, "Verify");
         QTRY_COMPARE(rig.outputWindows.windows().size(), size_t(2));
         OutputWindow& clean = *rig.outputWindows.windows().back();

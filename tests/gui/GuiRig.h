@@ -70,7 +70,7 @@ public:
     /// Has the window put the tab's files to work, with the results in the rig's own folder.
     void start(BaseTab& tab, const QStringList& files) {
         workbench.controller().selectTab(tab.label());
-        tab.addFiles(files);
+        addFiles(tab, files);
         prompts.folders = {folder.path()};
         press(window, &tab == &encode ? "Encode" : "Decode");
     }

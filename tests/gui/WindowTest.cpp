@@ -1,5 +1,6 @@
 #include "GuiRig.h"
 #include "app/FileKinds.h"
+#include "checksums/ChecksumOptions.h"
 #include "gui/FileListView.h"
 #include "gui/GuiPrompts.h"
 #include "gui/TabPage.h"
@@ -8,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -16,6 +18,7 @@
 #include <QSlider>
 #include <QTabWidget>
 #include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 
@@ -32,7 +35,7 @@ QTabWidget& pagesOf(GuiRig& rig) {
 /// The list of the encode tab, which it brings to the front.
 FileListView& encodeList(GuiRig& rig, const QStringList& files = {}) {
     rig.workbench.controller().selectTab(tabs::encode);
-    rig.encode.addFiles(files);
+    addFiles(rig.encode, files);
     return *pagesOf(rig).currentWidget()->findChild<FileListView*>();
 }
 
@@ -52,6 +55,7 @@ class WindowTest : public QObject {
 private Q_SLOTS:
     void everyTabOfTheTableHasItsPage();
     void filesDroppedOnTheListAreListedAndCounted();
+    void aCommandInTheBackgroundIsShownAndCanBeCancelled();
     void filesDroppedOnTheWindowGoToTheTabThatTakesThem();
     void filesAreAddedAndRemoved();
     void theContextMenuRemovesOneSpellingOfAnExtension();
@@ -88,6 +92,44 @@ void WindowTest::filesDroppedOnTheListAreListedAndCounted() {
     QTRY_COMPARE(names(list), u"one.wav two.wav"_s);
     QVERIFY(shown<QLabel>(rig.window, "2 files"));
     QVERIFY(shown<QPushButton>(rig.window, "Encode 2 files …"));
+    const auto format = [&list](int row) {
+        return list.model()->index(row, FileList::Format).data().toString();
+    };
+    QTRY_COMPARE(format(1), u"16/44.1"_s);
+    QVERIFY(shown<QLabel>(rig.window, "2 files · 0:05 · 800 kB"));
+    QVERIFY(list.isColumnHidden(FileList::Folder));
+    const QStringList paths = rig.encode.fileNames();
+    const auto clickName = [&list] {
+        QTest::mouseClick(list.header()->viewport(), Qt::LeftButton, {}, {20, 5});
+    };
+    clickName();
+    clickName();
+    QCOMPARE(names(list), u"two.wav one.wav"_s);
+    QCOMPARE(rig.encode.fileNames(), paths);
+    clickName();
+    QCOMPARE(names(list), u"one.wav two.wav"_s);
+}
+
+void WindowTest::aCommandInTheBackgroundIsShownAndCanBeCancelled() {
+    GuiRig rig;
+    const Gate gate(rig, u"metaflac"_s);
+    rig.workbench.controller().selectTab(tabs::checksum);
+    TabOptions& options = rig.checksum.options();
+    options.set(checksumOptions().command, ChecksumCommand::Create);
+    options.set(checksumOptions().kind, ChecksumKind::Ffp);
+    options.set(checksumOptions().sourceSave, true);
+    addFiles(rig.checksum, {rig.noFlac(u"a.flac"_s)});
+    press(rig.window, "Create");
+    QTRY_VERIFY(shown<QLabel>(rig.window, "Creating the fingerprint file"));
+    addFiles(rig.checksum, {rig.noFlac(u"b.flac"_s)});
+    press(rig.window, "Create");
+    QVERIFY(rig.prompts.alerts.value(0).startsWith(u"This tab is still at work."));
+    QTest::mouseClick(shown<QToolButton>(rig.window, "Cancel"), Qt::LeftButton);
+    gate.open();
+    QTRY_COMPARE(rig.checksum.fileNames(),
+                 (QStringList{rig.path(u"a.flac"_s), rig.path(u"b.flac"_s)}));
+    QVERIFY(!shown<QLabel>(rig.window, "Creating the fingerprint file"));
+    QVERIFY(!QFile::exists(rig.path(u"fingerprint.ffp.txt"_s)));
 }
 
 void WindowTest::filesDroppedOnTheWindowGoToTheTabThatTakesThem() {
@@ -110,6 +152,7 @@ void WindowTest::filesAreAddedAndRemoved() {
     rig.prompts.files = {rig.wav(u"1.wav"_s), rig.wav(u"2.wav"_s), rig.wav(u"3.wav"_s),
                          rig.wav(u"4.wav"_s)};
     press(rig.window, "Add");
+    QTRY_COMPARE(names(list), u"1.wav 2.wav 3.wav 4.wav"_s);
     list.selectionModel()->select({list.model()->index(1, 0), list.model()->index(2, 0)},
                                   QItemSelectionModel::ClearAndSelect);
     QTest::keyClick(&list, Qt::Key_Delete);
@@ -142,7 +185,7 @@ void WindowTest::theContextMenuRemovesOneSpellingOfAnExtension() {
 void WindowTest::flacOptionsAppearWithAFlacFile() {
     GuiRig rig;
     QVERIFY(!shown<QGroupBox>(rig.window, "FLAC"));
-    rig.decode.addFiles({rig.noFlac(u"a.flac"_s)});
+    addFiles(rig.decode, {rig.noFlac(u"a.flac"_s)});
     QVERIFY(shown<QGroupBox>(rig.window, "FLAC"));
     shown<QCheckBox>(rig.window, "Decode through errors")->click();
     QVERIFY(rig.decode.options()[decodeOptions().flacThroughErrors]);

@@ -95,9 +95,13 @@ inline QByteArray contents(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Writes a file, and the folder that it is to be in.
+/// Writes a file, and the folder that it is to be in. A link, as to one of the system's tools, gives
+/// way to it.
 inline bool writeFile(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).path());
+    if (QFileInfo(path).isSymLink()) {
+        QFile::remove(path);
+    }
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }

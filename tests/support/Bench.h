@@ -7,6 +7,7 @@
 #include "codecs/EncodeOptions.h"
 #include "codecs/EncodeTab.h"
 #include "engine/QUAVTaskResults.h"
+#include "support/Adding.h"
 #include "support/Place.h"
 #include "workbench/Workbench.h"
 
@@ -46,9 +47,14 @@ struct Bench : Place {
 
     QString out(const QString& name) const { return path(u"out/"_s + name); }
 
+    /// Presses the tab's button; work that the tab does in the background is waited for.
     CommandOutcome press(BaseTab& tab) {
         prompts.folders.push_back(path(u"out"_s));
-        return tab.executeCommand();
+        QSignalSpy ended(&tab, &BaseTab::commandEnded);
+        const CommandOutcome outcome = tab.executeCommand();
+        return outcome == CommandOutcome::Running && ended.wait(patience)
+                   ? ended[0][0].value<CommandOutcome>()
+                   : outcome;
     }
 
     /// Presses the tab's button and waits until nothing is left to do.

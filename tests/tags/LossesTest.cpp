@@ -12,6 +12,7 @@
 #include <functional>
 
 using namespace quav;
+using quav::test::addFiles;
 using quav::test::Bench;
 using quav::test::columns;
 using quav::test::contents;
@@ -392,7 +393,7 @@ private Q_SLOTS:
     void theUserIsToldAndTheSourceStays() {
         Bench bench;
         flac({"MOOD=calm", "DATE=2001-05-07"})(bench, u"ä.flac"_s);
-        bench.decode.addFiles({bench.path(u"ä.flac"_s)});
+        addFiles(bench.decode, {bench.path(u"ä.flac"_s)});
         bench.decode.options().set(bench.decode.rows().deleteOriginals, true);
         bench.run(bench.decode);
         QVERIFY(bench.workbench.queue().warnings().join(u'\n').contains(
@@ -412,11 +413,11 @@ private:
         const QString to = road.section(u' ', 1);
         make(bench, name + from);
         if (to == u"flac") {
-            bench.encode.addFiles({bench.path(name + from)});
+            addFiles(bench.encode, {bench.path(name + from)});
             bench.encode.options().set(encodeOptions().flacKeepForeignMetadata, keepForeign);
             bench.run(bench.encode);
         } else {
-            bench.decode.addFiles({bench.path(name + from)});
+            addFiles(bench.decode, {bench.path(name + from)});
             QVERIFY(bench.decode.options().setForThisRun(decodeOptions().outputFormat.info(), to));
             bench.decode.options().set(decodeOptions().flacKeepForeignMetadata, keepForeign);
             bench.run(bench.decode);
