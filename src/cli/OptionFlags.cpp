@@ -22,13 +22,36 @@ std::string help(const OptionInfo& option) {
     return option.tipText().toStdString();
 }
 
+/// Whether an option can mean anything in a command that has to be told the values of the required
+/// choices first.
+bool mayApply(const OptionInfo& option, const OptionValues& given) {
+    if (!option.applies) {
+        return true;
+    }
+    const ListFacts anything = ListFacts::ofAnyList();
+    if (option.applies(given, anything)) {
+        return true;
+    }
+    OptionValues tried = given;
+    for (const OptionInfo& other : given.table().rows()) {
+        for (const OptionChoice& choice : other.choices) {
+            if (other.required) {
+                tried.setValue(other, choice.value);
+                if (option.applies(tried, anything)) {
+                    return true;
+                }
+            }
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 OptionFlags::Flags OptionFlags::addTo(CLI::App& command, const OptionValues& given) {
-    const ListFacts anything = ListFacts::ofAnyList();
     Flags added;
     for (const OptionInfo& option : given.table().rows()) {
-        if (!option.flag || (option.applies && !option.applies(given, anything))) {
+        if (!option.flag || !mayApply(option, given)) {
             continue;
         }
         added[&option] = option.control == Control::Switch ? addSwitch(command, option)

@@ -8,8 +8,12 @@ EncodeOptions::EncodeOptions()
     : ConversionOptions({optiongroups::target, optiongroups::flac, optiongroups::output},
                         "sourceEncodeButton", keys::encodeToSourceDirectory) {}
 
+bool EncodeOptions::isTarget(EncodeTarget target, const OptionValues& values) {
+    return values[encodeOptions().outputFormat] == target;
+}
+
 bool EncodeOptions::levelCounts(const OptionValues& values, const ListFacts& /*facts*/) {
-    return !values[encodeOptions().flacLax];
+    return isTarget(EncodeTarget::Flac, values) && !values[encodeOptions().flacLax];
 }
 
 const EncodeOptions& encodeOptions() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Formats.h"
 #include "codecs/ConversionOptions.h"
 #include "platform/Settings.h"
 
@@ -51,7 +52,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Decode while encoding and compare with the source"),
          .passes = "flac -V",
          .flag = "verify",
-         .setting = keys::flacVerifyButton}};
+         .setting = keys::flacVerifyButton,
+         .applies = isFor<EncodeTarget::Flac>}};
     Option<bool> flacLax{
         *this,
         {.key = "flacLaxButton",
@@ -61,7 +63,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Allow streams outside the FLAC subset, for "
                                              "unusual sample rates and resolutions"),
          .passes = "flac --lax",
-         .flag = "lax"}};
+         .flag = "lax",
+         .applies = isFor<EncodeTarget::Flac>}};
     Option<bool> flacKeepForeignMetadata{
         *this,
         {.key = "flacKeepForeignMetadataButton",
@@ -71,7 +74,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Keep the WAV or AIFF chunks that are not audio"),
          .passes = "flac --keep-foreign-metadata",
          .flag = "keep-foreign-metadata",
-         .setting = keys::flacKeepForeignMetadataButton}};
+         .setting = keys::flacKeepForeignMetadataButton,
+         .applies = isFor<EncodeTarget::Flac>}};
     /// Whether a fingerprint file is written into each output folder afterwards.
     Option<bool> generateFFP{
         *this,
@@ -83,14 +87,21 @@ public:
                                              "folder afterwards"),
          .passes = "metaflac --show-md5",
          .flag = "ffp",
-         .setting = keys::flacGenerateFFPButton}};
+         .setting = keys::flacGenerateFFPButton,
+         .applies = isFor<EncodeTarget::Flac>}};
 
 private:
+    static bool isTarget(EncodeTarget target, const OptionValues& values);
+    template <EncodeTarget target>
+    static bool isFor(const OptionValues& values, const ListFacts& /*facts*/) {
+        return isTarget(target, values);
+    }
     static bool levelCounts(const OptionValues& values, const ListFacts& facts);
 
-    static constexpr std::array targets{OptionChoice{
-        static_cast<int>(EncodeTarget::Flac), "flac", QT_TRANSLATE_NOOP("Options", "F&LAC"),
-        QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")}};
+    static constexpr std::array targets{
+        OptionChoice{static_cast<int>(EncodeTarget::Flac), formats::flac.extension,
+                     QT_TRANSLATE_NOOP("Options", "F&LAC"),
+                     QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")}};
 };
 
 const EncodeOptions& encodeOptions();
