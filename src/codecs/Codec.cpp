@@ -1,8 +1,11 @@
 #include "codecs/Codec.h"
 
 #include "codecs/DecodeFlacTask.h"
+#include "codecs/DecodeWavpackTask.h"
 #include "codecs/EncodeFlacTask.h"
+#include "codecs/EncodeWavpackTask.h"
 #include "codecs/FlacCommand.h"
+#include "codecs/WavpackTool.h"
 #include "engine/ToolsFolder.h"
 
 #include <algorithm>
@@ -50,9 +53,44 @@ ConvertingTask makeFlacDecoder(const Job& job, const Services& services) {
         job.source(), services, services.tools.tool(call.tool), call.arguments));
 }
 
+/// What cannot be encoded fails by itself, with its reason.
+bool isEverything(const QString& /*source*/) {
+    return true;
+}
+
+std::vector<ToolCall> encodeWavpack(const OptionValues& values, const Job& job) {
+    auto input = EncoderTask::inputFor(job.source(), job.output());
+    if (!input) {
+        return {};
+    }
+    const bool isFast = values[encodeOptions().wavepackFormat] == WavpackMode::Fast;
+    const QString level = isFast ? QStringLiteral("-f") : QStringLiteral("-h");
+    input->steps.push_back(
+        {QStringLiteral("wavpack"), wavpack::encodeArguments(level, input->path, job.output())});
+    return input->steps;
+}
+
+ConvertingTask makeWavpackEncoder(const Job& job, const Services& services,
+                                  const std::shared_ptr<QUAVTaskResults>& batch) {
+    return ConvertingTask::of(std::make_shared<EncodeWavpackTask>(job, services, batch));
+}
+
+std::vector<ToolCall> decodeWavpack(const OptionValues& /*values*/, const Job& job) {
+    const QString output = DecoderTask::outputOfDecoder(job.output());
+    return DecoderTask::stepsTo(
+        job.output(), {QStringLiteral("wvunpack"),
+                       wavpack::decodeArguments(job.source(), output, output != job.output())});
+}
+
+ConvertingTask makeWavpackDecoder(const Job& job, const Services& services) {
+    return ConvertingTask::of(std::make_shared<DecodeWavpackTask>(job, services));
+}
+
 constexpr std::array table{
     Codec{formats::flac, EncodeTarget::Flac, ExistingOutputs::Asked, isReadByFlac, encodeFlac,
           makeFlacEncoder, decodeFlac, makeFlacDecoder},
+    Codec{formats::wv, EncodeTarget::Wavpack, ExistingOutputs::Refused, isEverything, encodeWavpack,
+          makeWavpackEncoder, decodeWavpack, makeWavpackDecoder},
 };
 
 } // namespace

@@ -5,8 +5,9 @@
 namespace quav {
 
 EncodeOptions::EncodeOptions()
-    : ConversionOptions({optiongroups::target, optiongroups::flac, optiongroups::output},
-                        "sourceEncodeButton", keys::encodeToSourceDirectory) {}
+    : ConversionOptions(
+          {optiongroups::target, optiongroups::flac, optiongroups::wavpack, optiongroups::output},
+          "sourceEncodeButton", keys::encodeToSourceDirectory) {}
 
 bool EncodeOptions::isTarget(EncodeTarget target, const OptionValues& values) {
     return values[encodeOptions().outputFormat] == target;

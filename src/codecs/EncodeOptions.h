@@ -9,7 +9,10 @@
 namespace quav {
 
 /// What lossless files are made of others. The values are the places in the choice of targets.
-enum class EncodeTarget { Flac = 1 };
+enum class EncodeTarget { Flac = 1, Wavpack = 3 };
+
+/// What `wavpack` is told to take its time for.
+enum class WavpackMode { Fast, High };
 
 /// The options of the encode tab.
 class EncodeOptions : public ConversionOptions {
@@ -90,6 +93,18 @@ public:
          .setting = keys::flacGenerateFFPButton,
          .applies = isFor<EncodeTarget::Flac>}};
 
+    Option<WavpackMode> wavepackFormat{
+        *this,
+        {.key = "wavepackFormatMatrix",
+         .control = Control::Choice,
+         .group = optiongroups::wavpack,
+         .label = QT_TRANSLATE_NOOP("Options", "Mode"),
+         .tip = QT_TRANSLATE_NOOP("Options", "How hard WavPack compresses; the sound is the same"),
+         .flag = "mode",
+         .valueName = "MODE",
+         .choices = wavpackModes,
+         .applies = isFor<EncodeTarget::Wavpack>}};
+
 private:
     static bool isTarget(EncodeTarget target, const OptionValues& values);
     template <EncodeTarget target>
@@ -98,10 +113,20 @@ private:
     }
     static bool levelCounts(const OptionValues& values, const ListFacts& facts);
 
+    static constexpr std::array wavpackModes{
+        OptionChoice{static_cast<int>(WavpackMode::Fast), "fast",
+                     QT_TRANSLATE_NOOP("Options", "Fa&st"),
+                     QT_TRANSLATE_NOOP("Options", "Compress quickly"), "wavpack -f"},
+        OptionChoice{static_cast<int>(WavpackMode::High), "high",
+                     QT_TRANSLATE_NOOP("Options", "&High"),
+                     QT_TRANSLATE_NOOP("Options", "Make small files"), "wavpack -h"}};
     static constexpr std::array targets{
         OptionChoice{static_cast<int>(EncodeTarget::Flac), formats::flac.extension,
                      QT_TRANSLATE_NOOP("Options", "F&LAC"),
-                     QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")}};
+                     QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")},
+        OptionChoice{static_cast<int>(EncodeTarget::Wavpack), formats::wv.extension,
+                     QT_TRANSLATE_NOOP("Options", "&WavPack"),
+                     QT_TRANSLATE_NOOP("Options", "Encode to WavPack files")}};
 };
 
 const EncodeOptions& encodeOptions();

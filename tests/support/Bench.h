@@ -57,7 +57,7 @@ struct Bench {
 
     static ToolsFolder realTools(const QTemporaryDir& dir) {
         for (const char* tool :
-             {"flac", "metaflac", "wvunpack", "shntool", "mac", "ttaenc", "shorten"}) {
+             {"flac", "metaflac", "wavpack", "wvunpack", "shntool", "mac", "ttaenc", "shorten"}) {
             const QString name = QString::fromLatin1(tool);
             const QString ours = QStringLiteral(QUAV_TOOLS "/") + name;
             QFile::link(QFile::exists(ours) ? ours : QStandardPaths::findExecutable(name),
