@@ -192,7 +192,8 @@ void CommandLine::Parts::addFlags(CLI::App& command, const OptionValues& given) 
 }
 
 void CommandLine::Parts::addEncode() {
-    CLI::App* encode = addCommand("encode", tr("Turn files into FLAC"), Options::Command::Encode);
+    CLI::App* encode =
+        addCommand("encode", tr("Turn files into FLAC or WavPack"), Options::Command::Encode);
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));

@@ -115,10 +115,10 @@ private:
 
     static constexpr std::array wavpackModes{
         OptionChoice{static_cast<int>(WavpackMode::Fast), "fast",
-                     QT_TRANSLATE_NOOP("Options", "Fa&st"),
+                     QT_TRANSLATE_NOOP("Options", "Fas&t"),
                      QT_TRANSLATE_NOOP("Options", "Compress quickly"), "wavpack -f"},
         OptionChoice{static_cast<int>(WavpackMode::High), "high",
-                     QT_TRANSLATE_NOOP("Options", "&High"),
+                     QT_TRANSLATE_NOOP("Options", "Hi&gh"),
                      QT_TRANSLATE_NOOP("Options", "Make small files"), "wavpack -h"}};
     static constexpr std::array targets{
         OptionChoice{static_cast<int>(EncodeTarget::Flac), formats::flac.extension,

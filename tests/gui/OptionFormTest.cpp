@@ -28,12 +28,14 @@ QString controlName(const OptionInfo& option) {
 void makeEverythingApply(GuiRig& rig, BaseTab& tab, const OptionInfo& option) {
     rig.decode.addFiles({rig.noFlac("a.flac")});
     const OptionTable& table = tab.options().table();
-    if (const OptionInfo* command = table.row(u"commandOptions"); command && option.applies) {
-        for (const OptionChoice& choice : command->choices) {
-            tab.options().choose(*command, choice.value);
+    for (const QString& key : {u"commandOptions"_s, u"outputFormatMatrix"_s}) {
+        const OptionInfo* command = option.applies ? table.row(key) : nullptr;
+        for (const OptionChoice& choice :
+             command ? command->choices : std::span<const OptionChoice>()) {
             if (tab.options().applies(option)) {
                 return;
             }
+            tab.options().choose(*command, choice.value);
         }
     }
 }
@@ -110,6 +112,8 @@ private Q_SLOTS:
         QVERIFY(!level.isEnabled() && level.isVisible());
         rig.encode.options().set(encodeOptions().flacLax, false);
         QVERIFY(level.isEnabled());
+        rig.encode.options().set(encodeOptions().outputFormat, EncodeTarget::Wavpack);
+        QVERIFY(!level.isEnabled() && level.isVisible());
     }
 };
 
