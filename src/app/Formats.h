@@ -34,10 +34,10 @@ struct AudioFormat {
         Everybody = 127,
     };
 
-    const char* word;      ///< the extension in capitals
-    const char* extension; ///< of new files
-    bool isPacked;         ///< compressed without loss, so that decoding is what it is for
-    unsigned takers;       ///< some of `Taker`
+    const char* word = "";      ///< the extension in capitals
+    const char* extension = ""; ///< of new files
+    bool isPacked = false;      ///< compressed without loss, so that decoding is what it is for
+    unsigned takers = 0;        ///< some of `Taker`
     std::optional<TestCall> test = std::nullopt;
     const char* otherWord = nullptr; ///< another extension in capitals
 

@@ -151,7 +151,7 @@ private Q_SLOTS:
         }
         const QString tool = trouble.section(u' ', 1);
         if (trouble.startsWith(u"kill")) {
-            bench.replaceTool(tool, u"for last; do :; done; echo half > \"$last\"; kill -9 $$"_s);
+            bench.replaceTool(tool, u"echo half > \"$4\"; kill -9 $$"_s);
         } else if (trouble.startsWith(u"cancel")) {
             bench.replaceTool(tool, waiting(bench, tool));
         }
