@@ -1,38 +1,45 @@
 #include "app/FileKinds.h"
 
+#include "app/Formats.h"
 #include "platform/AudioProbe.h"
 #include "platform/PathNames.h"
 
 #include <QHash>
 
-#include <algorithm>
-#include <array>
-
 namespace quav {
 
 namespace {
 
-QStringList words(const char* list) {
-    return QString::fromLatin1(list).split(u' ');
+/// The lists of checksums, which are no audio, stand beside what they may be about.
+QStringList wordsFor(AudioFormat::Taker taker) {
+    QStringList words;
+    for (const AudioFormat* format : audioFormats) {
+        if (format->isTakenBy(taker)) {
+            words << format->words();
+        }
+    }
+    if (taker == AudioFormat::Checksum) {
+        words << QStringLiteral("MD5") << QStringLiteral("FFP") << QStringLiteral("TXT")
+              << QStringLiteral("ST5");
+    }
+    return words;
 }
 
 const QHash<QString, QStringList>& extensionMap() {
     static const QHash<QString, QStringList> map{
-        {tabs::decode, words("FLAC SHN WV M4A TTA APE WAV AIFF AIF OPUS")},
-        {tabs::encode, words("WAV AIF AIFF FLAC SHN WV TTA APE")},
-        {tabs::checksum, words("WAV AIFF AIF FLAC SHN MD5 FFP TXT APE WV TTA ST5")},
-        {tabs::shntool, words("FLAC SHN WAV AIF AIFF TTA WV APE")},
-        {tabs::fixSBE, words("FLAC SHN WAV AIF AIFF WV TTA")},
-        {tabs::lossy, words("FLAC SHN WAV AIFF AIF WV TTA")},
-        {tabs::tags, words("FLAC M4A MP3 WV APE TTA AIF AIFF WAV")},
+        {tabs::decode, wordsFor(AudioFormat::Decode)},
+        {tabs::encode, wordsFor(AudioFormat::Encode)},
+        {tabs::checksum, wordsFor(AudioFormat::Checksum)},
+        {tabs::shntool, wordsFor(AudioFormat::Shntool)},
+        {tabs::fixSBE, wordsFor(AudioFormat::FixSBE)},
+        {tabs::lossy, wordsFor(AudioFormat::Lossy)},
+        {tabs::tags, wordsFor(AudioFormat::Tags)},
     };
     return map;
 }
 
 bool takesPlainAudio(const QStringList& extensions) {
-    const std::array plain{QStringLiteral("WAV"), QStringLiteral("AIF"), QStringLiteral("AIFF")};
-    return std::any_of(plain.begin(), plain.end(),
-                       [&](const QString& word) { return extensions.contains(word); });
+    return extensions.contains(formats::wav.name()) || extensions.contains(formats::aiff.name());
 }
 
 } // namespace
@@ -52,7 +59,7 @@ bool isValidFile(const QString& tabLabel, const QString& path) {
     if (word.isEmpty()) {
         return false;
     }
-    if ((tabLabel == tabs::lossy || tabLabel == tabs::encode) && word == u"M4A") {
+    if ((tabLabel == tabs::lossy || tabLabel == tabs::encode) && word == formats::m4a.name()) {
         return isAppleLossless(path);
     }
     return extensions.contains(word) || (takesPlainAudio(extensions) && isAiffOrWav(path));

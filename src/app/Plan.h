@@ -14,7 +14,7 @@ namespace quav {
 
 /// A command that a job runs.
 struct ToolCall {
-    QString tool; ///< the name in the tools folder
+    QString tool; ///< the name in the tools folder; empty: this program turns one file into another
     QStringList arguments;
     QString folder = {}; ///< that it runs in; empty: it does not matter
 };
@@ -52,6 +52,7 @@ struct LeftOut {
 struct Plan {
     std::vector<Job> jobs;
     std::vector<LeftOut> leftOut;
+    QStringList obstacles;           ///< what the tab itself found in the way, as sentences
     std::vector<Question> questions; ///< each wants a yes before anything starts
     QStringList checksumFiles;       ///< written over the outputs when all is done
     /// Whether a missing tool stands in the way of everything, and not only of what needs it.

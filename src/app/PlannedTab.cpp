@@ -18,7 +18,7 @@ namespace {
 QStringList toolsOf(const Job& job) {
     QStringList tools;
     for (const ToolCall& step : job.steps) {
-        if (!tools.contains(step.tool)) {
+        if (!step.tool.isEmpty() && !tools.contains(step.tool)) {
             tools << step.tool;
         }
     }
@@ -60,7 +60,7 @@ QStringList PlannedTab::missingTools(const Plan& plan) const {
 }
 
 QStringList PlannedTab::obstacles(const Plan& plan) const {
-    QStringList sentences = missingTools(plan);
+    QStringList sentences = plan.obstacles + missingTools(plan);
     if (const auto folder = firstUnusableFolder(plan)) {
         sentences << *folder;
     }

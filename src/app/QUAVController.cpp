@@ -1,6 +1,7 @@
 #include "app/QUAVController.h"
 
 #include "app/FileKinds.h"
+#include "app/Formats.h"
 #include "app/UserPrompts.h"
 #include "engine/QUAVTaskQueue.h"
 #include "platform/AudioProbe.h"
@@ -21,14 +22,7 @@ bool passes(const QString& label, const QString& path) {
     }
     const QString word = formatWord(path);
     return acceptedExtensions(label).contains(word) ||
-           (label == tabs::encode && word == u"M4A" && isAppleLossless(path));
-}
-
-bool isPackedLossless(const QString& word) {
-    static const QStringList packed{QStringLiteral("FLAC"), QStringLiteral("SHN"),
-                                    QStringLiteral("WV"),   QStringLiteral("TTA"),
-                                    QStringLiteral("APE"),  QStringLiteral("M4A")};
-    return packed.contains(word);
+           (label == tabs::encode && word == formats::m4a.name() && isAppleLossless(path));
 }
 
 } // namespace
@@ -92,7 +86,8 @@ QString QUAVController::takerOf(const QString& path) const {
     const auto takes = [&](const QString& label) {
         return tab(label) && acceptedExtensions(label).contains(word);
     };
-    if (isPackedLossless(word) && tab(tabs::decode)) {
+    const AudioFormat* format = formatOf(path);
+    if (format && format->isPacked && tab(tabs::decode)) {
         return tabs::decode;
     }
     for (const QString& label : {tabs::encode, tabs::decode, tabs::checksum}) {

@@ -1,6 +1,7 @@
 #include "checksums/ChecksumTab.h"
 
 #include "app/FileKinds.h"
+#include "app/Formats.h"
 #include "checksums/ChecksumOptions.h"
 #include "checksums/CreateFFPTask.h"
 #include "checksums/CreateMD5Task.h"
@@ -18,8 +19,6 @@
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
-#include <QHash>
-
 #include <algorithm>
 #include <exception>
 #include <iterator>
@@ -28,10 +27,12 @@ namespace quav {
 
 namespace {
 
-QStringList withWords(const QStringList& files, const QStringList& words) {
+QStringList filesThat(const QStringList& files, bool (*fits)(const AudioFormat& format)) {
     QStringList chosen;
-    std::copy_if(files.begin(), files.end(), std::back_inserter(chosen),
-                 [&](const QString& file) { return words.contains(formatWord(file)); });
+    std::copy_if(files.begin(), files.end(), std::back_inserter(chosen), [&](const QString& file) {
+        const AudioFormat* format = formatOf(file);
+        return format && fits(*format);
+    });
     return chosen;
 }
 
@@ -41,9 +42,11 @@ QStringList filesFor(ChecksumKind kind, const QStringList& files) {
     case ChecksumKind::Md5:
         return files;
     case ChecksumKind::St5:
-        return withWords(files, QStringLiteral("FLAC WAV AIFF AIF SHN APE WV TTA").split(u' '));
+        return filesThat(files, [](const AudioFormat& format) {
+            return format.isTakenBy(AudioFormat::Checksum);
+        });
     case ChecksumKind::Ffp:
-        return withWords(files, {QStringLiteral("FLAC")});
+        return filesThat(files, [](const AudioFormat& format) { return format == formats::flac; });
     }
     return {};
 }
@@ -60,29 +63,14 @@ QString saveTitle(ChecksumKind kind) {
     return {};
 }
 
-ToolCall flacTest(const QString& path) {
-    return {QStringLiteral("flac"), {QStringLiteral("-t"), path}};
+/// How a file is tested; for formats that can be.
+ToolCall testCall(const AudioFormat& format, const QString& path) {
+    return {QString::fromLatin1(format.test->tool), format.test->arguments(path)};
 }
 
-ToolCall apeTest(const QString& path) {
-    return {QStringLiteral("mac"), {path, QStringLiteral("-v")}};
-}
-
-ToolCall wavpackTest(const QString& path) {
-    return {QStringLiteral("wvunpack"), {QStringLiteral("-v"), path}};
-}
-
-ToolCall ttaTest(const QString& path) {
-    return {QStringLiteral("ttaenc"), {QStringLiteral("-t"), path}};
-}
-
-/// How a kind of compressed file is tested.
-struct Tester {
-    ToolCall (*call)(const QString& path);
-    std::shared_ptr<QUAVTask> (ChecksumTab::*task)(const QString& path,
-                                                   const std::shared_ptr<QUAVTaskResults>& results,
-                                                   QUAVTaskQueue& queue) const;
-};
+using TestTask = std::shared_ptr<QUAVTask> (ChecksumTab::*)(
+    const QString& path, const std::shared_ptr<QUAVTaskResults>& results,
+    QUAVTaskQueue& queue) const;
 
 template <typename Task>
 std::shared_ptr<Task> testTask(const ToolsFolder& tools, const ToolCall& call,
@@ -91,16 +79,17 @@ std::shared_ptr<Task> testTask(const ToolsFolder& tools, const ToolCall& call,
     return std::make_shared<Task>(results, queue, tools.tool(call.tool), call.arguments);
 }
 
-/// None for a kind of file that cannot be tested.
-const Tester* testerOf(const QString& path) {
-    static const QHash<QString, Tester> testers{
-        {QStringLiteral("FLAC"), {flacTest, &ChecksumTab::verifyFlac}},
-        {QStringLiteral("APE"), {apeTest, &ChecksumTab::verifyAPE}},
-        {QStringLiteral("WV"), {wavpackTest, &ChecksumTab::verifyWavepack}},
-        {QStringLiteral("TTA"), {ttaTest, &ChecksumTab::verifyTTA}},
-    };
-    const auto found = testers.constFind(formatWord(path));
-    return found == testers.cend() ? nullptr : &*found;
+/// The format of a file that can be tested; nullptr for any other.
+const AudioFormat* testableFormatOf(const QString& path) {
+    const AudioFormat* format = formatOf(path);
+    return format && format->test ? format : nullptr;
+}
+
+TestTask testTaskOf(const AudioFormat& format) {
+    return format == formats::flac  ? &ChecksumTab::verifyFlac
+           : format == formats::ape ? &ChecksumTab::verifyAPE
+           : format == formats::wv  ? &ChecksumTab::verifyWavepack
+                                    : &ChecksumTab::verifyTTA;
 }
 
 /// The tools that write a list of the kind.
@@ -159,7 +148,7 @@ ChecksumTab::ChecksumTab(const Services& services)
 bool ChecksumTab::hasUseFor(const QString& path) const {
     switch (options()[checksumOptions().command]) {
     case ChecksumCommand::Test:
-        return testerOf(path) != nullptr;
+        return testableFormatOf(path) != nullptr;
     case ChecksumCommand::Create:
         return !filesFor(options()[checksumOptions().kind], {path}).isEmpty();
     case ChecksumCommand::Verify:
@@ -185,9 +174,9 @@ Plan ChecksumTab::planTests() const {
     Plan plan;
     plan.needsAllTools = false;
     for (const QString& path : fileNames()) {
-        if (const Tester* tester = testerOf(path)) {
+        if (const AudioFormat* format = testableFormatOf(path)) {
             plan.jobs.push_back(
-                {.sources = {path}, .what = work::test, .steps = {tester->call(path)}});
+                {.sources = {path}, .what = work::test, .steps = {testCall(*format, path)}});
         }
     }
     return plan;
@@ -259,7 +248,8 @@ std::optional<QString> ChecksumTab::askSavePath(const QStringList& files, Checks
 std::shared_ptr<QUAVTask>
 ChecksumTab::makeTask(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const {
     if (job.what == work::test) {
-        return (this->*testerOf(job.source())->task)(job.source(), batch, services().queue);
+        return (this->*testTaskOf(*testableFormatOf(job.source())))(job.source(), batch,
+                                                                    services().queue);
     }
     if (job.what.startsWith(work::verify)) {
         const auto task = verificationOf(
@@ -283,7 +273,8 @@ std::optional<CommandOutcome> ChecksumTab::executeAtOnce(const Plan& plan) {
 std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
                                                   const std::shared_ptr<QUAVTaskResults>& results,
                                                   QUAVTaskQueue& queue) const {
-    auto task = testTask<VerifyFlacTask>(services().tools, flacTest(path), results, queue);
+    auto task =
+        testTask<VerifyFlacTask>(services().tools, testCall(formats::flac, path), results, queue);
     task->setTitle(tr("Verify FLAC"));
     return task;
 }
@@ -291,19 +282,20 @@ std::shared_ptr<QUAVTask> ChecksumTab::verifyFlac(const QString& path,
 std::shared_ptr<QUAVTask> ChecksumTab::verifyAPE(const QString& path,
                                                  const std::shared_ptr<QUAVTaskResults>& results,
                                                  QUAVTaskQueue& queue) const {
-    return testTask<VerifyApeTask>(services().tools, apeTest(path), results, queue);
+    return testTask<VerifyApeTask>(services().tools, testCall(formats::ape, path), results, queue);
 }
 
 std::shared_ptr<QUAVTask>
 ChecksumTab::verifyWavepack(const QString& path, const std::shared_ptr<QUAVTaskResults>& results,
                             QUAVTaskQueue& queue) const {
-    return testTask<VerifyWavepackTask>(services().tools, wavpackTest(path), results, queue);
+    return testTask<VerifyWavepackTask>(services().tools, testCall(formats::wv, path), results,
+                                        queue);
 }
 
 std::shared_ptr<QUAVTask> ChecksumTab::verifyTTA(const QString& path,
                                                  const std::shared_ptr<QUAVTaskResults>& results,
                                                  QUAVTaskQueue& queue) const {
-    return testTask<VerifyTTATask>(services().tools, ttaTest(path), results, queue);
+    return testTask<VerifyTTATask>(services().tools, testCall(formats::tta, path), results, queue);
 }
 
 /// The path of a checksum file that is about to be written.

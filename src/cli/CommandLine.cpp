@@ -174,7 +174,7 @@ OptionFlags::Flags CommandLineParts::addFlags(CLI::App& command, const OptionTab
 }
 
 void CommandLineParts::addEncode(const TabRow& row) {
-    CLI::App* encode = addTabCommand(row, tr("Turn files into FLAC"));
+    CLI::App* encode = addTabCommand(row, tr("Turn files into FLAC or WavPack"));
     addConversion(*encode, encodeOptions());
     encode->footer(
         plain(tr("Example: quav-cli encode --to flac --level 8 --output archive concert")));

@@ -103,6 +103,11 @@ void PlanPrinter::note(const QString& event, const QString& key, const QString& 
 void PlanPrinter::printJson(const Job& job) {
     QJsonArray commands;
     for (const ToolCall& step : job.steps) {
+        if (step.tool.isEmpty()) {
+            commands << QJsonArray::fromStringList(QStringList(QStringLiteral("convert")) +
+                                                   step.arguments);
+            continue;
+        }
         commands << QJsonArray::fromStringList(QStringList(tools_.tool(step.tool)) +
                                                step.arguments);
     }
@@ -128,6 +133,13 @@ void PlanPrinter::printScript(const Job& job) {
                                  : tr("%Ln files", nullptr, static_cast<int>(job.sources.size())),
                              text::printable(job.output())));
     for (const ToolCall& step : job.steps) {
+        if (step.tool.isEmpty()) {
+            terminal_.print(QStringLiteral("# ") +
+                            tr("this program itself converts %1 to %2")
+                                .arg(text::printable(step.arguments.value(0)),
+                                     text::printable(step.arguments.value(1))));
+            continue;
+        }
         const QString command = text::shellCommand(tools_.tool(step.tool), step.arguments);
         terminal_.print(
             step.folder.isEmpty()

@@ -28,6 +28,7 @@ public:
 namespace optiongroups {
 inline constexpr const char* target = QT_TRANSLATE_NOOP("Options", "Target");
 inline constexpr const char* flac = QT_TRANSLATE_NOOP("Options", "FLAC");
+inline constexpr const char* wavpack = QT_TRANSLATE_NOOP("Options", "WavPack");
 inline constexpr const char* output = QT_TRANSLATE_NOOP("Options", "Output");
 } // namespace optiongroups
 

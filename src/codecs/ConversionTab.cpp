@@ -2,8 +2,8 @@
 
 #include "app/UserPrompts.h"
 #include "checksums/ChecksumFiles.h"
-#include "codecs/ConversionTask.h"
 #include "engine/QUAVTaskQueue.h"
+#include "platform/MainThread.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 
@@ -82,10 +82,10 @@ tl::expected<QString, PlannedTab::NoDestination> ConversionTab::askDestination()
 
 std::shared_ptr<QUAVTask>
 ConversionTab::makeTask(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const {
-    const auto task = makeConversion(job, batch);
-    task->conversion().setWishes({job.existing, options()[rows_.deleteOriginals],
-                                  options()[rows_.verifyAudio], options()[rows_.acceptLosses]});
-    task->conversion().setKeptOriginals(kept_);
+    const auto [task, conversion] = makeConversion(job, batch);
+    conversion->setWishes({job.existing, options()[rows_.deleteOriginals],
+                           options()[rows_.verifyAudio], options()[rows_.acceptLosses]});
+    conversion->setKeptOriginals(kept_);
     return task;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/PlannedTab.h"
+#include "codecs/Codec.h"
 #include "codecs/ConversionOptions.h"
 #include "engine/FileConversion.h"
 
@@ -8,8 +9,6 @@
 #include <vector>
 
 namespace quav {
-
-class ConversionTask;
 
 /// What the decode and the encode tab share: where outputs go, what is asked about them, and what
 /// becomes of the sources.
@@ -26,8 +25,8 @@ public:
 
 protected:
     /// The task for one conversion of a plan. `batch` is there for tasks that report together.
-    virtual std::shared_ptr<ConversionTask>
-    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const = 0;
+    virtual ConvertingTask makeConversion(const Job& job,
+                                          const std::shared_ptr<QUAVTaskResults>& batch) const = 0;
 
     /// The folder that the output of a source goes to.
     QString outputFolder(const QString& source, const QString& chosenFolder,

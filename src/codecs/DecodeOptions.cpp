@@ -1,5 +1,6 @@
 #include "codecs/DecodeOptions.h"
 
+#include "app/Formats.h"
 #include "app/ListFacts.h"
 #include "platform/Settings.h"
 
@@ -11,7 +12,7 @@ DecodeOptions::DecodeOptions()
                         "sourceDecodeButton", keys::decodeToSourceDirectory) {}
 
 bool DecodeOptions::hasFlac(const OptionValues& /*values*/, const ListFacts& facts) {
-    return facts.hasFormat(QStringLiteral("FLAC"));
+    return facts.hasFormat(formats::flac.name());
 }
 
 const DecodeOptions& decodeOptions() {

@@ -1,15 +1,14 @@
 #include "codecs/DecodeTab.h"
 
 #include "app/FileKinds.h"
-#include "codecs/DecodeFlacTask.h"
+#include "codecs/Codec.h"
 #include "codecs/DecodeOptions.h"
-#include "codecs/FlacCommand.h"
-#include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/SpecialFile.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quav {
 
@@ -19,14 +18,16 @@ DecodeTab::DecodeTab(const Services& services)
 void DecodeTab::showFLacOptions(bool visible) {
     ListFacts facts;
     if (visible) {
-        facts.addFormat(QStringLiteral("FLAC"));
+        facts.addFormat(formats::flac.name());
     }
     options().setFacts(facts);
 }
 
 void DecodeTab::filesAdded() {
     const QStringList names = fileNames();
-    const auto isFlac = [](const QString& name) { return formatWord(name) == u"FLAC"; };
+    const auto isFlac = [](const QString& name) {
+        return formatWord(name) == formats::flac.name();
+    };
     if (std::any_of(names.begin(), names.end(), isFlac)) {
         showFLacOptions(true);
     }
@@ -38,23 +39,19 @@ void DecodeTab::clearFiles() {
     ConversionTab::clearFiles();
 }
 
-void DecodeTab::planFlac(const QString& source, const QString& folder, const OptionValues& values,
-                         Plan& plan) const {
-    const DecodeOptions& rows = decodeOptions();
-    const bool isAiff = values[rows.outputFormat] == DecodeTarget::Aiff;
-    const QString extension = isAiff ? QStringLiteral(".aiff") : QStringLiteral(".wav");
-    const QString output = joinPath(folder, baseName(source) + extension);
+void DecodeTab::planDecoding(const Codec& codec, const QString& source, const QString& folder,
+                             const OptionValues& values, Plan& plan) const {
+    const bool isAiff = values[decodeOptions().outputFormat] == DecodeTarget::Aiff;
+    const AudioFormat& format = isAiff ? formats::aiff : formats::wav;
+    const QString output =
+        joinPath(folder, baseName(source) + u'.' + QLatin1StringView(format.extension));
     if (output == source || isSameFile(output, source)) {
         plan.leaveOut(output, LeftOut::Why::OwnOutput);
         return;
     }
-    const FlacDecodeOptions flac{isAiff ? QStringLiteral("AIFF") : QStringLiteral("WAV"),
-                                 values[rows.flacKeepForeignMetadata],
-                                 values[rows.flacThroughErrors]};
-    plan.jobs.push_back(
-        {.sources = {source},
-         .outputs = {output},
-         .steps = {{QStringLiteral("flac"), flacDecodeArguments(flac, source, output)}}});
+    Job job{.sources = {source}, .outputs = {output}};
+    job.steps = codec.decode(values, job);
+    plan.jobs.push_back(std::move(job));
 }
 
 bool DecodeTab::hasUseFor(const QString& path) const {
@@ -66,8 +63,8 @@ Plan DecodeTab::plan(const OptionValues& values, const QString& chosenFolder) co
     for (const QString& source : fileNames()) {
         if (whyNotOpened(source)) {
             plan.leaveOut(source, LeftOut::Why::NoFile);
-        } else if (formatWord(source) == u"FLAC") {
-            planFlac(source, outputFolder(source, chosenFolder, values), values, plan);
+        } else if (const Codec* codec = codecOf(source)) {
+            planDecoding(*codec, source, outputFolder(source, chosenFolder, values), values, plan);
         } else {
             plan.leaveOut(source,
                           hasUseFor(source) ? LeftOut::Why::NotYet : LeftOut::Why::OfNoKind);
@@ -77,11 +74,9 @@ Plan DecodeTab::plan(const OptionValues& values, const QString& chosenFolder) co
     return plan;
 }
 
-std::shared_ptr<ConversionTask>
-DecodeTab::makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& /*batch*/) const {
-    const ToolCall& call = job.steps.front();
-    return std::make_shared<DecodeFlacTask>(job.source(), services(),
-                                            services().tools.tool(call.tool), call.arguments);
+ConvertingTask DecodeTab::makeConversion(const Job& job,
+                                         const std::shared_ptr<QUAVTaskResults>& /*batch*/) const {
+    return codecOf(job.source())->makeDecoder(job, services());
 }
 
 } // namespace quav

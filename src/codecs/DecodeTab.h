@@ -20,14 +20,14 @@ public:
 
 protected:
     void filesAdded() override;
-    std::shared_ptr<ConversionTask>
-    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    ConvertingTask makeConversion(const Job& job,
+                                  const std::shared_ptr<QUAVTaskResults>& batch) const override;
 
 private:
     /// The options for FLAC files show from the first FLAC file until the list is cleared.
     void showFLacOptions(bool visible);
-    void planFlac(const QString& source, const QString& folder, const OptionValues& values,
-                  Plan& plan) const;
+    void planDecoding(const Codec& codec, const QString& source, const QString& folder,
+                      const OptionValues& values, Plan& plan) const;
 };
 
 } // namespace quav

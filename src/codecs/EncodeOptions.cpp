@@ -5,16 +5,21 @@
 namespace quav {
 
 EncodeOptions::EncodeOptions()
-    : ConversionOptions({optiongroups::target, optiongroups::flac, optiongroups::output},
-                        "sourceEncodeButton", keys::encodeToSourceDirectory) {
+    : ConversionOptions(
+          {optiongroups::target, optiongroups::flac, optiongroups::wavpack, optiongroups::output},
+          "sourceEncodeButton", keys::encodeToSourceDirectory) {
     comesWith({"archive",
                QT_TRANSLATE_NOOP("Presets", "Archive"),
                {flacLevel.is(8), flacVerify.is(true), generateFFP.is(true)}});
     comesWith({"fast", QT_TRANSLATE_NOOP("Presets", "Fast"), {flacLevel.is(3)}});
 }
 
+bool EncodeOptions::isTarget(EncodeTarget target, const OptionValues& values) {
+    return values[encodeOptions().outputFormat] == target;
+}
+
 bool EncodeOptions::levelCounts(const OptionValues& values, const ListFacts& /*facts*/) {
-    return !values[encodeOptions().flacLax];
+    return isTarget(EncodeTarget::Flac, values) && !values[encodeOptions().flacLax];
 }
 
 const EncodeOptions& encodeOptions() {

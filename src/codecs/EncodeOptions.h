@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Formats.h"
 #include "codecs/ConversionOptions.h"
 #include "platform/Settings.h"
 
@@ -8,7 +9,10 @@
 namespace quav {
 
 /// What lossless files are made of others. The values are the places in the choice of targets.
-enum class EncodeTarget { Flac = 1 };
+enum class EncodeTarget { Flac = 1, Wavpack = 3 };
+
+/// What `wavpack` is told to take its time for.
+enum class WavpackMode { Fast, High };
 
 /// The options of the encode tab.
 class EncodeOptions : public ConversionOptions {
@@ -51,7 +55,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Decode while encoding and compare with the source"),
          .passes = "flac -V",
          .flag = "verify",
-         .setting = keys::flacVerifyButton}};
+         .setting = keys::flacVerifyButton,
+         .applies = isFor<EncodeTarget::Flac>}};
     Option<bool> flacLax{
         *this,
         {.key = "flacLaxButton",
@@ -61,7 +66,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Allow streams outside the FLAC subset, for "
                                              "unusual sample rates and resolutions"),
          .passes = "flac --lax",
-         .flag = "lax"}};
+         .flag = "lax",
+         .applies = isFor<EncodeTarget::Flac>}};
     Option<bool> flacKeepForeignMetadata{
         *this,
         {.key = "flacKeepForeignMetadataButton",
@@ -71,7 +77,8 @@ public:
          .tip = QT_TRANSLATE_NOOP("Options", "Keep the WAV or AIFF chunks that are not audio"),
          .passes = "flac --keep-foreign-metadata",
          .flag = "keep-foreign-metadata",
-         .setting = keys::flacKeepForeignMetadataButton}};
+         .setting = keys::flacKeepForeignMetadataButton,
+         .applies = isFor<EncodeTarget::Flac>}};
     /// Whether a fingerprint file is written into each output folder afterwards.
     Option<bool> generateFFP{
         *this,
@@ -83,14 +90,43 @@ public:
                                              "folder afterwards"),
          .passes = "metaflac --show-md5",
          .flag = "ffp",
-         .setting = keys::flacGenerateFFPButton}};
+         .setting = keys::flacGenerateFFPButton,
+         .applies = isFor<EncodeTarget::Flac>}};
+
+    Option<WavpackMode> wavepackFormat{
+        *this,
+        {.key = "wavepackFormatMatrix",
+         .control = Control::Choice,
+         .group = optiongroups::wavpack,
+         .label = QT_TRANSLATE_NOOP("Options", "Mode"),
+         .tip = QT_TRANSLATE_NOOP("Options", "How hard WavPack compresses; the sound is the same"),
+         .flag = "mode",
+         .valueName = "MODE",
+         .choices = wavpackModes,
+         .applies = isFor<EncodeTarget::Wavpack>}};
 
 private:
+    static bool isTarget(EncodeTarget target, const OptionValues& values);
+    template <EncodeTarget target>
+    static bool isFor(const OptionValues& values, const ListFacts& /*facts*/) {
+        return isTarget(target, values);
+    }
     static bool levelCounts(const OptionValues& values, const ListFacts& facts);
 
-    static constexpr std::array targets{OptionChoice{
-        static_cast<int>(EncodeTarget::Flac), "flac", QT_TRANSLATE_NOOP("Options", "F&LAC"),
-        QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")}};
+    static constexpr std::array wavpackModes{
+        OptionChoice{static_cast<int>(WavpackMode::Fast), "fast",
+                     QT_TRANSLATE_NOOP("Options", "Fas&t"),
+                     QT_TRANSLATE_NOOP("Options", "Compress quickly"), "wavpack -f"},
+        OptionChoice{static_cast<int>(WavpackMode::High), "high",
+                     QT_TRANSLATE_NOOP("Options", "Hi&gh"),
+                     QT_TRANSLATE_NOOP("Options", "Make small files"), "wavpack -h"}};
+    static constexpr std::array targets{
+        OptionChoice{static_cast<int>(EncodeTarget::Flac), formats::flac.extension,
+                     QT_TRANSLATE_NOOP("Options", "F&LAC"),
+                     QT_TRANSLATE_NOOP("Options", "Encode to FLAC files")},
+        OptionChoice{static_cast<int>(EncodeTarget::Wavpack), formats::wv.extension,
+                     QT_TRANSLATE_NOOP("Options", "&WavPack"),
+                     QT_TRANSLATE_NOOP("Options", "Encode to WavPack files")}};
 };
 
 const EncodeOptions& encodeOptions();

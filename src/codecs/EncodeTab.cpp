@@ -3,12 +3,10 @@
 #include "app/FileKinds.h"
 #include "checksums/ChecksumFiles.h"
 #include "checksums/CreateFFPTask.h"
-#include "codecs/EncodeFlacTask.h"
+#include "codecs/Codec.h"
 #include "codecs/EncodeOptions.h"
-#include "codecs/FlacCommand.h"
 #include "engine/QUAVTaskQueue.h"
 #include "engine/QUAVTaskResults.h"
-#include "engine/ToolsFolder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "platform/SpecialFile.h"
@@ -17,17 +15,11 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
+
 namespace quav {
 
 namespace {
-
-/// Kinds that `flac` cannot read itself.
-bool needsAnotherDecoder(const QString& word) {
-    static const QSet<QString> foreign{QStringLiteral("SHN"), QStringLiteral("APE"),
-                                       QStringLiteral("M4A"), QStringLiteral("WV"),
-                                       QStringLiteral("TTA")};
-    return foreign.contains(word);
-}
 
 /// By the folders that get a list each, whatever the spellings of one of them: of two lists in one
 /// place the second would replace the first.
@@ -55,37 +47,55 @@ EncodeTab::EncodeTab(const Services& services)
     : ConversionTab(tabs::encode, encodeOptions(), services) {}
 
 Plan EncodeTab::plan(const OptionValues& values, const QString& chosenFolder) const {
+    const EncodeOptions& rows = encodeOptions();
+    const Codec& codec = codecOf(values[rows.outputFormat]);
     Plan plan;
     for (const QString& source : fileNames()) {
         if (whyNotOpened(source)) {
             plan.leaveOut(source, LeftOut::Why::NoFile);
-            continue;
-        }
-        if (needsAnotherDecoder(formatWord(source))) {
+        } else if (!codec.takes(source)) {
             plan.leaveOut(source, LeftOut::Why::NotYet);
-            continue;
+        } else {
+            plan.jobs.push_back(
+                {.sources = {source},
+                 .outputs = {joinPath(outputFolder(source, chosenFolder, values),
+                                      baseName(source) + u'.' +
+                                          QLatin1StringView(codec.format.extension))}});
         }
-        plan.jobs.push_back({.sources = {source},
-                             .outputs = {joinPath(outputFolder(source, chosenFolder, values),
-                                                  baseName(source) + QStringLiteral(".flac"))}});
     }
     leaveOutUnwritable(plan);
-    const auto existing = overwriteAllOrNone(plan);
-    const EncodeOptions& rows = encodeOptions();
-    const FlacEncodeOptions flac{values[rows.flacLevel], values[rows.flacLax],
-                                 values[rows.flacKeepForeignMetadata], values[rows.flacVerify],
-                                 existing == OutputGuard::Existing::Overwrite};
-    for (Job& job : plan.jobs) {
-        job.steps = {
-            {QStringLiteral("flac"), flacEncodeArguments(flac, job.source(), job.output())}};
+    if (codec.existingOutputs == ExistingOutputs::Asked) {
+        overwriteAllOrNone(plan);
+    } else {
+        refuseClash(plan);
     }
-    if (values[rows.generateFFP]) {
+    for (Job& job : plan.jobs) {
+        job.steps = codec.encode(values, job);
+    }
+    if (codec.format == formats::flac && values[rows.generateFFP]) {
         for (const QString& folder : outputsByFolder(plan).keys()) {
             planChecksumFile(plan,
                              checksumfiles::pathIn(folder, ChecksumKind::Ffp, services().settings));
         }
     }
     return plan;
+}
+
+bool EncodeTab::isFileClash(const QStringList& files, const QStringList& outputFiles) {
+    const QSet<QString> outputs(outputFiles.begin(), outputFiles.end());
+    return std::any_of(files.begin(), files.end(),
+                       [&](const QString& file) { return outputs.contains(file); });
+}
+
+void EncodeTab::refuseClash(Plan& plan) const {
+    QStringList outputs;
+    for (const Job& job : plan.jobs) {
+        outputs << job.outputs;
+    }
+    if (isFileClash(fileNames(), outputs)) {
+        plan.obstacles << tr("One of the output files already exists and will be overwritten.  "
+                             "Select a different output directory and try again");
+    }
 }
 
 std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const Plan& plan) const {
@@ -98,11 +108,9 @@ std::shared_ptr<QUAVTask> EncodeTab::makeFollowUp(const Plan& plan) const {
                                            settings);
 }
 
-std::shared_ptr<ConversionTask>
-EncodeTab::makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const {
-    const ToolCall& call = job.steps.front();
-    return std::make_shared<EncodeFlacTask>(
-        job.source(), services(), services().tools.tool(call.tool), call.arguments, batch);
+ConvertingTask EncodeTab::makeConversion(const Job& job,
+                                         const std::shared_ptr<QUAVTaskResults>& batch) const {
+    return codecOf(job.output())->makeEncoder(job, services(), batch);
 }
 
 } // namespace quav

@@ -6,7 +6,7 @@
 
 namespace quav {
 
-/// Turns files into FLAC.
+/// Turns files into files of one of the codecs.
 class EncodeTab : public ConversionTab {
     Q_OBJECT
 
@@ -16,9 +16,13 @@ public:
     Plan plan(const OptionValues& values, const QString& chosenFolder) const override;
 
 protected:
-    std::shared_ptr<ConversionTask>
-    makeConversion(const Job& job, const std::shared_ptr<QUAVTaskResults>& batch) const override;
+    ConvertingTask makeConversion(const Job& job,
+                                  const std::shared_ptr<QUAVTaskResults>& batch) const override;
     std::shared_ptr<QUAVTask> makeFollowUp(const Plan& plan) const override;
+
+private:
+    static bool isFileClash(const QStringList& files, const QStringList& outputFiles);
+    void refuseClash(Plan& plan) const;
 };
 
 } // namespace quav

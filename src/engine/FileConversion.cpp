@@ -56,7 +56,20 @@ void FileConversion::stillAtWork() {
     }
 }
 
+QString FileConversion::temporaryFile(const QString& extension) {
+    temporary_ = Util::generateTempFileName(folderOf(output_), extension);
+    guard_->noteHelper(temporary_);
+    return temporary_;
+}
+
+void FileConversion::removeTemporaryFile() {
+    if (!temporary_.isEmpty()) {
+        QFile::remove(std::exchange(temporary_, QString()));
+    }
+}
+
 void FileConversion::complete() {
+    removeTemporaryFile();
     try {
         conclude();
     } catch (...) {
@@ -143,6 +156,7 @@ void FileConversion::rollBack() {
 }
 
 void FileConversion::giveUp() {
+    removeTemporaryFile();
     if (guard_) {
         rollBack();
         release();

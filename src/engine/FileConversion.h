@@ -89,6 +89,14 @@ public:
     /// The work goes on. Cheap. The thread that called `begin`, at any time.
     void stillAtWork();
 
+    /// Makes an empty file beside the output for a step in between; it goes when the conversion
+    /// ends, however it ends, and also after a run that was killed. At most one at a time, between
+    /// `begin` and the end. Throws std::system_error when it cannot be made.
+    QString temporaryFile(const QString& extension);
+
+    /// The temporary file has done its work.
+    void removeTemporaryFile();
+
     /// The tool complained of damage in the source and went on: the source is kept.
     void noteDamage() { damaged_ = true; }
 
@@ -140,9 +148,10 @@ private:
     std::optional<OutputGuard> guard_;
     std::mutex guardLock_; ///< for its coming and going, of which `stillAtWork` knows nothing
     std::optional<FileIdentity> before_; ///< the source when the work began
-    QString unproven_;                   ///< why the sound could not be compared
-    bool proven_ = false;                ///< it has been compared, and is the same
-    bool untagged_ = false;              ///< the tags could not be written
+    QString temporary_;
+    QString unproven_;      ///< why the sound could not be compared
+    bool proven_ = false;   ///< it has been compared, and is the same
+    bool untagged_ = false; ///< the tags could not be written
     QStringList losses_;
     bool damaged_ = false;
     std::atomic<bool> abandoned_ = false;

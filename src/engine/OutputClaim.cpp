@@ -1,5 +1,6 @@
 #include "engine/OutputClaim.h"
 
+#include "engine/Util.h"
 #include "platform/FileIdentity.h"
 #include "platform/PathNames.h"
 
@@ -76,7 +77,8 @@ struct Record {
     bool fits(const QString& claim) const {
         return !output.isEmpty() && hiddenPath(output, claimSuffix) == claim &&
                (aside.isEmpty() || isAsideOf(output, aside)) &&
-               (leftover.isEmpty() || leftover.startsWith(output + u'.'));
+               (leftover.isEmpty() || leftover.startsWith(output + u'.') ||
+                Util::isTempFileName(leftover));
     }
 
     static Record read(int lock, const QString& folder) {

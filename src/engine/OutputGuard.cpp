@@ -49,14 +49,12 @@ OutputGuard::OutputGuard(const QString& output, const QString& source, Existing 
     if (exists && (existing == Existing::Keep || !QFileInfo(output_).isFile())) {
         foreign_ = true;
     }
-    State state = exists ? State::Replacing : State::Making;
-    if (foreign_) {
-        state = State::Untouched;
-    } else if (exists) {
-        putAside_ = claim_.asidePath();
+    if (!foreign_) {
+        state_ = exists ? State::Replacing : State::Making;
+        putAside_ = exists ? claim_.asidePath() : QString();
     }
     if (const auto noted =
-            claim_.note(state, putAside_, overwritesSource_ ? ownLeftover(output_) : QString());
+            claim_.note(state_, putAside_, overwritesSource_ ? ownLeftover(output_) : QString());
         !noted) {
         refuse(tr("“%1” cannot be written: %2").arg(output_, qt_error_string(noted.error())));
     }
@@ -90,6 +88,11 @@ void OutputGuard::putAside() {
         settled_ = true;
         refuse(tr("“%1” could not be put aside").arg(output_));
     }
+}
+
+void OutputGuard::noteHelper(const QString& path) {
+    // Where that fails, a killed run leaves the file behind; that is no reason to do nothing.
+    [[maybe_unused]] const auto noted = claim_.note(state_, putAside_, path);
 }
 
 bool OutputGuard::producedHere() const {

@@ -42,6 +42,10 @@ public:
     /// Whether an earlier file, or the source, is there to come back.
     bool hasAside() const { return !putAside_.isEmpty(); }
 
+    /// A file beside the output that helps to make it. Whoever made it removes it; after a run that
+    /// was killed it goes with the half output. It has a name of `Util`.
+    void noteHelper(const QString& path);
+
     /// What the tool writes to the output from now on is still ours.
     void stillAtWork() { claim_.stillAtWork(); }
 
@@ -59,6 +63,7 @@ private:
 
     QString output_;
     OutputClaim claim_;
+    OutputClaim::State state_ = OutputClaim::State::Untouched;
     QString putAside_;
     bool overwritesSource_ = false;
     bool foreign_ = false; ///< what stands there is not ours to touch

@@ -1,11 +1,13 @@
 #include "engine/Util.h"
 
 #include "platform/DesktopServices.h"
+#include "platform/PathNames.h"
 #include "platform/Settings.h"
 
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 
 #include <sys/stat.h>
 
@@ -97,6 +99,12 @@ QString Util::generateTempFileName(const QString& folder, const QString& extensi
                                 "Unable to close the temporary file");
     }
     return QFile::decodeName(path);
+}
+
+bool Util::isTempFileName(const QString& path) {
+    static const QRegularExpression pattern(
+        QStringLiteral("^Quav-[0-9a-f]{8}-[0-9A-Za-z]{8}\\.[0-9A-Za-z]+$"));
+    return pattern.match(lastPathComponent(path)).hasMatch();
 }
 
 void Util::deleteFile(const QString& path, const Settings& settings, DesktopServices& desktop) {

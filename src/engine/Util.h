@@ -21,6 +21,9 @@ public:
     /// nothing.
     static QString generateTempFileName2(const QString& folder, const QString& extension);
 
+    /// Whether the last component is a name of that pattern.
+    static bool isTempFileName(const QString& path);
+
     /// Removes a file as the setting `trashOrDelete` says: 0 deletes it for good, anything else
     /// moves it to the trash. Errors are ignored. Any thread.
     static void deleteFile(const QString& path, const Settings& settings, DesktopServices& desktop);

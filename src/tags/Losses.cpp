@@ -6,6 +6,7 @@
 #include "tags/Id3v2Inventory.h"
 #include "tags/Inventory.h"
 #include "tags/RiffInventory.h"
+#include "tags/WavpackInventory.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -27,7 +28,9 @@ struct Container {
 constexpr Container containers[] = {
     {[](const QByteArray& beginning) { return beginning.startsWith("fLaC"); }, readFlacInventory},
     {[](const QByteArray& beginning) { return riffKindOf(beginning).has_value(); },
-     readRiffInventory}};
+     readRiffInventory},
+    {[](const QByteArray& beginning) { return beginning.startsWith("wvpk"); },
+     readWavpackInventory}};
 
 /// Takes in the ID3v2 tags in front of a file, which may be of any kind, and returns where they
 /// end.

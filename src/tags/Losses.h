@@ -14,7 +14,7 @@ namespace quav {
 /// name and settings) is not looked at. A file that is damaged or of no known kind gives one entry
 /// that says that its tags could not be compared. A long list ends with the number of the others.
 ///
-/// Knows FLAC, WAV (also RF64) and AIFF files, by what they hold and not by their names.
+/// Knows FLAC, WAV (also RF64), AIFF and WavPack files, by what they hold and not by their names.
 QStringList lostBetween(const QString& source, const QString& output);
 
 } // namespace quav

@@ -3,6 +3,7 @@
 #include "tags/FlacTags.h"
 #include "tags/RiffTags.h"
 #include "tags/TagFiles.h"
+#include "tags/WavpackTags.h"
 
 #include <QFileInfo>
 
@@ -39,6 +40,10 @@ TagsObject TagLibTagsHelper::tagsForWAVEFile(const QString& path) const {
     return readExisting(path, readWaveTags);
 }
 
+TagsObject TagLibTagsHelper::tagsForWavpackFile(const QString& path) const {
+    return readExisting(path, readWavpackTags);
+}
+
 TagResult TagLibTagsHelper::writeTagsForFLACFile(const QString& path, const TagsObject& tags,
                                                  bool writeEmptyTags) {
     problems_.clear();
@@ -54,6 +59,13 @@ TagResult TagLibTagsHelper::writeTagsForAIFFFile(const QString& path, const Tags
 TagResult TagLibTagsHelper::writeTagsForWAVEFile(const QString& path, const TagsObject& tags) {
     problems_.clear();
     return openForWriting(path).and_then([&] { return writeWaveTags(path, tags); });
+}
+
+TagResult TagLibTagsHelper::writeTagsForWavpackFile(const QString& path, const TagsObject& tags,
+                                                    bool writeEmptyTags) {
+    problems_.clear();
+    return openForWriting(path).and_then(
+        [&] { return writeWavpackTags(path, tags, writeEmptyTags); });
 }
 
 void TagLibTagsHelper::setBlankTags(TagsObject& tags) {

@@ -27,6 +27,8 @@ public:
     TagsObject tagsForFlacFile(const QString& path) const;
     TagsObject tagsForAIFFFile(const QString& path) const;
     TagsObject tagsForWAVEFile(const QString& path) const;
+    /// Title, artist, album, comment, genre, year and track alone, as its writer.
+    TagsObject tagsForWavpackFile(const QString& path) const;
 
     /// With `writeEmptyTags` the file's old fields (all but ENCODER) and pictures are removed
     /// first, so that the record replaces them all.
@@ -34,6 +36,8 @@ public:
                                    bool writeEmptyTags);
     TagResult writeTagsForAIFFFile(const QString& path, const TagsObject& tags);
     TagResult writeTagsForWAVEFile(const QString& path, const TagsObject& tags);
+    TagResult writeTagsForWavpackFile(const QString& path, const TagsObject& tags,
+                                      bool writeEmptyTags);
 
     /// Sentences for the user about what the last write of this object could not keep, also when it
     /// succeeded: a picture, say, that is too large for the file.

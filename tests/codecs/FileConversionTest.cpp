@@ -3,13 +3,13 @@
 #include "platform/FileIdentity.h"
 #include "platform/OwnerAccess.h"
 #include "support/Bench.h"
+#include "support/FileSizeLimit.h"
 #include "support/Table.h"
 #include "tags/TagLibTagsHelper.h"
 
 #include <QDateTime>
 #include <QTest>
 
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -21,6 +21,7 @@ using quav::test::addFiles;
 using quav::test::audioMd5;
 using quav::test::Bench;
 using quav::test::contents;
+using quav::test::FileSizeLimit;
 using quav::test::row;
 
 namespace {
@@ -38,26 +39,6 @@ void append(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::Append) && file.write(bytes) == bytes.size());
 }
-
-/// Lets this program and its tools write no file larger than so many bytes; 0: of any size.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(int bytes) {
-        if (bytes > 0) {
-            signal(SIGXFSZ, SIG_IGN);
-            set(static_cast<rlim_t>(bytes));
-        }
-    }
-    ~FileSizeLimit() { set(RLIM_INFINITY); }
-
-private:
-    static void set(rlim_t bytes) {
-        struct rlimit limit {};
-        getrlimit(RLIMIT_FSIZE, &limit);
-        limit.rlim_cur = std::min(bytes, limit.rlim_max);
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-};
 
 /// What a program that is killed leaves behind: `work` happens in a process that ends at once.
 void inAProcessThatIsKilled(const std::function<void()>& work) {

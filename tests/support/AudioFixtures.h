@@ -95,8 +95,8 @@ inline QByteArray contents(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Writes a file, and the folder that it is to be in. A link, as to one of the system's tools, gives
-/// way to it.
+/// Writes a file, and the folder that it is to be in. A link, as to one of the system's tools,
+/// gives way to it.
 inline bool writeFile(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).path());
     if (QFileInfo(path).isSymLink()) {

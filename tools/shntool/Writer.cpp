@@ -1,16 +1,15 @@
 #include "shntool/Writer.h"
 
+#include "audio/pcm/AiffSink.h"
 #include "audio/pcm/Bytes.h"
 #include "audio/pcm/Failure.h"
 #include "audio/pcm/OutputFile.h"
-#include "audio/pcm/Samples.h"
 #include "audio/pcm/TemporaryFile.h"
 #include "shntool/Child.h"
 
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <bit>
 #include <cerrno>
 #include <system_error>
 #include <utility>
@@ -51,85 +50,22 @@ private:
     pcm::OutputFile file_;
 };
 
-// The big-endian numbers of AIFF ("Audio Interchange File Format AIFF-C", Apple 1991).
-class BigEndianBytes {
-public:
-    void id(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
-    void number(std::uint64_t value, unsigned width) {
-        while (width-- > 0) {
-            bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * width)));
-        }
-    }
-    // An 80-bit floating-point number.
-    void rate(std::uint32_t value) {
-        const int shift = std::countl_zero(std::uint64_t{value});
-        number(static_cast<std::uint64_t>(16383 + 63 - shift), 2);
-        number(std::uint64_t{value} << shift, 8);
-    }
-    Bytes bytes() const { return bytes_; }
-
-private:
-    std::vector<std::uint8_t> bytes_;
-};
-
+// What follows the samples belongs to WAV files alone.
 class AiffWriter final : public Writer {
 public:
     AiffWriter(const std::string& path, bool mayReplace, const WaveHeader& header)
-        : file_(openFile(path, mayReplace)), from_(header.wave.format()), to_(from_),
-          left_(header.wave.dataSize - header.wave.dataSize % from_.blockAlign()) {
-        to_.bigEndian = true;
-        to_.isUnsigned = false;
-        const std::uint64_t padded = left_ + left_ % 2;
-        if (padded > 0xFFFFFFFF - 100) {
-            throw Failure(Failure::Kind::Unsupported, path + ": AIFF ends at 4 GiB");
-        }
-        pads_ = left_ % 2 == 1;
-        BigEndianBytes bytes;
-        bytes.id("FORM");
-        bytes.number(4 + 8 + 18 + 8 + 8 + padded, 4);
-        bytes.id("AIFFCOMM");
-        bytes.number(18, 4);
-        bytes.number(from_.channels, 2);
-        bytes.number(left_ / from_.blockAlign(), 4);
-        bytes.number(from_.bitsPerSample, 2);
-        bytes.rate(from_.sampleRate);
-        bytes.id("SSND");
-        bytes.number(8 + left_, 4);
-        bytes.number(0, 8); // no offset, no blocks
-        file_.write(bytes.bytes());
-    }
+        : file_(openFile(path, mayReplace)),
+          samples_(file_, header.wave.format(), header.wave.dataSize, path) {}
 
-    void write(Bytes bytes) override {
-        // What follows the samples belongs to WAV files alone.
-        bytes = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), left_)));
-        left_ -= bytes.size();
-        waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
-        const std::size_t whole = waiting_.size() - waiting_.size() % from_.blockAlign();
-        samples_.resize(whole / from_.bytesPerSample);
-        pcm::unpackSamples(from_, Bytes(waiting_).first(whole), samples_);
-        turned_.resize(whole);
-        pcm::packSamples(to_, samples_, turned_);
-        file_.write(turned_);
-        waiting_.erase(waiting_.begin(), waiting_.begin() + static_cast<std::ptrdiff_t>(whole));
-    }
-
+    void write(Bytes bytes) override { samples_.write(bytes); }
     void commit() override {
-        if (pads_) {
-            constexpr std::uint8_t zero = 0;
-            file_.write({&zero, 1});
-        }
+        samples_.finish();
         file_.commit();
     }
 
 private:
     pcm::OutputFile file_;
-    pcm::PcmFormat from_;
-    pcm::PcmFormat to_;
-    std::uint64_t left_; // bytes of samples to come
-    bool pads_ = false;
-    std::vector<std::uint8_t> waiting_; // an incomplete block
-    std::vector<std::int32_t> samples_;
-    std::vector<std::uint8_t> turned_;
+    pcm::AiffSink samples_;
 };
 
 // A header that every encoder takes: WAVE_FORMAT_EXTENSIBLE where channels need speakers only.
