@@ -191,6 +191,18 @@ bool isNameOfList(const QString& path) {
 
 } // namespace
 
+namespace {
+
+bool hasTooManyLines(const QByteArray& bytes) {
+    if (bytes.size() <= mostLines) {
+        return false;
+    }
+    const QString text = decoded(bytes, Reading::Tolerant);
+    return std::count_if(text.begin(), text.end(), endsLine) > mostLines;
+}
+
+} // namespace
+
 tl::expected<QByteArray, QString> contentsOf(const QString& path) {
     const auto refuse = [&](const QString& reason) {
         return tl::make_unexpected(
@@ -209,8 +221,7 @@ tl::expected<QByteArray, QString> contentsOf(const QString& path) {
     if (!bytes) {
         return refuse(checksumfiles::reasonOf(bytes.error()));
     }
-    if (std::count_if(bytes->begin(), bytes->end(),
-                      [](char byte) { return byte >= '\n' && byte <= '\r'; }) > mostLines) {
+    if (hasTooManyLines(*bytes)) {
         return refuse(QCoreApplication::translate(
             "ChecksumList", "it has more lines than any list of checksums, 500,000"));
     }

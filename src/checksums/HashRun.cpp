@@ -85,7 +85,7 @@ void HashRun::take(const QString& piece) {
     lastIsCut_ = false;
     const qsizetype marker = line.indexOf(toolwords::hashMarker);
     if (marker < 0) {
-        if (line.startsWith(u"shntool [hash]: ") && complaints_.size() < mostLines()) {
+        if (line.startsWith(toolwords::hashComplaint) && complaints_.size() < mostLines()) {
             complaints_ << line;
         }
         return;

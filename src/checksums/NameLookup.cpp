@@ -81,11 +81,13 @@ QString NameLookup::realName(const QString& folder, const QString& name) {
 }
 
 const NameLookup::Names& NameLookup::namesIn(const QString& folder) {
-    auto known = folders_.find(folder);
+    // Links that lead back to where they lie give one folder any number of paths.
+    const QString real = QFileInfo(folder).canonicalFilePath();
+    auto known = folders_.find(real);
     if (known == folders_.end()) {
-        known = folders_.insert(folder, {});
+        known = folders_.insert(real, {});
         const auto all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-        for (const QString& name : QDir(folder).entryList(all, QDir::Unsorted)) {
+        for (const QString& name : QDir(real).entryList(all, QDir::Unsorted)) {
             enter(known->byForm, composed(name), name);
             enter(known->byCase, withoutCase(name), name);
         }

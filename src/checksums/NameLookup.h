@@ -34,7 +34,7 @@ private:
     const Names& namesIn(const QString& folder);
 
     QString folder_;
-    QHash<QString, Names> folders_;
+    QHash<QString, Names> folders_; ///< by their paths without links
 };
 
 } // namespace quav

@@ -47,6 +47,8 @@ QString hashResult(const QString& output);
 bool tellsOfDamage(const QString& piece);
 
 /// What stands in front of its complaints.
+/// How a line begins in which shntool complains, and not one about how far it is.
+inline const QString hashComplaint = QStringLiteral("shntool [hash]: ");
 inline const QString hashWarning = QStringLiteral(" warning: ");
 
 /// A sentence about a tool that ended with a status other than 0, as `ChildProcess::ended` has it.

@@ -109,6 +109,10 @@ bool VerifyFFPTask::take(const Line& line, const QString& path, const Entry& rea
 
 void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
     showProgress(tr("Verifying FLAC File"), 0);
+    QMultiHash<QString, size_t> places; // of the verdicts about each file
+    for (size_t i = 0; i < verdicts().size(); ++i) {
+        places.insert(verdicts()[i].file, i);
+    }
     OrderedWork<Tested>::run(
         static_cast<size_t>(paths.size()), queue().toolsAtOnce(),
         [&](size_t index) {
@@ -117,7 +121,9 @@ void VerifyFFPTask::verifyFlacFilesSync(const QStringList& paths) {
         [&](size_t index, const Tested& tested) {
             if (!stopRequested()) {
                 results()->appendResults(tested.log.text(), *this);
-                noteDamage(paths[static_cast<qsizetype>(index)], tested);
+                for (const size_t place : places.values(paths[static_cast<qsizetype>(index)])) {
+                    noteDamage(verdicts()[place], tested);
+                }
             }
             return !stopRequested();
         });
@@ -158,16 +164,11 @@ QString VerifyFFPTask::processFlacFileOutput(const QString& piece, const QString
     return said;
 }
 
-void VerifyFFPTask::noteDamage(const QString& path, const Tested& tested) {
-    if (tested.damage.isEmpty()) {
-        return;
-    }
-    for (Verdict& verdict : verdicts()) {
-        if (verdict.file == path && verdict.kind == Verdict::Kind::Ok) {
-            // Nothing is known of a file whose test did not come to its end.
-            verdict.kind = tested.isJudged ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
-            verdict.note = tested.damage;
-        }
+void VerifyFFPTask::noteDamage(Verdict& verdict, const Tested& tested) {
+    if (!tested.damage.isEmpty() && verdict.kind == Verdict::Kind::Ok) {
+        // Nothing is known of a file whose test did not come to its end.
+        verdict.kind = tested.isJudged ? Verdict::Kind::Failed : Verdict::Kind::Unreadable;
+        verdict.note = tested.damage;
     }
 }
 

@@ -39,7 +39,7 @@ private:
     void verifyFlacFilesSync(const QStringList& paths);
     Tested test(const QString& path);
     QString processFlacFileOutput(const QString& piece, const QString& file);
-    void noteDamage(const QString& path, const Tested& tested);
+    static void noteDamage(Verdict& verdict, const Tested& tested);
 };
 
 } // namespace quav

@@ -191,7 +191,7 @@ void VerifyListTask::noteOtherSpellings(const checksumlist::List& list) {
         return;
     }
     Misspelt misspelt;
-    for (size_t i = 0; i < verdicts_.size(); ++i) {
+    for (size_t i = 0; i < verdicts_.size() && !stopRequested(); ++i) {
         const Line& line = list.lines[i];
         Verdict& verdict = verdicts_[i];
         const auto other = verdict.kind == Verdict::Kind::Ok || isStrictlyRight(line, verdict)

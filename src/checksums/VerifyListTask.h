@@ -90,7 +90,7 @@ private:
     QString fileName_;
     ChecksumKind kind_;
     checksumlist::Reading reading_ = checksumlist::Reading::Strict;
-    NameLookup lookup_; ///< only the task's own thread
+    NameLookup lookup_; ///< looks up on the task's own thread, joins names on any
     QString report_;
     Verdicts verdicts_;
 };

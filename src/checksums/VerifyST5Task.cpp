@@ -41,7 +41,9 @@ VerifyST5Task::Hashed VerifyST5Task::st5(const QString& path) {
             isFolder(folder) ? folder : folderOf(fileName()), [&](const QString& piece) {
                 const QString said = processTaskOutput(piece);
                 hashed.result = said.isEmpty() ? hashed.result : said;
-                if (said.contains(toolwords::hashWarning)) {
+                // A file's name may have the same words in it.
+                if (said.contains(toolwords::hashWarning) &&
+                    toolwords::withoutBackspaces(piece).startsWith(toolwords::hashComplaint)) {
                     hashed.warning = said.trimmed();
                 }
                 hashed.isDamaged = hashed.isDamaged || toolwords::tellsOfDamage(piece);

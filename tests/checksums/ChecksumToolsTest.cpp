@@ -189,6 +189,16 @@ private Q_SLOTS:
         QCOMPARE(warnings().size(), warns ? 1 : 0);
     }
 
+    void aNameWithTheWordsOfAComplaintIsNone() {
+        Bench bench;
+        const QString flac = bench.flac(u"a warning: b.flac"_s, {.frames = 30011});
+        verify(bench,
+               {bench.written(u"l.st5"_s, fingerprintOf(flac) + "  [shntool]  a warning: b.flac")});
+        QCOMPARE(words(bench.verdicts), u"ok");
+        QVERIFY(bench.verdicts[0].note.isEmpty());
+        QVERIFY(bench.workbench.queue().warnings().isEmpty());
+    }
+
     void aFileWithoutAFingerprintIsIntactWithARemark_data() {
         columns<QString, bool>("state", "remarks");
         row("with", u"whole"_s, false);

@@ -12,6 +12,33 @@ using namespace quav;
 using namespace quav::test;
 using Command = ChecksumCommand;
 
+namespace {
+
+/// Bytes: what the process has now, and from now on at most.
+class MostMemory {
+public:
+    MostMemory() {
+        QFile forget(u"/proc/self/clear_refs"_s);
+        forget.open(QIODevice::WriteOnly);
+        forget.write("5");
+        forget.close();
+        before_ = most();
+    }
+
+    qint64 grown() const { return most() - before_; }
+
+private:
+    static qint64 most() {
+        const QByteArray status = contents(u"/proc/self/status"_s);
+        const qsizetype at = status.indexOf("VmHWM:") + 6;
+        return status.mid(at, status.indexOf("kB", at) - at).trimmed().toLongLong() * 1024;
+    }
+
+    qint64 before_ = 0;
+};
+
+} // namespace
+
 class ChecksumVerifyTest : public QObject {
     Q_OBJECT
 
@@ -226,6 +253,7 @@ private Q_SLOTS:
         row("gigabyte.md5", u"gigabyte.md5"_s, u"larger than any list"_s);
         row("junk.md5", u"junk.md5"_s, u"not in UTF-8"_s);
         row("junk.ffp", u"junk.ffp"_s, u"not in UTF-8"_s);
+        row("breaks.md5", u"breaks.md5"_s, u"more lines than any list"_s);
         row("empty.st5", u"empty.st5"_s, u"names no file"_s);
         row("pipe.md5", u"pipe.md5"_s, u"it is no file"_s);
         row("gone.ffp.txt", u"gone.ffp.txt"_s, u"could not be read"_s);
@@ -236,6 +264,9 @@ private Q_SLOTS:
         Bench bench;
         const QString list =
             bench.written(kind, kind.startsWith(u"junk") ? "\xff\xfe\0\1 *\n\x80" : "");
+        if (kind.startsWith(u"breaks")) {
+            bench.written(kind, u"\u2028"_s.repeated(500'001).toUtf8());
+        }
         if (kind.startsWith(u"gigabyte")) {
             QVERIFY(QFile::resize(list, qint64(1) << 30));
         }
@@ -252,6 +283,30 @@ private Q_SLOTS:
         QVERIFY2(bench.verdicts.front().note.contains(says),
                  qPrintable(bench.verdicts.front().note));
         QCOMPARE(bench.failed.size(), kind.contains(u"ffp") ? 1 : 0);
+    }
+
+    void linksThatLeadBackCostNoMemory() {
+        Bench bench;
+        for (int i = 0; i < 2000; ++i) {
+            bench.written(u"a long name that a list does not have, number %1"_s.arg(i), {});
+        }
+        QFile::link(u"."_s, bench.path(u"a"_s));
+        QFile::link(u"."_s, bench.path(u"b"_s));
+        QByteArray list;
+        constexpr int levels = 8;
+        for (int spelling = 0; spelling < 1 << levels; ++spelling) {
+            list += QByteArray(32, '0') + " *";
+            for (int level = 0; level < levels; ++level) {
+                list += (spelling >> level) % 2 == 0 ? "a/" : "b/";
+            }
+            list += "gone\n";
+        }
+        bench.checksum.options().set(checksumOptions().acceptOtherSpellings, true);
+        const MostMemory memory;
+        verify(bench, {bench.written(u"l.md5"_s, list)});
+        QCOMPARE(bench.verdicts.size(), size_t(1) << levels);
+        constexpr qint64 most = qint64(40) << 20; // of some 130 MB for every spelling's own names
+        QVERIFY2(memory.grown() < most, qPrintable(QString::number(memory.grown())));
     }
 
     void codecsTestTheirFiles() {
