@@ -25,6 +25,24 @@
     </message>
 </context>
 <context>
+    <name>AudioConverter</name>
+    <message>
+        <source>“%1” is of no kind that can be read here.</source>
+        <translation>„%1“ ist von keiner Art, die hier gelesen werden kann.</translation>
+    </message>
+</context>
+<context>
+    <name>BaseTab</name>
+    <message>
+        <source>The folder “%1” could not be read.</source>
+        <translation>Der Ordner „%1“ konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The name of “%1” is not valid UTF-8, so the file cannot be reached. Rename it and add it again.</source>
+        <translation>Der Name von „%1“ ist kein gültiges UTF-8, daher ist die Datei nicht erreichbar. Benennen Sie sie um und fügen Sie sie erneut hinzu.</translation>
+    </message>
+</context>
+<context>
     <name>BatchSummary</name>
     <message numerus="yes">
         <source>%Ln tasks are done.</source>
@@ -170,10 +188,6 @@
 <context>
     <name>CommandLine</name>
     <message>
-        <source>required</source>
-        <translation>erforderlich</translation>
-    </message>
-    <message>
         <source>default:</source>
         <translation>Vorgabe:</translation>
     </message>
@@ -198,10 +212,6 @@ Exit status:</source>
 Exit-Status:</translation>
     </message>
     <message>
-        <source>Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; writes and verifies checksum files; tests compressed files. Does without a display what the window does.</source>
-        <translation>Wandelt WAV und AIFF in FLAC um und zurück, viele Dateien gleichzeitig und samt ihren Tags; schreibt und prüft Prüfsummendateien; testet komprimierte Dateien. Tut ohne Bildschirm, was das Fenster tut.</translation>
-    </message>
-    <message>
         <source>Print the manual page and exit</source>
         <translation>Die Handbuchseite ausgeben und beenden</translation>
     </message>
@@ -214,16 +224,8 @@ Exit-Status:</translation>
         <translation>Die des Werkzeugs ausgeben, dessen Optionen in dieser Datei stehen</translation>
     </message>
     <message>
-        <source>Turn files into FLAC</source>
-        <translation>Dateien in FLAC umwandeln</translation>
-    </message>
-    <message>
         <source>Example: quav-cli encode --to flac --level 8 --output archive concert</source>
         <translation>Beispiel: quav-cli encode --to flac --level 8 --output archiv konzert</translation>
-    </message>
-    <message>
-        <source>Turn FLAC files back into WAV or AIFF</source>
-        <translation>FLAC-Dateien in WAV oder AIFF zurückwandeln</translation>
     </message>
     <message>
         <source>Example: quav-cli decode --to wav --beside concert/*.flac</source>
@@ -345,23 +347,96 @@ Exit-Status:</translation>
         <source>A command</source>
         <translation>Ein Befehl</translation>
     </message>
+    <message>
+        <source>required without --preset</source>
+        <translation>ohne --preset erforderlich</translation>
+    </message>
+    <message>
+        <source>Turn files into FLAC or WavPack</source>
+        <translation>Dateien in FLAC oder WavPack umwandeln</translation>
+    </message>
+    <message>
+        <source>Take what is not given here from this preset; “quav-cli presets list” lists them</source>
+        <translation>Was hier nicht angegeben ist, aus dieser Voreinstellung nehmen; „quav-cli presets list“ zeigt alle</translation>
+    </message>
+    <message>
+        <source>The command that it is for</source>
+        <translation>Der Befehl, für den sie gilt</translation>
+    </message>
+    <message>
+        <source>The preset&apos;s name</source>
+        <translation>Der Name der Voreinstellung</translation>
+    </message>
+    <message>
+        <source>Make or replace a preset of what the settings say and what is given</source>
+        <translation>Eine Voreinstellung aus den Einstellungen und den Angaben anlegen oder ersetzen</translation>
+    </message>
+    <message>
+        <source>Save a preset for %1</source>
+        <translation>Eine Voreinstellung für %1 speichern</translation>
+    </message>
+    <message>
+        <source>Keep sets of options under names</source>
+        <translation>Zusammenstellungen von Optionen unter Namen aufbewahren</translation>
+    </message>
+    <message>
+        <source>List all presets</source>
+        <translation>Alle Voreinstellungen auflisten</translation>
+    </message>
+    <message>
+        <source>Print the options of a preset</source>
+        <translation>Die Optionen einer Voreinstellung ausgeben</translation>
+    </message>
+    <message>
+        <source>Delete a preset</source>
+        <translation>Eine Voreinstellung löschen</translation>
+    </message>
+    <message>
+        <source>Give a preset another name</source>
+        <translation>Einer Voreinstellung einen anderen Namen geben</translation>
+    </message>
+    <message>
+        <source>Its new name</source>
+        <translation>Ihr neuer Name</translation>
+    </message>
+    <message>
+        <source>Write a preset to a file, for another machine</source>
+        <translation>Eine Voreinstellung in eine Datei schreiben, für einen anderen Rechner</translation>
+    </message>
+    <message>
+        <source>Where to; the standard output if it is left out</source>
+        <translation>Wohin; ohne Angabe auf die Standardausgabe</translation>
+    </message>
+    <message>
+        <source>Keep the preset in such a file</source>
+        <translation>Die Voreinstellung aus einer solchen Datei übernehmen</translation>
+    </message>
+    <message>
+        <source>What was exported</source>
+        <translation>Was exportiert wurde</translation>
+    </message>
+    <message>
+        <source>Keep it under this name instead of its own</source>
+        <translation>Sie unter diesem Namen statt unter ihrem eigenen aufbewahren</translation>
+    </message>
+    <message>
+        <source>Example: quav-cli presets save encode &quot;For the attic&quot; --level 8 --verify</source>
+        <translation>Beispiel: quav-cli presets save encode &quot;Für den Dachboden&quot; --level 8 --verify</translation>
+    </message>
+    <message>
+        <source>Turns WAV and AIFF into FLAC or WavPack and back, many files at a time, with their tags; writes and verifies checksum files; tests compressed files. Does without a display what the window does.</source>
+        <translation>Wandelt WAV und AIFF in FLAC oder WavPack um und zurück, viele Dateien auf einmal, mit ihren Tags; schreibt und prüft Prüfsummendateien; testet komprimierte Dateien. Tut ohne Bildschirm, was das Fenster tut.</translation>
+    </message>
+    <message>
+        <source>Turn FLAC and WavPack files back into WAV or AIFF</source>
+        <translation>FLAC- und WavPack-Dateien zurück in WAV oder AIFF umwandeln</translation>
+    </message>
 </context>
 <context>
     <name>Completion</name>
     <message>
         <source>“%1” holds no options of a tool.</source>
         <translation>„%1“ enthält keine Optionen eines Werkzeugs.</translation>
-    </message>
-</context>
-<context>
-    <name>ConversionPlan</name>
-    <message>
-        <source>The output folder “%1” does not exist.</source>
-        <translation>Den Ausgabeordner „%1“ gibt es nicht.</translation>
-    </message>
-    <message>
-        <source>The output folder “%1” cannot be written to.</source>
-        <translation>In den Ausgabeordner „%1“ kann nicht geschrieben werden.</translation>
     </message>
 </context>
 <context>
@@ -455,6 +530,21 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
+    <name>DecodeWavpackTask</name>
+    <message>
+        <source>Decoding From Wavpack</source>
+        <translation>Aus WavPack wird dekodiert</translation>
+    </message>
+    <message>
+        <source>Deoding From Wavpack: %1%</source>
+        <translation>Aus WavPack dekodieren: %1%</translation>
+    </message>
+    <message>
+        <source>Copying Wavpack Tags</source>
+        <translation>WavPack-Tags werden kopiert</translation>
+    </message>
+</context>
+<context>
     <name>EncodeFlacTask</name>
     <message>
         <source>Encoding to Flac: %1% %2</source>
@@ -471,6 +561,48 @@ Exit-Status:</translation>
     <message>
         <source>Writing Flac Tags</source>
         <translation>FLAC-Tags werden geschrieben</translation>
+    </message>
+</context>
+<context>
+    <name>EncodeWavpackTask</name>
+    <message>
+        <source>Encoding Wavpack</source>
+        <translation>WavPack wird kodiert</translation>
+    </message>
+    <message>
+        <source>Encoding to Wavpack: %1%</source>
+        <translation>Nach WavPack kodieren: %1%</translation>
+    </message>
+</context>
+<context>
+    <name>EncoderTask</name>
+    <message>
+        <source>Copying FLAC Tags</source>
+        <translation>FLAC-Tags werden kopiert</translation>
+    </message>
+    <message>
+        <source>Copying Aiff Tags</source>
+        <translation>AIFF-Tags werden kopiert</translation>
+    </message>
+    <message>
+        <source>Copying WAV Tags</source>
+        <translation>WAV-Tags werden kopiert</translation>
+    </message>
+    <message>
+        <source>Decoding ALAC to Wav</source>
+        <translation>ALAC wird nach WAV dekodiert</translation>
+    </message>
+    <message>
+        <source>Decoding FLAC to Wav</source>
+        <translation>FLAC wird nach WAV dekodiert</translation>
+    </message>
+    <message>
+        <source>Decoding SHN to Wav</source>
+        <translation>SHN wird nach WAV dekodiert</translation>
+    </message>
+    <message>
+        <source>Decoding to Wav: %1%</source>
+        <translation>Nach WAV dekodieren: %1%</translation>
     </message>
 </context>
 <context>
@@ -818,6 +950,14 @@ Exit-Status:</translation>
             <numerusform>%Ln Bytes hinter dem letzten Chunk</numerusform>
         </translation>
     </message>
+    <message>
+        <source>what stood before the sound in the file that it was made from</source>
+        <translation>was in der Ausgangsdatei vor dem Ton stand</translation>
+    </message>
+    <message>
+        <source>what followed the sound in the file that it was made from</source>
+        <translation>was in der Ausgangsdatei auf den Ton folgte</translation>
+    </message>
 </context>
 <context>
     <name>ManPage</name>
@@ -928,6 +1068,22 @@ Exit-Status:</translation>
         <source>takes %1, not “%2”</source>
         <translation>nimmt %1, nicht „%2“</translation>
     </message>
+    <message>
+        <source>%1 or %2</source>
+        <translation>%1 oder %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>The opposite of --%1, whatever the preset says</source>
+        <translation>Das Gegenteil von --%1, was immer die Voreinstellung sagt</translation>
+    </message>
 </context>
 <context>
     <name>Options</name>
@@ -1030,10 +1186,6 @@ Exit-Status:</translation>
     <message>
         <source>A digest of the audio of each file, the same for every lossless format</source>
         <translation>Eine Prüfsumme des Tons jeder Datei, gleich für jedes verlustfreie Format</translation>
-    </message>
-    <message>
-        <source>FF&amp;P</source>
-        <translation>FF&amp;P</translation>
     </message>
     <message>
         <source>The fingerprint that each FLAC file carries of its audio</source>
@@ -1159,6 +1311,46 @@ Exit-Status:</translation>
         <source>Encode to FLAC files</source>
         <translation>In FLAC-Dateien kodieren</translation>
     </message>
+    <message>
+        <source>FFP (fin&amp;gerprints)</source>
+        <translation>FFP (Fin&amp;gerabdrücke)</translation>
+    </message>
+    <message>
+        <source>WavPack</source>
+        <translation>WavPack</translation>
+    </message>
+    <message>
+        <source>Mode</source>
+        <translation>Modus</translation>
+    </message>
+    <message>
+        <source>How hard WavPack compresses; the sound is the same</source>
+        <translation>Wie stark WavPack komprimiert; der Ton ist derselbe</translation>
+    </message>
+    <message>
+        <source>Fas&amp;t</source>
+        <translation>Schne&amp;ll</translation>
+    </message>
+    <message>
+        <source>Compress quickly</source>
+        <translation>Schnell komprimieren</translation>
+    </message>
+    <message>
+        <source>Hi&amp;gh</source>
+        <translation>Hoc&amp;h</translation>
+    </message>
+    <message>
+        <source>Make small files</source>
+        <translation>Kleine Dateien erzeugen</translation>
+    </message>
+    <message>
+        <source>&amp;WavPack</source>
+        <translation>&amp;WavPack</translation>
+    </message>
+    <message>
+        <source>Encode to WavPack files</source>
+        <translation>In WavPack-Dateien umwandeln</translation>
+    </message>
 </context>
 <context>
     <name>OutputClaim</name>
@@ -1242,6 +1434,17 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
+    <name>Plan</name>
+    <message>
+        <source>The output folder “%1” does not exist.</source>
+        <translation>Der Ausgabeordner „%1“ existiert nicht.</translation>
+    </message>
+    <message>
+        <source>The output folder “%1” cannot be written to.</source>
+        <translation>In den Ausgabeordner „%1“ kann nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
     <name>PlanPrinter</name>
     <message>
         <source>would overwrite %1</source>
@@ -1282,6 +1485,71 @@ Exit-Status:</translation>
     <message>
         <source>would make the folder %1</source>
         <translation>würde den Ordner %1 anlegen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>this program itself converts %1 to %2</source>
+        <translation>dieses Programm selbst wandelt %1 in %2 um</translation>
+    </message>
+</context>
+<context>
+    <name>Presets</name>
+    <message>
+        <source>As in the settings</source>
+        <translation>Wie in den Einstellungen</translation>
+    </message>
+    <message>
+        <source>Archive</source>
+        <translation>Archiv</translation>
+    </message>
+    <message>
+        <source>Fast</source>
+        <translation>Schnell</translation>
+    </message>
+</context>
+<context>
+    <name>PresetsCommand</name>
+    <message>
+        <source>warning: %1</source>
+        <translation>Warnung: %1</translation>
+    </message>
+    <message>
+        <source>%1  (comes with the program)</source>
+        <translation>%1  (gehört zum Programm)</translation>
+    </message>
+    <message>
+        <source>Replace the preset “%1”?</source>
+        <translation>Die Voreinstellung „%1“ ersetzen?</translation>
+    </message>
+    <message>
+        <source>What it says now is lost.</source>
+        <translation>Ihr jetziger Inhalt geht verloren.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace “%1”?</source>
+        <translation>„%1“ ersetzen?</translation>
+    </message>
+    <message>
+        <source>The preset “%1” is for “%2”, which this version does not know.</source>
+        <translation>Die Voreinstellung „%1“ ist für „%2“, das diese Version nicht kennt.</translation>
+    </message>
+    <message>
+        <source>%1 Say --name NAME to keep it under another.</source>
+        <translation>%1 Mit --name NAME wird sie unter einem anderen aufbewahrt.</translation>
     </message>
 </context>
 <context>
@@ -1466,6 +1734,14 @@ Exit-Status:</translation>
     <message>
         <source>There is nothing to do.</source>
         <translation>Es gibt nichts zu tun.</translation>
+    </message>
+    <message>
+        <source>The preset “%1” cannot be used: %2 Say --%3 yourself.</source>
+        <translation>Die Voreinstellung „%1“ kann nicht benutzt werden: %2 Geben Sie --%3 selbst an.</translation>
+    </message>
+    <message>
+        <source>warning: %1</source>
+        <translation>Warnung: %1</translation>
     </message>
 </context>
 <context>
@@ -1816,14 +2092,6 @@ Exit-Status:</translation>
 <context>
     <name>quav::BaseTab</name>
     <message>
-        <source>The name of “%1” is not valid UTF-8, so the file cannot be reached. Rename it and add it again.</source>
-        <translation>Der Name von „%1“ ist kein gültiges UTF-8, daher ist die Datei nicht erreichbar. Benennen Sie sie um und fügen Sie sie noch einmal hinzu.</translation>
-    </message>
-    <message>
-        <source>The folder “%1” could not be read.</source>
-        <translation>Der Ordner „%1“ konnte nicht gelesen werden.</translation>
-    </message>
-    <message>
         <source>File types not supported by this tab</source>
         <translation>Dieser Reiter unterstützt diese Dateitypen nicht</translation>
     </message>
@@ -1854,6 +2122,14 @@ Exit-Status:</translation>
     <message>
         <source>No</source>
         <translation>Nein</translation>
+    </message>
+    <message>
+        <source>This tab is still at work. Wait until it has finished, or cancel it.</source>
+        <translation>Dieser Reiter arbeitet noch. Warten Sie, bis er fertig ist, oder brechen Sie ihn ab.</translation>
+    </message>
+    <message>
+        <source>Adding files</source>
+        <translation>Dateien werden hinzugefügt</translation>
     </message>
 </context>
 <context>
@@ -1935,6 +2211,10 @@ Exit-Status:</translation>
         <source>Create ST5</source>
         <translation>ST5 erzeugen</translation>
     </message>
+    <message>
+        <source>Creating the fingerprint file</source>
+        <translation>Die Fingerabdruckdatei wird erstellt</translation>
+    </message>
 </context>
 <context>
     <name>quav::ConversionPage</name>
@@ -1954,22 +2234,11 @@ Exit-Status:</translation>
 <context>
     <name>quav::ConversionTab</name>
     <message numerus="yes">
-        <source>and %Ln more</source>
-        <translation>
-            <numerusform>und %Ln weitere</numerusform>
-            <numerusform>und %Ln weitere</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>These %Ln are write-protected:</source>
         <translation>
             <numerusform>Diese Datei ist schreibgeschützt:</numerusform>
             <numerusform>Diese %Ln Dateien sind schreibgeschützt:</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>“%1” and “%2” would both write the same output file. Convert them one after the other into different folders.</source>
-        <translation>„%1“ und „%2“ würden dieselbe Ausgabedatei schreiben. Wandeln Sie sie nacheinander in verschiedene Ordner um.</translation>
     </message>
     <message>
         <source>One of the output files already exists and will be overwritten.  Are you sure you want to continue?</source>
@@ -1982,18 +2251,6 @@ Exit-Status:</translation>
     <message>
         <source>Yes</source>
         <translation>Ja</translation>
-    </message>
-    <message>
-        <source>Output file &quot; %1&quot; already exists.skipping</source>
-        <translation>Die Ausgabedatei „%1“ gibt es schon; sie wird übergangen</translation>
-    </message>
-    <message>
-        <source>Files of these kinds cannot be converted here yet. They were left out.</source>
-        <translation>Dateien dieser Arten lassen sich hier noch nicht umwandeln. Sie wurden ausgelassen.</translation>
-    </message>
-    <message>
-        <source>The folders of these files cannot be written to. They were left out.</source>
-        <translation>In die Ordner dieser Dateien kann nicht geschrieben werden. Sie wurden ausgelassen.</translation>
     </message>
     <message numerus="yes">
         <source>%Ln sources were kept, since not all of their tags, pictures and chunks are in the new files; the warnings say which. Delete them all the same?</source>
@@ -2048,6 +2305,63 @@ Exit-Status:</translation>
         <translation>
             <numerusform>%Ln Datei &amp;kodieren</numerusform>
             <numerusform>%Ln Dateien &amp;kodieren</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quav::EncodeTab</name>
+    <message>
+        <source>One of the output files already exists and will be overwritten.  Select a different output directory and try again</source>
+        <translation>Eine der Ausgabedateien existiert bereits und würde überschrieben.  Wählen Sie einen anderen Ausgabeordner und versuchen Sie es erneut</translation>
+    </message>
+</context>
+<context>
+    <name>quav::FactsReader</name>
+    <message>
+        <source>The file is not there any more.</source>
+        <translation>Die Datei ist nicht mehr da.</translation>
+    </message>
+</context>
+<context>
+    <name>quav::FileList</name>
+    <message>
+        <source>%1 mono</source>
+        <comment>bits and kHz</comment>
+        <translation>%1 mono</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %n ch</source>
+        <comment>bits and kHz</comment>
+        <translation>
+            <numerusform>%1, %n Kanal</numerusform>
+            <numerusform>%1, %n Kanäle</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n bytes behind the last whole CD sector</source>
+        <translation>
+            <numerusform>%n Byte hinter dem letzten ganzen CD-Sektor</numerusform>
+            <numerusform>%n Bytes hinter dem letzten ganzen CD-Sektor</numerusform>
         </translation>
     </message>
 </context>
@@ -2174,53 +2488,218 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
-    <name>quav::Presets</name>
-    <message>
-        <source>There is no preset “%1”.</source>
-        <translation>Eine Vorlage „%1“ gibt es nicht.</translation>
+    <name>quav::PlannedTab</name>
+    <message numerus="yes">
+        <source>and %Ln more</source>
+        <translation>
+            <numerusform>und %Ln weitere</numerusform>
+            <numerusform>und %Ln weitere</numerusform>
+        </translation>
     </message>
+    <message>
+        <source>“%1” and “%2” would both write the same output file. Convert them one after the other into different folders.</source>
+        <translation>„%1“ und „%2“ würden beide dieselbe Ausgabedatei schreiben. Wandeln Sie sie nacheinander in verschiedene Ordner um.</translation>
+    </message>
+    <message>
+        <source>Output file &quot; %1&quot; already exists.skipping</source>
+        <translation>Die Ausgabedatei „%1“ existiert bereits und wird übersprungen.</translation>
+    </message>
+    <message>
+        <source>Files of these kinds cannot be converted here yet. They were left out.</source>
+        <translation>Dateien dieser Arten können hier noch nicht umgewandelt werden. Sie wurden ausgelassen.</translation>
+    </message>
+    <message>
+        <source>The folders of these files cannot be written to. They were left out.</source>
+        <translation>In die Ordner dieser Dateien kann nicht geschrieben werden. Sie wurden ausgelassen.</translation>
+    </message>
+</context>
+<context>
+    <name>quav::PresetBar</name>
+    <message>
+        <source>&amp;Preset</source>
+        <translation>&amp;Voreinstellung</translation>
+    </message>
+    <message>
+        <source>Preset</source>
+        <translation>Voreinstellung</translation>
+    </message>
+    <message>
+        <source>Give all options the values of a preset</source>
+        <translation>Allen Optionen die Werte einer Voreinstellung geben</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>Save and manage presets</source>
+        <translation>Voreinstellungen speichern und verwalten</translation>
+    </message>
+    <message>
+        <source>&amp;Save As…</source>
+        <translation>&amp;Speichern unter …</translation>
+    </message>
+    <message>
+        <source>&amp;Rename…</source>
+        <translation>&amp;Umbenennen …</translation>
+    </message>
+    <message>
+        <source>&amp;Delete…</source>
+        <translation>&amp;Löschen …</translation>
+    </message>
+    <message>
+        <source>&amp;Export…</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>&amp;Import…</source>
+        <translation>&amp;Importieren …</translation>
+    </message>
+    <message>
+        <source>The options were changed since this preset was chosen</source>
+        <translation>Seit der Wahl dieser Voreinstellung wurden Optionen geändert</translation>
+    </message>
+</context>
+<context>
+    <name>quav::PresetChooser</name>
+    <message>
+        <source>The preset could not be used or changed</source>
+        <translation>Die Voreinstellung konnte nicht benutzt oder geändert werden</translation>
+    </message>
+    <message>
+        <source>The preset “%1” was used in part</source>
+        <translation>Die Voreinstellung „%1“ wurde zum Teil benutzt</translation>
+    </message>
+    <message>
+        <source>Save Preset</source>
+        <translation>Voreinstellung speichern</translation>
+    </message>
+    <message>
+        <source>A name for these options:</source>
+        <translation>Ein Name für diese Optionen:</translation>
+    </message>
+    <message>
+        <source>Replace the preset “%1”?</source>
+        <translation>Die Voreinstellung „%1“ ersetzen?</translation>
+    </message>
+    <message>
+        <source>What it says now is lost.</source>
+        <translation>Ihr jetziger Inhalt geht verloren.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Rename Preset</source>
+        <translation>Voreinstellung umbenennen</translation>
+    </message>
+    <message>
+        <source>Its new name:</source>
+        <translation>Ihr neuer Name:</translation>
+    </message>
+    <message>
+        <source>Delete the preset “%1”?</source>
+        <translation>Die Voreinstellung „%1“ löschen?</translation>
+    </message>
+    <message>
+        <source>The options stay as they stand.</source>
+        <translation>Die Optionen bleiben, wie sie sind.</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Export Preset</source>
+        <translation>Voreinstellung exportieren</translation>
+    </message>
+    <message>
+        <source>Import Presets</source>
+        <translation>Voreinstellungen importieren</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importieren</translation>
+    </message>
+    <message>
+        <source>Import Preset</source>
+        <translation>Voreinstellung importieren</translation>
+    </message>
+    <message>
+        <source>There is a preset “%1” already. A name for the new one:</source>
+        <translation>Es gibt schon eine Voreinstellung „%1“. Ein Name für die neue:</translation>
+    </message>
+</context>
+<context>
+    <name>quav::Presets</name>
     <message>
         <source>A preset needs a name.</source>
         <translation>Eine Vorlage braucht einen Namen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The name of a preset has at most %n characters.</source>
-        <translation>
-            <numerusform>Der Name einer Vorlage hat höchstens %n Zeichen.</numerusform>
-            <numerusform>Der Name einer Vorlage hat höchstens %n Zeichen.</numerusform>
-        </translation>
     </message>
     <message>
         <source>The preset “%1” comes with the program and stays as it is. Choose another name.</source>
         <translation>Die Vorlage „%1“ gehört zum Programm und bleibt, wie sie ist. Wählen Sie einen anderen Namen.</translation>
     </message>
     <message>
-        <source>This is no preset.</source>
-        <translation>Dies ist keine Vorlage.</translation>
-    </message>
-    <message>
         <source>The preset “%1” is for another tab: “%2”.</source>
         <translation>Die Vorlage „%1“ ist für einen anderen Reiter: „%2“.</translation>
-    </message>
-    <message>
-        <source>The preset “%1” does not fit: %2</source>
-        <translation>Die Vorlage „%1“ passt nicht: %2</translation>
-    </message>
-    <message>
-        <source>The preset could not be saved to “%1”: %2</source>
-        <translation>Die Vorlage konnte nicht unter „%1“ gespeichert werden: %2</translation>
     </message>
     <message>
         <source>There is a preset “%1” already.</source>
         <translation>Eine Vorlage „%1“ gibt es schon.</translation>
     </message>
     <message>
-        <source>The preset “%1” comes with the program and stays.</source>
-        <translation>Die Vorlage „%1“ gehört zum Programm und bleibt.</translation>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
     </message>
     <message>
-        <source>The preset could not be deleted from “%1”: %2</source>
-        <translation>Die Vorlage konnte nicht aus „%1“ gelöscht werden: %2</translation>
+        <source>The preset could not be written to “%1” (%2). See that its folder can be written to and has room.</source>
+        <translation>Die Voreinstellung konnte nicht nach „%1“ geschrieben werden (%2). Sorgen Sie dafür, dass der Ordner beschreibbar ist und Platz hat.</translation>
+    </message>
+    <message>
+        <source>The preset “%1” could not be read: %2</source>
+        <translation>Die Voreinstellung „%1“ konnte nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>The preset has what this version does not know: %1.</source>
+        <translation>Die Voreinstellung enthält, was diese Version nicht kennt: %1.</translation>
+    </message>
+    <message>
+        <source>There is no preset “%1” for %2. There are: %3.</source>
+        <translation>Es gibt keine Voreinstellung „%1“ für %2. Es gibt: %3.</translation>
+    </message>
+    <message>
+        <source>The preset “%1” comes with the program and stays as it is.</source>
+        <translation>Die Voreinstellung „%1“ gehört zum Programm und bleibt, wie sie ist.</translation>
+    </message>
+    <message>
+        <source>This name is too long for a preset. Choose a shorter one.</source>
+        <translation>Dieser Name ist zu lang für eine Voreinstellung. Wählen Sie einen kürzeren.</translation>
+    </message>
+    <message>
+        <source>“%1” is no preset: it has no options of a tab.</source>
+        <translation>„%1“ ist keine Voreinstellung: Optionen eines Reiters fehlen.</translation>
+    </message>
+    <message>
+        <source>“%1” is no preset: %2 (at byte %3). Repair it or delete it.</source>
+        <translation>„%1“ ist keine Voreinstellung: %2 (bei Byte %3). Reparieren oder löschen Sie sie.</translation>
+    </message>
+    <message>
+        <source>The folder “%1” for presets could not be made. See that the folder above it can be written to.</source>
+        <translation>Der Ordner „%1“ für Voreinstellungen konnte nicht angelegt werden. Sorgen Sie dafür, dass der Ordner darüber beschreibbar ist.</translation>
+    </message>
+    <message>
+        <source>The preset “%1” could not be deleted (%2). See that its folder can be written to.</source>
+        <translation>Die Voreinstellung „%1“ konnte nicht gelöscht werden (%2). Sorgen Sie dafür, dass ihr Ordner beschreibbar ist.</translation>
+    </message>
+    <message>
+        <source>There is a preset “%1” already. Choose another name.</source>
+        <translation>Es gibt schon eine Voreinstellung „%1“. Wählen Sie einen anderen Namen.</translation>
     </message>
 </context>
 <context>
@@ -2255,6 +2734,10 @@ Exit-Status:</translation>
     <message>
         <source>Quit</source>
         <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Adding files</source>
+        <translation>Dateien werden hinzugefügt</translation>
     </message>
 </context>
 <context>
@@ -2421,6 +2904,25 @@ Exit-Status:</translation>
     <message>
         <source>Warnings</source>
         <translation>Warnungen</translation>
+    </message>
+</context>
+<context>
+    <name>quav::WorkLine</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>%1: %L2 of %L3</source>
+        <translation>%1: %L2 von %L3</translation>
+    </message>
+    <message>
+        <source>%1: %L2</source>
+        <translation>%1: %L2</translation>
     </message>
 </context>
 </TS>

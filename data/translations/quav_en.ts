@@ -129,6 +129,16 @@
     </message>
 </context>
 <context>
+    <name>PlanPrinter</name>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>VerifyListTask</name>
     <message numerus="yes">
         <source>%1 : %Ln lines of text passed over</source>
@@ -172,13 +182,6 @@
 <context>
     <name>quav::ConversionTab</name>
     <message numerus="yes">
-        <source>and %Ln more</source>
-        <translation>
-            <numerusform>and %Ln more</numerusform>
-            <numerusform>and %Ln more</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>These %Ln are write-protected:</source>
         <translation>
             <numerusform>This one is write-protected:</numerusform>
@@ -214,6 +217,24 @@
     </message>
 </context>
 <context>
+    <name>quav::FileList</name>
+    <message numerus="yes">
+        <source>%1, %n ch</source>
+        <comment>bits and kHz</comment>
+        <translation>
+            <numerusform>%1, %n ch</numerusform>
+            <numerusform>%1, %n ch</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n bytes behind the last whole CD sector</source>
+        <translation>
+            <numerusform>%n byte behind the last whole CD sector</numerusform>
+            <numerusform>%n bytes behind the last whole CD sector</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>quav::OutputWindow</name>
     <message numerus="yes">
         <source>
@@ -236,12 +257,12 @@
     </message>
 </context>
 <context>
-    <name>quav::Presets</name>
+    <name>quav::PlannedTab</name>
     <message numerus="yes">
-        <source>The name of a preset has at most %n characters.</source>
+        <source>and %Ln more</source>
         <translation>
-            <numerusform>The name of a preset has at most %n character.</numerusform>
-            <numerusform>The name of a preset has at most %n characters.</numerusform>
+            <numerusform>and %Ln more</numerusform>
+            <numerusform>and %Ln more</numerusform>
         </translation>
     </message>
 </context>

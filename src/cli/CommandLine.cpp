@@ -181,7 +181,7 @@ void CommandLineParts::addEncode(const TabRow& row) {
 }
 
 void CommandLineParts::addDecode(const TabRow& row) {
-    CLI::App* decode = addTabCommand(row, tr("Turn FLAC files back into WAV or AIFF"));
+    CLI::App* decode = addTabCommand(row, tr("Turn FLAC and WavPack files back into WAV or AIFF"));
     addConversion(*decode, decodeOptions());
     decode->footer(plain(tr("Example: quav-cli decode --to wav --beside concert/*.flac")));
 }

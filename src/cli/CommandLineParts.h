@@ -29,9 +29,11 @@ struct CommandLineParts {
 
 public:
     CLI::App app{
-        plain(tr("Turns WAV and AIFF into FLAC and back, many files at a time, with their tags; "
-                 "writes and verifies checksum files; tests compressed files. Does without a "
-                 "display what the window does.")),
+        plain(QCoreApplication::translate(
+            "CommandLine",
+            "Turns WAV and AIFF into FLAC or WavPack and back, many files at a time, with their "
+            "tags; writes and verifies checksum files; tests compressed files. Does without a "
+            "display what the window does.")),
         "quav-cli"};
     CLI::App* settings = nullptr;
     bool manual = false;

@@ -14,21 +14,20 @@ namespace quav {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("EncoderTask", text);
-}
-
 ToolReport readFlac(const QString& piece) {
     return {flacoutput::decodePercentage(piece)};
 }
 
 /// What is shown while a source is being brought to the encoder.
 QString statusOfDecoding(const AudioFormat* format) {
-    return !format                    ? QString()
-           : *format == formats::m4a  ? tr("Decoding ALAC to Wav")
-           : *format == formats::flac ? tr("Decoding FLAC to Wav")
-           : *format == formats::shn  ? tr("Decoding SHN to Wav")
-                                      : QString();
+    return !format ? QString()
+           : *format == formats::m4a
+               ? QCoreApplication::translate("EncoderTask", "Decoding ALAC to Wav")
+           : *format == formats::flac
+               ? QCoreApplication::translate("EncoderTask", "Decoding FLAC to Wav")
+           : *format == formats::shn
+               ? QCoreApplication::translate("EncoderTask", "Decoding SHN to Wav")
+               : QString();
 }
 
 /// Who reads the tags of a source, and what is shown while they are written.
@@ -87,7 +86,8 @@ BackgroundConversion::Words EncoderTask::wordsOf(const ToolCall& step) const {
     if (step.tool == encoder_.tool) {
         return {{}, encoder_.words.progress, encoder_.words.read};
     }
-    return {statusOfDecoding(formatOf(fileName())), tr("Decoding to Wav: %1%"),
+    return {statusOfDecoding(formatOf(fileName())),
+            QCoreApplication::translate("EncoderTask", "Decoding to Wav: %1%"),
             step.tool.isEmpty() ? nullptr : readFlac};
 }
 
@@ -97,7 +97,7 @@ TagResult EncoderTask::copyTags() {
         if (format && source.format == *format) {
             TagLibTagsHelper helper;
             const TagsObject tags = (helper.*source.read)(fileName());
-            showStatus(tr(source.status));
+            showStatus(QCoreApplication::translate("EncoderTask", source.status));
             TagResult written = writeTags(helper, tags);
             noteProblems(helper.problems());
             return written;
