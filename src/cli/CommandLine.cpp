@@ -187,8 +187,7 @@ void CommandLineParts::addDecode(const TabRow& row) {
 }
 
 void CommandLineParts::addConversion(CLI::App& command, const ConversionOptions& rows) {
-    const OptionValues given(rows);
-    addFlags(command, rows, &given);
+    addFlags(command, rows);
     command
         .add_option("--output", outputFolder,
                     plain(tr("Write everything into this folder, which is made if it is missing")))

@@ -58,6 +58,7 @@ private Q_SLOTS:
         const QString with = u" --keep-foreign-metadata"_s;
         row("level", "", "encode --to FLAC --level 8 --verify", "-8 -V");
         row("lax", "", u"encode --to flac --lax"_s + with, "--lax --keep-foreign-metadata");
+        row("mode", "", "encode --to wv --mode high", "-h");
         row("aiff", "", u"decode --to aiff --through-errors"_s + with,
             "-d --keep-foreign-metadata -F --force-aiff-format");
         row("verify set", verify, "encode --to flac", "-5 -V");
@@ -76,7 +77,9 @@ private Q_SLOTS:
         }
         const Ran ran = cli.run(arguments + u" --dry-run --output out in"_s);
         QCOMPARE(ran.status, 0);
-        QVERIFY2(ran.output.contains("/flac " + expected.toUtf8() + " /"), ran.output.constData());
+        const QRegularExpression command(u"/(flac|wavpack) "_s +
+                                         QRegularExpression::escape(expected) + u" /"_s);
+        QVERIFY2(QString::fromUtf8(ran.output).contains(command), ran.output.constData());
     }
 
     void aRunObeysTheSettingsAndNeverChangesThem() {
