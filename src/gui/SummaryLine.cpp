@@ -26,7 +26,9 @@ void SummaryLine::refresh() {
     QFont emphasised(font());
     emphasised.setBold(!line.isEmpty() && queue_.summary().failed() > 0);
     setFont(emphasised);
-    setToolTip(QStringLiteral("<span>%1</span>").arg(line.toHtmlEscaped()));
+    // Not even empty tags: they would be shown as an empty box.
+    setToolTip(line.isEmpty() ? QString()
+                              : QStringLiteral("<span>%1</span>").arg(line.toHtmlEscaped()));
     setAccessibleName(line);
     fit();
     if (!line.isEmpty()) {
