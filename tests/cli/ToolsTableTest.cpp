@@ -1,5 +1,6 @@
 #include "cli/Cli.h"
 #include "engine/ToolsFolder.h"
+#include "support/Table.h"
 
 using namespace quav;
 using namespace quav::test;
@@ -73,6 +74,31 @@ private Q_SLOTS:
         QFile::remove(path("bin/quav-program"));
         QCOMPARE(build(), 0);
         QCOMPARE(links(), QStringList{u"ours"_s});
+    }
+
+    void theSetUpGoesOnWithoutToolsButNotWithoutACompiler_data() {
+        columns<QString, QString, bool>("missing", "arguments", "goesOn");
+        row("a tool", "icedax", "", true);
+        row("a tool that tests need", "icedax", "--tests", false);
+        row("what builds", "ninja-build", "", false);
+    }
+    void theSetUpGoesOnWithoutToolsButNotWithoutACompiler() {
+        QFETCH(QString, missing);
+        QFETCH(QString, arguments);
+        QFETCH(bool, goesOn);
+        const QTemporaryDir bin;
+        const auto program = [&](const QString& name, const QString& script) {
+            QVERIFY(writeFile(bin.filePath(name), u"#!/bin/sh\n"_s.toUtf8() + script.toUtf8()));
+            QFile::setPermissions(bin.filePath(name), QFile::ReadOwner | QFile::ExeOwner);
+        };
+        program(u"apt-get"_s, u"exit 100\n"_s);
+        program(u"sudo"_s, u"exec \"$@\"\n"_s);
+        program(u"dpkg-query"_s,
+                u"for p; do [ \"$p\" = %1 ] || echo \"installed $p\"; done\n"_s.arg(missing));
+        const QStringList path{u"PATH=%1:%2"_s.arg(bin.path(), qEnvironmentVariable("PATH"))};
+        const Ran ran = test::run(u"env"_s, path + QStringList{setup_} + words(arguments));
+        QCOMPARE(ran.status == 0, goesOn);
+        QVERIFY2(ran.errors.contains(missing.toUtf8()), ran.errors.constData());
     }
 
 private:

@@ -112,7 +112,8 @@ void StatusPanelTest::failedRowsStayAndTellWhatTheToolSaidUntilCleared() {
     QCOMPARE(listOf(rig).model()->rowCount(), 2);
     QCOMPARE(text(rig, 0, TaskRowsModel::StatusLineRole), u"Error"_s);
     QCOMPARE(rig.desktop.attentionRequests, 1);
-    QVERIFY(shown<SummaryLine>(rig.window, "2 tasks failed: 1.flac, 2.flac"));
+    const auto* summary = shown<SummaryLine>(rig.window, "2 tasks failed: 1.flac, 2.flac");
+    QVERIFY(summary && summary->toolTip().contains(u"1.flac"));
 
     const auto& windows = rig.outputWindows.windows();
     const size_t reports = windows.size();
@@ -131,6 +132,10 @@ void StatusPanelTest::failedRowsStayAndTellWhatTheToolSaidUntilCleared() {
     QCOMPARE(listOf(rig).model()->rowCount(), 0);
     QVERIFY(!rig.panel.isVisible());
     QTRY_VERIFY(!clear->isEnabled());
+
+    rig.start(rig.decode, {rig.noFlac(u"3.flac"_s)});
+    QVERIFY(summary->toolTip().isEmpty());
+    QTRY_COMPARE(rig.queue.taskCount(), 0);
 }
 
 void StatusPanelTest::waitingAndRunningTasksAreCancelled() {
