@@ -1881,7 +1881,7 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
-    <name>ToolWords</name>
+    <name>ToolOutput</name>
     <message>
         <source>%1 ended with the exit status %2</source>
         <translation>%1 endete mit dem Exit-Status %2</translation>
@@ -2866,7 +2866,7 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
-    <name>quav::TerminalFace</name>
+    <name>quav::TerminalView</name>
     <message>
         <source>%1  %2 running, %3 waiting, %4 done</source>
         <translation>%1  %2 in Arbeit, %3 wartend, %4 fertig</translation>

@@ -77,7 +77,7 @@ public:
         for (size_t i = 0; i < kinds.size(); ++i) {
             const QString& path = paths[static_cast<qsizetype>(i)];
             if (kinds[i] == Kind::Folder) {
-                searchFolder(path);
+                getFiles(path);
             } else {
                 take(path, kinds[i]);
             }
@@ -128,7 +128,7 @@ private:
         }
     }
 
-    void searchFolder(const QString& folder) {
+    void getFiles(const QString& folder) {
         DirectoryContents contents =
             walkDirectory(folder, [this, before = found_.files.size()](qsizetype files) {
                 progress_.tell(before + files);

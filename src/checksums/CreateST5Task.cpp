@@ -1,9 +1,9 @@
 #include "checksums/CreateST5Task.h"
 
 #include "checksums/ChecksumFiles.h"
-#include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutput.h"
+#include "engine/ToolOutputReader.h"
 #include "engine/ToolsFolder.h"
 #include "platform/OrderedWork.h"
 
@@ -53,13 +53,13 @@ void CreateST5Task::processTaskOutput(const QString& text) {
 }
 
 void CreateST5Task::take(const QString& text, HashRun& run) {
-    const QString piece = toolwords::withoutBackspaces(text);
-    const toolwords::HashPiece said = toolwords::hashPiece(piece);
+    const QString piece = tooloutput::withoutBackspaces(text);
+    const tooloutput::HashPiece said = tooloutput::hashPiece(piece);
     if (!said.fileName.isEmpty()) {
         showMainLine(said.fileName);
     }
     if (said.percent) {
-        showProgress(tr("Creating ST5: %1%").arg(toolwords::sixDecimals(*said.percent)),
+        showProgress(tr("Creating ST5: %1%").arg(tooloutput::sixDecimals(*said.percent)),
                      *said.percent);
     }
     run.take(piece);
@@ -69,7 +69,7 @@ void CreateST5Task::runToItsEnd(HashRun& run) {
     if (stopRequested()) {
         return;
     }
-    ToolPieces pieces;
+    ToolOutputReader pieces;
     const auto hand = [&](const QStringList& complete) {
         for (const QString& piece : complete) {
             take(piece, run);
@@ -82,13 +82,13 @@ void CreateST5Task::runToItsEnd(HashRun& run) {
     if (!status) {
         run.fail(tr("shntool could not be started: %1").arg(status.error()));
     } else if (*status != 0) {
-        run.fail(toolwords::failureOf(shntool, *status));
+        run.fail(tooloutput::failureOf(shntool, *status));
     }
 }
 
 void CreateST5Task::runTheOthers() {
     if (const int status = exitStatus().value_or(0); status != 0) {
-        runs_.front().fail(toolwords::failureOf(shntool, status));
+        runs_.front().fail(tooloutput::failureOf(shntool, status));
     }
     OrderedWork<bool>::run(
         runs_.size() - 1, queue().toolsAtOnce(),

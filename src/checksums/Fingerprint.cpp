@@ -1,7 +1,7 @@
 #include "checksums/Fingerprint.h"
 
-#include "checksums/ToolWords.h"
 #include "engine/NSTaskWrapperSync.h"
+#include "engine/ToolOutput.h"
 #include "engine/ToolsFolder.h"
 #include "platform/FlacFile.h"
 #include "platform/PathNames.h"
@@ -55,7 +55,7 @@ std::optional<QString> complaintOfSpecialFile(const QString& path) {
 
 tl::expected<QString, QString> entryOf(const QString& path, const QString& output, int exitStatus) {
     if (exitStatus == 0 ? output.isEmpty() : !isOwnEnd(exitStatus) || !isComplaint(output)) {
-        return tl::make_unexpected(toolwords::failureOf(metaflac, exitStatus));
+        return tl::make_unexpected(tooloutput::failureOf(metaflac, exitStatus));
     }
     return isComplaint(output) ? output : lastPathComponent(path) + u':' + output;
 }

@@ -1,6 +1,6 @@
 #include "checksums/HashRun.h"
 
-#include "checksums/ToolWords.h"
+#include "engine/ToolOutput.h"
 #include "platform/ArgumentRoom.h"
 #include "platform/PathNames.h"
 
@@ -83,14 +83,14 @@ void HashRun::take(const QString& piece) {
     const bool isWhole = piece.endsWith(u'\n');
     const QString line = isWhole ? piece.chopped(1) : piece;
     lastIsCut_ = false;
-    const qsizetype marker = line.indexOf(toolwords::hashMarker);
+    const qsizetype marker = line.indexOf(tooloutput::hashMarker);
     if (marker < 0) {
-        if (line.startsWith(toolwords::hashComplaint) && complaints_.size() < mostLines()) {
+        if (line.startsWith(tooloutput::hashComplaint) && complaints_.size() < mostLines()) {
             complaints_ << line;
         }
         return;
     }
-    const auto index = indexes_.constFind(line.mid(marker + toolwords::hashMarker.size()));
+    const auto index = indexes_.constFind(line.mid(marker + tooloutput::hashMarker.size()));
     const bool isKnown = index != indexes_.constEnd();
     if (isKnown ? hashed_[*index] : static_cast<qsizetype>(entries_.size()) >= mostLines()) {
         return;
@@ -125,7 +125,7 @@ void HashRun::fail(const QString& reason) {
 /// Which file a complaint names, at its end in brackets or in front of its words; none when it
 /// names none of the run's.
 std::optional<std::size_t> HashRun::indexIn(const QString& complaint) const {
-    const QString words = complaint.section(toolwords::hashWarning, 1);
+    const QString words = complaint.section(tooloutput::hashWarning, 1);
     for (qsizetype at = words.indexOf(u": "); at >= 0; at = words.indexOf(u": ", at + 1)) {
         if (const auto index = indexes_.constFind(words.left(at)); index != indexes_.constEnd()) {
             return *index;
@@ -181,7 +181,7 @@ std::vector<HashRun::Remark> HashRun::remarks() const {
         if (index) {
             places.insert(*index, place);
         }
-        all[place].isDamage = all[place].isDamage || toolwords::tellsOfDamage(complaint);
+        all[place].isDamage = all[place].isDamage || tooloutput::tellsOfDamage(complaint);
     }
     for (std::size_t index = 0; index < hashed_.size(); ++index) {
         if (!hashed_[index] && !places.contains(index)) {

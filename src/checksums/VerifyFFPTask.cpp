@@ -1,9 +1,9 @@
 #include "checksums/VerifyFFPTask.h"
 
 #include "checksums/Fingerprint.h"
-#include "checksums/ToolWords.h"
 #include "engine/FailureReason.h"
 #include "engine/QUAVTaskResults.h"
+#include "engine/ToolOutput.h"
 #include "platform/FlacFile.h"
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
@@ -155,11 +155,11 @@ VerifyFFPTask::Tested VerifyFFPTask::test(const QString& path) {
 }
 
 QString VerifyFFPTask::processFlacFileOutput(const QString& piece, const QString& file) {
-    QString said = toolwords::flacWords(piece, file);
+    QString said = tooloutput::flacWords(piece, file);
     if (said.contains(u'%')) {
         const double percent =
             said.section(QStringLiteral(", "), 1, 1).section(u'%', 0, 0).toDouble();
-        showProgress(tr("Verifying %1: %2%").arg(file, toolwords::sixDecimals(percent)), percent);
+        showProgress(tr("Verifying %1: %2%").arg(file, tooloutput::sixDecimals(percent)), percent);
     }
     return said;
 }

@@ -1,6 +1,6 @@
 #include "checksums/VerifyST5Task.h"
 
-#include "checksums/ToolWords.h"
+#include "engine/ToolOutput.h"
 #include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 
@@ -42,21 +42,21 @@ VerifyST5Task::Hashed VerifyST5Task::st5(const QString& path) {
                 const QString said = processTaskOutput(piece);
                 hashed.result = said.isEmpty() ? hashed.result : said;
                 // A file's name may have the same words in it.
-                if (said.contains(toolwords::hashWarning) &&
-                    toolwords::withoutBackspaces(piece).startsWith(toolwords::hashComplaint)) {
+                if (said.contains(tooloutput::hashWarning) &&
+                    tooloutput::withoutBackspaces(piece).startsWith(tooloutput::hashComplaint)) {
                     hashed.warning = said.trimmed();
                 }
-                hashed.isDamaged = hashed.isDamaged || toolwords::tellsOfDamage(piece);
+                hashed.isDamaged = hashed.isDamaged || tooloutput::tellsOfDamage(piece);
             });
     return hashed;
 }
 
 QString VerifyST5Task::processTaskOutput(const QString& text) {
-    const QString piece = toolwords::withoutBackspaces(text);
-    if (const auto percent = toolwords::hashPiece(piece).percent) {
-        showProgress(tr("Verifying: %1%").arg(toolwords::sixDecimals(*percent)), *percent);
+    const QString piece = tooloutput::withoutBackspaces(text);
+    if (const auto percent = tooloutput::hashPiece(piece).percent) {
+        showProgress(tr("Verifying: %1%").arg(tooloutput::sixDecimals(*percent)), *percent);
     }
-    return toolwords::hashResult(piece);
+    return tooloutput::hashResult(piece);
 }
 
 void VerifyST5Task::take(const Line& line, const QString& path, const Hashed& computed) {
@@ -80,7 +80,7 @@ void VerifyST5Task::take(const Line& line, const QString& path, const Hashed& co
         addWarning(tr("“%1”: %2").arg(path, computed.warning));
         verdict.note = computed.warning;
     }
-    verdict.found = result.section(toolwords::hashMarker, 0, 0).trimmed();
+    verdict.found = result.section(tooloutput::hashMarker, 0, 0).trimmed();
     const bool strictlyMatches = strictPath(line) == path && line.text == entry;
     const bool matches = isTolerant() ? verdict.found == line.entry->digest : strictlyMatches;
     if (!matches) {

@@ -1,8 +1,8 @@
 #include "checksums/VerifyToolTask.h"
 
 #include "checksums/Fingerprint.h"
-#include "checksums/ToolWords.h"
 #include "engine/QUAVTaskResults.h"
+#include "engine/ToolOutput.h"
 #include "engine/ToolsFolder.h"
 #include "platform/FlacFile.h"
 #include "platform/PathNames.h"
@@ -49,7 +49,7 @@ void VerifyToolTask::refuse(const QString& reason) {
 
 void VerifyToolTask::showPercent(std::optional<double> percent) {
     if (percent) {
-        showProgress(tr("Verifying: %1%").arg(toolwords::sixDecimals(*percent)), *percent);
+        showProgress(tr("Verifying: %1%").arg(tooloutput::sixDecimals(*percent)), *percent);
     }
 }
 
@@ -108,7 +108,7 @@ QString VerifyFlacTask::canceledWords() const {
 }
 
 void VerifyFlacTask::processTaskOutput(const QString& text) {
-    const QString words = toolwords::flacWords(text, fileName());
+    const QString words = tooloutput::flacWords(text, fileName());
     showMainLine(fileName());
     if (words.isEmpty()) {
         return;
@@ -142,9 +142,9 @@ void VerifyFlacTask::takeProgress(const QString& words) {
                 percent = whole;
                 break;
             }
-            percent = toolwords::leadingNumber(part);
+            percent = tooloutput::leadingNumber(part);
             singleResult_.add(QStringLiteral("%1: testing, %2% complete")
-                                  .arg(fileName(), toolwords::sixDecimals(percent)));
+                                  .arg(fileName(), tooloutput::sixDecimals(percent)));
         }
     }
     showPercent(percent);
@@ -178,7 +178,7 @@ VerifyApeTask::VerifyApeTask(const std::shared_ptr<QUAVTaskResults>& results, Ta
 void VerifyApeTask::processTaskOutput(const QString& text) {
     const QString progress = QStringLiteral("Progress: ");
     if (text.contains(u'%') && text.contains(progress)) {
-        showPercent(toolwords::leadingNumber(text.section(progress, 1, 1)));
+        showPercent(tooloutput::leadingNumber(text.section(progress, 1, 1)));
     } else {
         noteWords(text);
     }
@@ -187,7 +187,7 @@ void VerifyApeTask::processTaskOutput(const QString& text) {
 }
 
 void VerifyApeTask::cleanup() {
-    results()->appendResults(toolwords::fromLastApeProgress(singleResult_, title()));
+    results()->appendResults(tooloutput::fromLastApeProgress(singleResult_, title()));
     VerifyToolTask::cleanup();
 }
 
@@ -197,8 +197,8 @@ VerifyWavepackTask::VerifyWavepackTask(const std::shared_ptr<QUAVTaskResults>& r
     : VerifyToolTask(results, queue, launchPath, arguments, arguments.value(1)) {}
 
 void VerifyWavepackTask::processTaskOutput(const QString& text) {
-    const QString piece = toolwords::withoutBackspaces(text);
-    const auto percent = toolwords::numberBefore(piece, QStringLiteral("% done"));
+    const QString piece = tooloutput::withoutBackspaces(text);
+    const auto percent = tooloutput::numberBefore(piece, QStringLiteral("% done"));
     showPercent(percent);
     if (!percent) {
         noteWords(piece);

@@ -13,10 +13,10 @@ ChecksumTab& ChecksumRun::tab() {
     return workbench().tab<ChecksumTab>();
 }
 
-void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
+void ChecksumRun::connectTab(TerminalView& view, const StopSignals& signals) {
     QObject::connect(&signals, &StopSignals::stopRequested, &tab(), &ChecksumTab::stopWriting);
-    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &face,
-                     [&face](const QString& path, const Verdicts& verdicts,
+    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &view,
+                     [&view](const QString& path, const Verdicts& verdicts,
                              const QStringList& warnings, const QStringList& failures) {
                          TaskEnd end;
                          if (!failures.isEmpty()) {
@@ -26,7 +26,7 @@ void ChecksumRun::connectTab(TerminalFace& face, const StopSignals& signals) {
                          end.title = lastPathComponent(path);
                          end.output = path;
                          end.warnings = warnings;
-                         face.finished(end, verdicts);
+                         view.finished(end, verdicts);
                      });
 }
 

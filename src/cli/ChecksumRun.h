@@ -19,7 +19,7 @@ public:
 
 private:
     ChecksumTab& tab() override;
-    void connectTab(TerminalFace& face, const StopSignals& signals) override;
+    void connectTab(TerminalView& view, const StopSignals& signals) override;
     /// Chooses where the checksum file goes; an exit status when it can go nowhere.
     std::optional<int> choosePath();
     void tellWhatIsLeftOut();

@@ -46,7 +46,7 @@ TabRun::TabRun(RunOptions options, Settings& settings, Terminal& terminal)
 
 TabRun::~TabRun() = default;
 
-void TabRun::connectTab(TerminalFace& /*face*/, const StopSignals& /*signals*/) {}
+void TabRun::connectTab(TerminalView& /*view*/, const StopSignals& /*signals*/) {}
 
 int TabRun::refuse(const QString& reason) {
     terminal_.say(reason);
@@ -141,9 +141,9 @@ std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
     StopSignals signals;
     const auto events = makeEvents(options_, terminal_);
     const bool live = terminal_.canRedraw() && !options_.quiet;
-    TerminalFace face(workbench_.queue(), terminal_, *events,
-                      live ? TerminalFace::Progress::Shown : TerminalFace::Progress::Hidden);
-    connectTab(face, signals);
+    TerminalView view(workbench_.queue(), terminal_, *events,
+                      live ? TerminalView::Progress::Shown : TerminalView::Progress::Hidden);
+    connectTab(view, signals);
     outcome = tab().executeCommand();
     if (outcome == CommandOutcome::Running) {
         outcome = waitForTheCommand();
@@ -153,8 +153,8 @@ std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
     } else if (outcome != CommandOutcome::Done) {
         return std::nullopt;
     }
-    face.finish();
-    return face.summary();
+    view.finish();
+    return view.summary();
 }
 
 int TabRun::printPlan(const QString& destination) {

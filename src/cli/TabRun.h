@@ -2,8 +2,8 @@
 
 #include "app/PlannedTab.h"
 #include "cli/Options.h"
-#include "cli/TerminalFace.h"
 #include "cli/TerminalPrompts.h"
+#include "cli/TerminalView.h"
 #include "platform/DesktopServices.h"
 #include "workbench/Workbench.h"
 
@@ -56,7 +56,7 @@ protected:
 
     /// Called before the button is pressed, for what a tab tells by itself and what it does while
     /// the button is held.
-    virtual void connectTab(TerminalFace& face, const StopSignals& signals);
+    virtual void connectTab(TerminalView& view, const StopSignals& signals);
 
     int refuse(const QString& reason);
     void noteUnusable() { somethingUnusable_ = true; }

@@ -6,7 +6,7 @@
 #include "engine/BackgroundTask.h"
 #include "engine/BoundedLines.h"
 #include "engine/FileConversion.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutputReader.h"
 #include "tags/TagResult.h"
 
 #include <QString>

@@ -25,7 +25,7 @@ bool isReadByFlac(const QString& source) {
     return !format || !format->isPacked || *format == formats::flac;
 }
 
-std::vector<ToolCall> encodeFlac(const OptionValues& values, const Job& job) {
+std::vector<ToolCall> encodeFLAC(const OptionValues& values, const Job& job) {
     const EncodeOptions& rows = encodeOptions();
     const FlacEncodeOptions flac{values[rows.flacLevel], values[rows.flacLax],
                                  values[rows.flacKeepForeignMetadata], values[rows.flacVerify],
@@ -87,7 +87,7 @@ ConvertingTask makeWavpackDecoder(const Job& job, const Services& services) {
 }
 
 constexpr std::array table{
-    Codec{formats::flac, EncodeTarget::Flac, ExistingOutputs::Asked, isReadByFlac, encodeFlac,
+    Codec{formats::flac, EncodeTarget::Flac, ExistingOutputs::Asked, isReadByFlac, encodeFLAC,
           makeFlacEncoder, decodeFlac, makeFlacDecoder},
     Codec{formats::wv, EncodeTarget::Wavpack, ExistingOutputs::Refused, isEverything, encodeWavpack,
           makeWavpackEncoder, decodeWavpack, makeWavpackDecoder},

@@ -21,8 +21,12 @@ void DecodeFlacTask::processTaskOutput(const QString& text) {
     showMainLine(title());
 }
 
+TagsObject DecodeFlacTask::getFlacTags() const {
+    return TagLibTagsHelper().tagsForFlacFile(fileName());
+}
+
 TagResult DecodeFlacTask::copyTags() {
-    const TagsObject tags = TagLibTagsHelper().tagsForFlacFile(fileName());
+    const TagsObject tags = getFlacTags();
     showStatus(QCoreApplication::translate("DecodeFlacTask", "Copying Flac Tags"));
     TagLibTagsHelper writer;
     TagResult written = outputPath().endsWith(u".aiff")

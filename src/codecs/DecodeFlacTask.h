@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codecs/ConversionTask.h"
+#include "tags/TagsObject.h"
 
 namespace quav {
 
@@ -14,6 +15,9 @@ public:
 protected:
     void processTaskOutput(const QString& text) override;
     TagResult copyTags() override;
+
+private:
+    TagsObject getFlacTags() const;
 };
 
 } // namespace quav

@@ -30,15 +30,23 @@ void EncodeFlacTask::processTaskOutput(const QString& text) {
     report(text);
 }
 
+TagsObject EncodeFlacTask::getAiffTags() {
+    showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading AIFF Tags"));
+    return TagLibTagsHelper().tagsForAIFFFile(fileName());
+}
+
+TagsObject EncodeFlacTask::getWavTags() {
+    showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading WAV Tags"));
+    return TagLibTagsHelper().tagsForWAVEFile(fileName());
+}
+
 TagResult EncodeFlacTask::copyTags() {
     const QString word = formatWord(fileName());
     std::optional<TagsObject> tags;
     if (word == u"AIFF" || word == u"AIF") {
-        showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading AIFF Tags"));
-        tags = TagLibTagsHelper().tagsForAIFFFile(fileName());
+        tags = getAiffTags();
     } else if (word == u"WAV") {
-        showStatus(QCoreApplication::translate("EncodeFlacTask", "Reading WAV Tags"));
-        tags = TagLibTagsHelper().tagsForWAVEFile(fileName());
+        tags = getWavTags();
     }
     if (!tags) {
         return {};

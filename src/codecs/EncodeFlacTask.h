@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codecs/ConversionTask.h"
+#include "tags/TagsObject.h"
 
 #include <memory>
 
@@ -18,6 +19,9 @@ protected:
     TagResult copyTags() override;
 
 private:
+    TagsObject getAiffTags();
+    TagsObject getWavTags();
+
     double lastPercentageDisplayed_ = 0;
 };
 

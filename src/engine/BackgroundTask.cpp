@@ -1,7 +1,7 @@
 #include "engine/BackgroundTask.h"
 
 #include "engine/StallWatch.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutputReader.h"
 #include "engine/ToolsFolder.h"
 
 #include <algorithm>
@@ -83,7 +83,7 @@ int BackgroundTask::runTool(const QString& tool, const QStringList& arguments,
                             const QString& folder,
                             const std::function<void(const QString&)>& take) {
     const ToolsFolder& tools = queue().toolsFolder();
-    ToolPieces pieces;
+    ToolOutputReader pieces;
     const auto hand = [&take](const QStringList& complete) {
         for (const QString& piece : complete) {
             take(piece);

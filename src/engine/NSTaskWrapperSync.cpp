@@ -21,7 +21,7 @@ void NSTaskWrapperSync::appendToPATH(const QString& folder) {
 }
 
 void NSTaskWrapperSync::setDirectory(const QString& path) {
-    command_.workingDirectory = path;
+    command_.currentDirectoryPath = path;
 }
 
 QString NSTaskWrapperSync::runTask() {

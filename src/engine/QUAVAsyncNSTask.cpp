@@ -24,7 +24,7 @@ void QUAVAsyncNSTask::appendToPATH(const QString& folder) {
 }
 
 void QUAVAsyncNSTask::setDirectory(const QString& path) {
-    command_.workingDirectory = path;
+    command_.currentDirectoryPath = path;
 }
 
 void QUAVAsyncNSTask::startTask() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/QUAVTask.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutputReader.h"
 #include "platform/BackgroundWork.h"
 #include "platform/ChildProcess.h"
 
@@ -77,7 +77,7 @@ private:
     ChildCommand command_;
     std::unique_ptr<ChildProcess> child_; ///< until the task ends
     bool launched_ = false;
-    ToolPieces pieces_;
+    ToolOutputReader pieces_;
     TerminalText terminal_;
     pid_t pid_ = 0; ///< the tool's, from its start on
     std::optional<int> exitStatus_;

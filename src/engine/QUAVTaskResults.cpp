@@ -8,7 +8,7 @@ namespace quav {
 
 const QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) const {
     const auto found = places_.find(&task);
-    return found == places_.end() ? nullptr : &members_[found->second];
+    return found == places_.end() ? nullptr : &tasksInSet_[found->second];
 }
 
 QUAVTaskResults::Member* QUAVTaskResults::find(const QUAVTask& task) {
@@ -27,8 +27,8 @@ void QUAVTaskResults::setSpillFile(std::shared_ptr<SpillFile> spillFile) {
 
 void QUAVTaskResults::addTaskInSet(const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
-    places_.emplace(&task, members_.size());
-    members_.push_back({ReportText(spillFile_), {}, false});
+    places_.emplace(&task, tasksInSet_.size());
+    tasksInSet_.push_back({ReportText(spillFile_), {}, false});
 }
 
 bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
@@ -37,7 +37,7 @@ bool QUAVTaskResults::memberStopped(const QUAVTask& task) {
         ++stopped_;
         member->text.putAway();
     }
-    taskSetDone_ = stopped_ == members_.size();
+    taskSetDone_ = stopped_ == tasksInSet_.size();
     return taskSetDone_;
 }
 
@@ -68,8 +68,8 @@ void QUAVTaskResults::setHasResults(bool hasResults) {
 
 void QUAVTaskResults::appendResults(const QString& text) {
     const std::lock_guard lock(resultsLock_);
-    if (!members_.empty()) {
-        members_.front().text.append(text);
+    if (!tasksInSet_.empty()) {
+        tasksInSet_.front().text.append(text);
     }
 }
 
@@ -89,8 +89,8 @@ void QUAVTaskResults::appendResults(const ReportText& text, const QUAVTask& task
 
 void QUAVTaskResults::setResults(const QString& text) {
     const std::lock_guard lock(resultsLock_);
-    if (!members_.empty()) {
-        members_.front().replaceText(text);
+    if (!tasksInSet_.empty()) {
+        tasksInSet_.front().replaceText(text);
     }
     hasResults_ = true;
 }
@@ -109,12 +109,12 @@ QString QUAVTaskResults::results() const {
 
 ReportText QUAVTaskResults::report() const {
     const std::lock_guard lock(resultsLock_);
-    if (members_.empty()) {
+    if (tasksInSet_.empty()) {
         return {};
     }
-    ReportText all = members_.front().text;
+    ReportText all = tasksInSet_.front().text;
     all.append(QStringLiteral("\n"));
-    for (auto member = std::next(members_.begin()); member != members_.end(); ++member) {
+    for (auto member = std::next(tasksInSet_.begin()); member != tasksInSet_.end(); ++member) {
         all.append(member->text);
         all.append(QStringLiteral("\n"));
     }
@@ -141,7 +141,7 @@ void QUAVTaskResults::appendVerdicts(Verdicts verdicts, const QUAVTask& task) {
 Verdicts QUAVTaskResults::verdicts() const {
     const std::lock_guard lock(resultsLock_);
     Verdicts all;
-    for (const Member& member : members_) {
+    for (const Member& member : tasksInSet_) {
         all.insert(all.end(), member.verdicts.begin(), member.verdicts.end());
     }
     return all;

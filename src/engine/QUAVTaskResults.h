@@ -82,7 +82,7 @@ private:
 
     mutable std::mutex resultsLock_;
     std::shared_ptr<SpillFile> spillFile_;
-    std::vector<Member> members_;
+    std::vector<Member> tasksInSet_;
     std::unordered_map<const QUAVTask*, size_t> places_; ///< of tasks among the members
     size_t stopped_ = 0;
     std::shared_ptr<QUAVTask> taskAfterSetDone_;

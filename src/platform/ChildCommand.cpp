@@ -174,7 +174,7 @@ void ChildCommand::appendToPath(const QString& folder) {
 
 tl::expected<StartedChild, QString> startChild(const ChildCommand& command) {
     const QByteArray program = QFile::encodeName(command.program);
-    const QByteArray folder = QFile::encodeName(command.workingDirectory);
+    const QByteArray folder = QFile::encodeName(command.currentDirectoryPath);
     TextVector arguments;
     arguments.add(program);
     for (const QString& argument : command.arguments) {

@@ -17,7 +17,7 @@ struct ChildCommand {
     QString program;       ///< full path of the executable
     QStringList arguments; ///< in order, without the program's name
     QProcessEnvironment environment;
-    QString workingDirectory; ///< empty: inherited
+    QString currentDirectoryPath; ///< empty: inherited
 
     /// Adds a folder at the end of PATH.
     void appendToPath(const QString& folder);

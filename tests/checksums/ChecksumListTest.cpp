@@ -2,7 +2,7 @@
 
 #include "checksums/CreateMD5Task.h"
 #include "checksums/TestLog.h"
-#include "checksums/ToolWords.h"
+#include "engine/ToolOutput.h"
 #include "support/Table.h"
 
 #include <QTest>
@@ -181,7 +181,7 @@ private Q_SLOTS:
     }
     void shntoolsPiecesAreRead() {
         QFETCH(QString, piece);
-        const toolwords::HashPiece read = toolwords::hashPiece(piece);
+        const tooloutput::HashPiece read = tooloutput::hashPiece(piece);
         QStringList parts;
         if (read.percent) {
             parts << QString::number(*read.percent);
@@ -200,8 +200,8 @@ private Q_SLOTS:
         log.add(u"a: testing, 3% complete"_s);
         log.add(u"a: ok"_s);
         QCOMPARE(log.text().text(), u"a: testing, 3% complete\na: ok\n");
-        QCOMPARE(toolwords::fromLastApeProgress(u"\rProgress: 1.0% (x)\rProgress: 9.0% (y)\nfine"_s,
-                                                u"a.ape"_s),
+        QCOMPARE(tooloutput::fromLastApeProgress(
+                     u"\rProgress: 1.0% (x)\rProgress: 9.0% (y)\nfine"_s, u"a.ape"_s),
                  u"a.ape\nProgress: 9.0% (y)\nfine\n");
     }
 };

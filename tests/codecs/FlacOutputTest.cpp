@@ -1,7 +1,7 @@
 #include "codecs/FlacOutput.h"
 
 #include "codecs/FlacCommand.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutputReader.h"
 #include "support/Table.h"
 
 #include <QTest>
@@ -63,7 +63,7 @@ private Q_SLOTS:
                                  "57% complete, ratio=0.494" + QByteArray(25, '\b') +
                                  "wrote 9 bytes, ratio=0.504\n";
         for (qsizetype cut = 0; cut <= bytes.size(); ++cut) {
-            ToolPieces pieces;
+            ToolOutputReader pieces;
             QStringList got = pieces.feed(bytes.left(cut));
             got << pieces.feed(bytes.mid(cut));
             QStringList seen;

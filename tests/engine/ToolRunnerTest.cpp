@@ -224,7 +224,7 @@ private Q_SLOTS:
             u"\rtail"_s,
         };
         for (qsizetype cut = 0; cut <= bytes.size(); ++cut) {
-            ToolPieces pieces;
+            ToolOutputReader pieces;
             QStringList got = pieces.feed(bytes.left(cut));
             got << pieces.feed(bytes.mid(cut));
             got << pieces.finish();

@@ -1,7 +1,7 @@
 #include "checksums/ChecksumList.h"
 #include "checksums/Spellings.h"
-#include "checksums/ToolWords.h"
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutput.h"
+#include "engine/ToolOutputReader.h"
 
 #include <QByteArray>
 
@@ -33,15 +33,15 @@ void read(ChecksumKind kind, const QByteArray& bytes, checksumlist::Reading read
 }
 
 void readWords(const QByteArray& bytes) {
-    ToolPieces pieces;
+    ToolOutputReader pieces;
     QString log;
     for (const QString& piece : pieces.feed(bytes) + pieces.finish()) {
-        toolwords::hashPiece(piece);
-        toolwords::hashResult(piece);
-        toolwords::numberBefore(piece, QStringLiteral("% done"));
-        log += toolwords::flacWords(piece, QStringLiteral("a")) + u'\n';
+        tooloutput::hashPiece(piece);
+        tooloutput::hashResult(piece);
+        tooloutput::numberBefore(piece, QStringLiteral("% done"));
+        log += tooloutput::flacWords(piece, QStringLiteral("a")) + u'\n';
     }
-    toolwords::fromLastApeProgress(log, QStringLiteral("a"));
+    tooloutput::fromLastApeProgress(log, QStringLiteral("a"));
 }
 
 } // namespace

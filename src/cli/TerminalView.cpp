@@ -1,4 +1,4 @@
-#include "cli/TerminalFace.h"
+#include "cli/TerminalView.h"
 
 #include "cli/Terminal.h"
 #include "engine/QUAVTaskQueue.h"
@@ -19,7 +19,7 @@ QString percentage(double percent) {
 
 } // namespace
 
-TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events,
+TerminalView::TerminalView(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events,
                            Progress progress)
     : queue_(queue), terminal_(terminal), events_(events) {
     elapsed_.start();
@@ -27,25 +27,25 @@ TerminalFace::TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
             [this](const std::shared_ptr<QUAVTask>& task) {
                 finished(endOf(*task), task->results()->verdictsOf(*task));
             });
-    connect(&queue.stallWatch(), &StallWatch::stalled, this, &TerminalFace::stalled);
+    connect(&queue.stallWatch(), &StallWatch::stalled, this, &TerminalView::stalled);
     connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
             [this](const ReportText& text, const QString& title) { events_.report(title, text); });
     redrawTimer_.setSingleShot(true);
     redrawTimer_.setInterval(redrawInterval);
     if (progress == Progress::Shown) {
-        connect(&redrawTimer_, &QTimer::timeout, this, &TerminalFace::redraw);
-        connect(&queue, &QUAVTaskQueue::countsChanged, this, &TerminalFace::redrawSoon);
-        connect(&queue.rows(), &TaskRowsModel::dataChanged, this, &TerminalFace::redrawSoon);
+        connect(&redrawTimer_, &QTimer::timeout, this, &TerminalView::redraw);
+        connect(&queue, &QUAVTaskQueue::countsChanged, this, &TerminalView::redrawSoon);
+        connect(&queue.rows(), &TaskRowsModel::dataChanged, this, &TerminalView::redrawSoon);
     }
 }
 
-void TerminalFace::stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
+void TerminalView::stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
                            std::chrono::milliseconds quiet) {
     const TaskEnd names = endOf(*task);
     events_.stalled({names.title, names.source, tool, quiet, queue_.stallWatch().patience().end});
 }
 
-void TerminalFace::finished(const TaskEnd& end, const Verdicts& verdicts) {
+void TerminalView::finished(const TaskEnd& end, const Verdicts& verdicts) {
     switch (end.status) {
     case TaskEnd::Status::Done:
         ++summary_.done;
@@ -63,19 +63,19 @@ void TerminalFace::finished(const TaskEnd& end, const Verdicts& verdicts) {
     events_.found(verdicts);
 }
 
-void TerminalFace::redrawSoon() {
+void TerminalView::redrawSoon() {
     if (!redrawTimer_.isActive()) {
         redrawTimer_.start();
     }
 }
 
-void TerminalFace::redraw() {
+void TerminalView::redraw() {
     if (queue_.taskCount() > 0) {
         terminal_.show(runningLines(terminal_.rows() - 1) << totalLine());
     }
 }
 
-QStringList TerminalFace::runningLines(int most) const {
+QStringList TerminalView::runningLines(int most) const {
     QStringList lines;
     const TaskRowsModel& rows = queue_.rows();
     for (int row = 0; row < rows.rowCount() && lines.size() < most; ++row) {
@@ -89,7 +89,7 @@ QStringList TerminalFace::runningLines(int most) const {
     return lines;
 }
 
-QString TerminalFace::totalLine() const {
+QString TerminalView::totalLine() const {
     constexpr double whole = 100;
     const int running = queue_.runningCount();
     QString line = tr("%1  %2 running, %3 waiting, %4 done")
@@ -106,7 +106,7 @@ QString TerminalFace::totalLine() const {
     return line;
 }
 
-void TerminalFace::finish() {
+void TerminalView::finish() {
     redrawTimer_.stop();
     terminal_.clear();
     summary_.time = std::chrono::milliseconds(elapsed_.elapsed());

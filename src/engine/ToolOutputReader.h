@@ -11,7 +11,7 @@ namespace quav {
 /// handed out when the next one begins, so no piece depends on where the pipe was cut. Pieces that
 /// are not UTF-8 are left out. What goes on and on without a line end is handed out at some 64 KiB,
 /// between two characters, since it would fill the memory otherwise.
-class ToolPieces {
+class ToolOutputReader {
 public:
     /// The pieces that are complete with these bytes.
     QStringList feed(const QByteArray& bytes);

@@ -1,4 +1,4 @@
-#include "checksums/ToolWords.h"
+#include "engine/ToolOutput.h"
 
 #include "engine/FailureReason.h"
 
@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace quav::toolwords {
+namespace quav::tooloutput {
 
 namespace {
 
@@ -90,7 +90,7 @@ HashPiece hashPiece(const QString& piece) {
 QString failureOf(const QString& tool, int exitStatus) {
     return wasKilled(exitStatus)
                ? failureReason({tool, exitStatus, {}, false}, {})
-               : QCoreApplication::translate("ToolWords", "%1 ended with the exit status %2")
+               : QCoreApplication::translate("ToolOutput", "%1 ended with the exit status %2")
                      .arg(tool, QString::number(exitStatus));
 }
 
@@ -114,4 +114,4 @@ bool tellsOfDamage(const QString& piece) {
     return words.match(piece.trimmed()).hasMatch();
 }
 
-} // namespace quav::toolwords
+} // namespace quav::tooloutput

@@ -17,14 +17,14 @@ class QUAVTaskQueue;
 class Terminal;
 
 /// Shows the queue at work: the running tasks on a terminal, and what has become of the others.
-class TerminalFace : public QObject {
+class TerminalView : public QObject {
     Q_OBJECT
 
 public:
     /// Whether the running tasks are shown.
     enum class Progress { Shown, Hidden };
 
-    TerminalFace(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events, Progress progress);
+    TerminalView(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events, Progress progress);
 
     /// Something has ended, in the queue or without it.
     void finished(const TaskEnd& end, const Verdicts& verdicts);

@@ -1,4 +1,4 @@
-#include "engine/ToolPieces.h"
+#include "engine/ToolOutputReader.h"
 
 #include <QUtf8StringView>
 
@@ -19,7 +19,7 @@ bool isInsideCharacter(char byte) {
 
 } // namespace
 
-QStringList ToolPieces::feed(const QByteArray& bytes) {
+QStringList ToolOutputReader::feed(const QByteArray& bytes) {
     QStringList pieces;
     for (const char byte : bytes) {
         take(byte, pieces);
@@ -27,7 +27,7 @@ QStringList ToolPieces::feed(const QByteArray& bytes) {
     return pieces;
 }
 
-void ToolPieces::take(char byte, QStringList& pieces) {
+void ToolOutputReader::take(char byte, QStringList& pieces) {
     if (std::exchange(carriageReturn_, false)) {
         if (byte != '\n') {
             handOut(pieces);
@@ -56,14 +56,14 @@ void ToolPieces::take(char byte, QStringList& pieces) {
     }
 }
 
-void ToolPieces::handOut(QStringList& pieces) {
+void ToolOutputReader::handOut(QStringList& pieces) {
     if (!piece_.isEmpty() && QUtf8StringView(piece_).isValidUtf8()) {
         pieces << QString::fromUtf8(piece_);
     }
     piece_.clear();
 }
 
-QStringList ToolPieces::finish() {
+QStringList ToolOutputReader::finish() {
     QStringList pieces;
     carriageReturn_ = false;
     handOut(pieces);

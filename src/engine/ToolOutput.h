@@ -5,7 +5,7 @@
 #include <optional>
 
 /// What the checking tools print, read piece by piece. Nothing here knows a task.
-namespace quav::toolwords {
+namespace quav::tooloutput {
 
 /// The piece without backspaces and, behind them, blanks and line ends at its ends.
 QString stripped(const QString& piece);
@@ -57,4 +57,4 @@ QString failureOf(const QString& tool, int exitStatus);
 /// The marker between digest and name.
 inline const QString hashMarker = QStringLiteral("  [shntool]  ");
 
-} // namespace quav::toolwords
+} // namespace quav::tooloutput
