@@ -93,6 +93,18 @@
             <numerusform>%Ln Aufgaben sind fehlgeschlagen.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln outputs have the sound of their originals.</source>
+        <translation>
+            <numerusform>%Ln Ausgabe hat den Ton ihres Originals.</numerusform>
+            <numerusform>%Ln Ausgaben haben den Ton ihrer Originale.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 · %2</source>
+        <comment>what failed, and the rest</comment>
+        <translation>%1 · %2</translation>
+    </message>
 </context>
 <context>
     <name>BoundedLines</name>
@@ -819,6 +831,14 @@ Exit-Status:</translation>
     <message>
         <source>Yes</source>
         <translation>Ja</translation>
+    </message>
+</context>
+<context>
+    <name>ListText</name>
+    <message>
+        <source>, </source>
+        <comment>between two items of a list</comment>
+        <translation>, </translation>
     </message>
 </context>
 <context>
@@ -1585,36 +1605,60 @@ Exit-Status:</translation>
         <translation>abgebrochen: %1</translation>
     </message>
     <message>
-        <source>%1 done, %2 failed, %3 cancelled</source>
-        <translation>%1 fertig, %2 fehlgeschlagen, %3 abgebrochen</translation>
-    </message>
-    <message>
-        <source>%1; tasks: %2 done</source>
-        <translation>%1; Aufgaben: %2 fertig</translation>
-    </message>
-    <message>
-        <source>, %1 failed</source>
-        <translation>, %1 fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>, %1 cancelled</source>
-        <translation>, %1 abgebrochen</translation>
-    </message>
-    <message>
         <source>stalled: %1: %2 has neither read, written nor printed anything for %3</source>
         <translation>hängt: %1: %2 hat seit %3 nichts gelesen, geschrieben oder ausgegeben</translation>
-    </message>
-    <message>
-        <source>; after %1 it is ended</source>
-        <translation>; nach %1 wird es beendet</translation>
     </message>
     <message>
         <source>warning: %1: %2</source>
         <translation>Warnung: %1: %2</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln done</source>
+        <translation>
+            <numerusform>%Ln fertig</numerusform>
+            <numerusform>%Ln fertig</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln fehlgeschlagen</numerusform>
+            <numerusform>%Ln fehlgeschlagen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln cancelled</source>
+        <translation>
+            <numerusform>%Ln abgebrochen</numerusform>
+            <numerusform>%Ln abgebrochen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln with the sound of the original</source>
+        <translation>
+            <numerusform>%Ln mit dem Ton des Originals</numerusform>
+            <numerusform>%Ln mit dem Ton des Originals</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>warnings: %Ln</source>
+        <translation>
+            <numerusform>Warnungen: %Ln</numerusform>
+            <numerusform>Warnungen: %Ln</numerusform>
+        </translation>
+    </message>
     <message>
-        <source>%1, warnings: %2, time %3</source>
-        <translation>%1, Warnungen: %2, Zeit %3</translation>
+        <source>time %1</source>
+        <translation>Zeit %1</translation>
+    </message>
+    <message>
+        <source>%1; tasks: %2</source>
+        <comment>files, then tasks</comment>
+        <translation>%1; Aufgaben: %2</translation>
+    </message>
+    <message>
+        <source>stalled: %1: %2 has neither read, written nor printed anything for %3; after %4 it is ended</source>
+        <translation>hängt: %1: %2 hat seit %3 nichts gelesen, geschrieben oder ausgegeben; nach %4 wird es beendet</translation>
     </message>
 </context>
 <context>
@@ -1811,6 +1855,20 @@ Exit-Status:</translation>
     </message>
 </context>
 <context>
+    <name>TaskReport</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %Ln more files that are not shown</source>
+        <translation>
+            <numerusform>%1: %Ln weitere Datei, die nicht gezeigt wird</numerusform>
+            <numerusform>%1: %Ln weitere Dateien, die nicht gezeigt werden</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>TaskRow</name>
     <message>
         <source>Waiting...</source>
@@ -1928,15 +1986,47 @@ Exit-Status:</translation>
         <translation>nicht lesbar</translation>
     </message>
     <message>
-        <source>; expected %1, found %2</source>
-        <translation>; erwartet %1, gefunden %2</translation>
+        <source>%1: %2 (%3)</source>
+        <translation>%1: %2 (%3)</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1; expected %2, found %3</source>
+        <translation>%1; erwartet %2, gefunden %3</translation>
     </message>
 </context>
 <context>
     <name>VerdictCounts</name>
-    <message>
-        <source>%L1 ok, %L2 failed, %L3 missing, %L4 could not be read</source>
-        <translation>%L1 in Ordnung, %L2 beschädigt, %L3 fehlend, %L4 nicht lesbar</translation>
+    <message numerus="yes">
+        <source>%Ln ok</source>
+        <translation>
+            <numerusform>%Ln in Ordnung</numerusform>
+            <numerusform>%Ln in Ordnung</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln beschädigt</numerusform>
+            <numerusform>%Ln beschädigt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln missing</source>
+        <translation>
+            <numerusform>%Ln fehlend</numerusform>
+            <numerusform>%Ln fehlend</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln could not be read</source>
+        <translation>
+            <numerusform>%Ln nicht lesbar</numerusform>
+            <numerusform>%Ln nicht lesbar</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2320,6 +2410,21 @@ Exit-Status:</translation>
     <message>
         <source>The file is not there any more.</source>
         <translation>Die Datei ist nicht mehr da.</translation>
+    </message>
+</context>
+<context>
+    <name>quav::FailuresButton</name>
+    <message>
+        <source>Show fail&amp;ures</source>
+        <translation>Fehler Fehler zei&amp;genamp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show what failed in the last batch, and why</source>
+        <translation>Zeigen, was im letzten Durchgang fehlgeschlagen ist und warum</translation>
+    </message>
+    <message>
+        <source>Failures</source>
+        <translation>Fehler</translation>
     </message>
 </context>
 <context>
@@ -2754,6 +2859,10 @@ Exit-Status:</translation>
         <source>Output</source>
         <translation>Ausgabe</translation>
     </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
 </context>
 <context>
     <name>quav::StatusPanel</name>
@@ -2867,17 +2976,37 @@ Exit-Status:</translation>
 </context>
 <context>
     <name>quav::TerminalView</name>
-    <message>
-        <source>%1  %2 running, %3 waiting, %4 done</source>
-        <translation>%1  %2 in Arbeit, %3 wartend, %4 fertig</translation>
+    <message numerus="yes">
+        <source>%Ln running</source>
+        <translation>
+            <numerusform>%Ln in Arbeit</numerusform>
+            <numerusform>%Ln in Arbeit</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln waiting</source>
+        <translation>
+            <numerusform>%Ln wartend</numerusform>
+            <numerusform>%Ln wartend</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln done</source>
+        <translation>
+            <numerusform>%Ln fertig</numerusform>
+            <numerusform>%Ln fertig</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln fehlgeschlagen</numerusform>
+            <numerusform>%Ln fehlgeschlagen</numerusform>
+        </translation>
     </message>
     <message>
-        <source>, %1 failed</source>
-        <translation>, %1 fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>, %1 left</source>
-        <translation>, noch %1</translation>
+        <source>%1 left</source>
+        <translation>noch %1</translation>
     </message>
 </context>
 <context>

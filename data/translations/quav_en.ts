@@ -52,6 +52,13 @@
             <numerusform>%Ln tasks failed.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln outputs have the sound of their originals.</source>
+        <translation>
+            <numerusform>%Ln output has the sound of its original.</numerusform>
+            <numerusform>%Ln outputs have the sound of their originals.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>BoundedLines</name>
@@ -135,6 +142,85 @@
         <translation>
             <numerusform>%Ln file</numerusform>
             <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>RunEvents</name>
+    <message numerus="yes">
+        <source>%Ln done</source>
+        <translation>
+            <numerusform>%Ln done</numerusform>
+            <numerusform>%Ln done</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln failed</numerusform>
+            <numerusform>%Ln failed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln cancelled</source>
+        <translation>
+            <numerusform>%Ln cancelled</numerusform>
+            <numerusform>%Ln cancelled</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln with the sound of the original</source>
+        <translation>
+            <numerusform>%Ln with the sound of the original</numerusform>
+            <numerusform>%Ln with the sound of the original</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>warnings: %Ln</source>
+        <translation>
+            <numerusform>warnings: %Ln</numerusform>
+            <numerusform>warnings: %Ln</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>TaskReport</name>
+    <message numerus="yes">
+        <source>%1: %Ln more files that are not shown</source>
+        <translation>
+            <numerusform>%1: %Ln more file that is not shown</numerusform>
+            <numerusform>%1: %Ln more files that are not shown</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>VerdictCounts</name>
+    <message numerus="yes">
+        <source>%Ln ok</source>
+        <translation>
+            <numerusform>%Ln ok</numerusform>
+            <numerusform>%Ln ok</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln failed</numerusform>
+            <numerusform>%Ln failed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln missing</source>
+        <translation>
+            <numerusform>%Ln missing</numerusform>
+            <numerusform>%Ln missing</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln could not be read</source>
+        <translation>
+            <numerusform>%Ln could not be read</numerusform>
+            <numerusform>%Ln could not be read</numerusform>
         </translation>
     </message>
 </context>
@@ -293,6 +379,37 @@
         <translation>
             <numerusform>%Ln file</numerusform>
             <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>quav::TerminalView</name>
+    <message numerus="yes">
+        <source>%Ln running</source>
+        <translation>
+            <numerusform>%Ln running</numerusform>
+            <numerusform>%Ln running</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln waiting</source>
+        <translation>
+            <numerusform>%Ln waiting</numerusform>
+            <numerusform>%Ln waiting</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln done</source>
+        <translation>
+            <numerusform>%Ln done</numerusform>
+            <numerusform>%Ln done</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln failed</source>
+        <translation>
+            <numerusform>%Ln failed</numerusform>
+            <numerusform>%Ln failed</numerusform>
         </translation>
     </message>
 </context>

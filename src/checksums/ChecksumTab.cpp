@@ -385,6 +385,24 @@ CommandOutcome ChecksumTab::createFFP(const QStringList& files, const QString& p
     return CommandOutcome::Running;
 }
 
+TaskReport ChecksumTab::reportOn(const FingerprintText& made, const QString& path) {
+    TaskReport report;
+    report.name = lastPathComponent(path);
+    report.output = path;
+    report.warnings = made.warnings;
+    report.verdicts = std::make_shared<const Verdicts>(made.verdicts);
+    report.files = VerdictCounts(made.verdicts);
+    if (made.entries > 0) {
+        report.written << path;
+    }
+    if (!made.failures.isEmpty()) {
+        report.outcome = TaskReport::Outcome::Failed;
+        report.reason = made.failures.last();
+        report.said = ReportText(made.failures.join(u'\n'));
+    }
+    return report;
+}
+
 CommandOutcome ChecksumTab::writeFingerprints(Fingerprints& read, const QString& path) {
     try {
         if (read.failure) {
@@ -398,7 +416,7 @@ CommandOutcome ChecksumTab::writeFingerprints(Fingerprints& read, const QString&
         services().prompts.alert(QString::fromUtf8(exception.what()), {});
         return CommandOutcome::Refused;
     }
-    Q_EMIT fingerprintsWritten(path, read.made.verdicts, read.made.warnings, read.made.failures);
+    Q_EMIT fingerprintsWritten(reportOn(read.made, path));
     return CommandOutcome::Done;
 }
 

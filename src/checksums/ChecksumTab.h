@@ -2,7 +2,7 @@
 
 #include "app/PlannedTab.h"
 #include "checksums/ChecksumList.h"
-#include "engine/Verdict.h"
+#include "engine/TaskReport.h"
 
 #include <QString>
 #include <QStringList>
@@ -16,6 +16,7 @@ namespace quav {
 
 class CreateMD5Task;
 class CreateST5Task;
+struct FingerprintText;
 class QUAVTask;
 class QUAVTaskQueue;
 class QUAVTaskResults;
@@ -60,11 +61,9 @@ public:
     void stopWriting() { commandWork().cancelAll(); }
 
 Q_SIGNALS:
-    /// A fingerprint file was made. The verdicts are only of files that gave no fingerprint; the
-    /// warnings are sentences, and so are the failures, of which there are none when every file has
-    /// an entry.
-    void fingerprintsWritten(const QString& path, const quav::Verdicts& verdicts,
-                             const QStringList& warnings, const QStringList& failures);
+    /// A fingerprint file was made, which is no task but told of as one. It failed unless every
+    /// file has an entry; the verdicts are only of files that gave no fingerprint.
+    void fingerprintsWritten(const quav::TaskReport& report);
 
 protected:
     tl::expected<QString, NoDestination> askDestination() override;
@@ -88,6 +87,7 @@ private:
     std::shared_ptr<CreateST5Task> st5Task(const QStringList& files, QUAVTaskQueue& queue,
                                            const QString& path) const;
     CommandOutcome createFFP(const QStringList& files, const QString& path);
+    static TaskReport reportOn(const FingerprintText& made, const QString& path);
     CommandOutcome writeFingerprints(Fingerprints& read, const QString& path);
 };
 

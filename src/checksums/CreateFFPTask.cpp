@@ -124,6 +124,9 @@ void CreateFFPTask::doCreateFFP(const QStringList& outputs, const QString& outpu
         return;
     }
     write(made, path);
+    if (made.entries > 0) {
+        noteWritten(path);
+    }
     for (const QString& warning : made.warnings) {
         addWarning(warning);
     }

@@ -65,6 +65,7 @@ void CreateMD5Task::doCreateMd5() {
     warnOfLists();
     showStatus({});
     checksumfiles::write(outputPath_, text);
+    noteWritten(outputPath_);
     results()->appendVerdicts(std::move(verdicts), *this);
 }
 

@@ -126,7 +126,7 @@ void CreateST5Task::cleanup() {
 }
 
 /// Writes the file if there is anything to write; gives a sentence about an earlier one.
-QString CreateST5Task::save(const QString& header) const {
+QString CreateST5Task::save(const QString& header) {
     const QStringList lines = entries();
     if (lines.isEmpty()) {
         return {};
@@ -135,12 +135,15 @@ QString CreateST5Task::save(const QString& header) const {
     for (const QString& line : lines) {
         text += text.size() == 1 ? line : u'\n' + line;
     }
+    QString told;
     if (std::all_of(runs_.begin(), runs_.end(),
                     [](const HashRun& run) { return run.isComplete(); })) {
         checksumfiles::write(fileName(), text);
-        return {};
+    } else {
+        told = checksumfiles::writeIncomplete(fileName(), text);
     }
-    return checksumfiles::writeIncomplete(fileName(), text);
+    noteWritten(fileName());
+    return told;
 }
 
 /// The lines of all runs, in the order of the files.

@@ -41,7 +41,7 @@ private:
     void runTheOthers();
     QStringList entries() const;
     Verdicts verdicts() const;
-    QString save(const QString& header) const;
+    QString save(const QString& header);
     QString words() const;
 
     QString launchPath_;

@@ -15,19 +15,7 @@ ChecksumTab& ChecksumRun::tab() {
 
 void ChecksumRun::connectTab(TerminalView& view, const StopSignals& signals) {
     QObject::connect(&signals, &StopSignals::stopRequested, &tab(), &ChecksumTab::stopWriting);
-    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &view,
-                     [&view](const QString& path, const Verdicts& verdicts,
-                             const QStringList& warnings, const QStringList& failures) {
-                         TaskEnd end;
-                         if (!failures.isEmpty()) {
-                             end.status = TaskEnd::Status::Failed;
-                             end.error = failures.last();
-                         }
-                         end.title = lastPathComponent(path);
-                         end.output = path;
-                         end.warnings = warnings;
-                         view.finished(end, verdicts);
-                     });
+    QObject::connect(&tab(), &ChecksumTab::fingerprintsWritten, &view, &TerminalView::finished);
 }
 
 int ChecksumRun::run() {

@@ -5,6 +5,7 @@
 #include "cli/Text.h"
 #include "engine/FailureReason.h"
 #include "platform/ClockText.h"
+#include "platform/ListText.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -13,22 +14,21 @@ namespace quav {
 
 namespace {
 
-QString word(TaskEnd::Status status) {
-    switch (status) {
-    case TaskEnd::Status::Done:
+QString word(TaskReport::Outcome outcome) {
+    switch (outcome) {
+    case TaskReport::Outcome::Done:
         return QStringLiteral("done");
-    case TaskEnd::Status::Failed:
+    case TaskReport::Outcome::Failed:
         return QStringLiteral("failed");
-    case TaskEnd::Status::Cancelled:
+    case TaskReport::Outcome::Cancelled:
         return QStringLiteral("cancelled");
     }
     return {};
 }
 
-/// What a tool said, without the file's name if it put that before its words.
-QString words(const QString& said, const QString& title) {
-    const QString prefix = title + QStringLiteral(": ");
-    return text::printable(said.startsWith(prefix) ? said.mid(prefix.size()) : said);
+/// A line about the task, without its name and fit for a terminal.
+QString words(const QString& said, const TaskReport& report) {
+    return text::printable(report.withoutName(said));
 }
 
 void addTo(QJsonObject& event, const QString& key, const QString& value) {
@@ -44,15 +44,15 @@ QJsonObject asJson(const VerdictCounts& counts) {
             {word(Verdict::Kind::Unreadable), counts.unreadable}};
 }
 
-QString line(const TaskEnd& end) {
-    const QString name = text::printable(end.title);
-    switch (end.status) {
-    case TaskEnd::Status::Done:
+QString line(const TaskReport& report) {
+    const QString name = text::printable(report.name);
+    switch (report.outcome) {
+    case TaskReport::Outcome::Done:
         return QCoreApplication::translate("RunEvents", "done: %1").arg(name);
-    case TaskEnd::Status::Failed:
+    case TaskReport::Outcome::Failed:
         return QCoreApplication::translate("RunEvents", "failed: %1: %2")
-            .arg(name, words(end.error, end.title));
-    case TaskEnd::Status::Cancelled:
+            .arg(name, words(report.reason, report));
+    case TaskReport::Outcome::Cancelled:
         return QCoreApplication::translate("RunEvents", "cancelled: %1").arg(name);
     }
     return {};
@@ -60,24 +60,57 @@ QString line(const TaskEnd& end) {
 
 /// What has become of the tasks; of the files first, where files were checked. One that is damaged
 /// is not a task that failed, so that a count of none says nothing there, or the wrong thing.
-QString counted(const RunSummary& summary) {
-    const VerdictCounts& counts = summary.counts;
-    if (counts.ok == 0 && counts.allOk()) {
-        return QCoreApplication::translate("RunEvents", "%1 done, %2 failed, %3 cancelled")
-            .arg(summary.done)
-            .arg(summary.failed)
-            .arg(summary.cancelled);
+QString inWords(const BatchSummary& summary, std::chrono::seconds time) {
+    const VerdictCounts& files = summary.files();
+    const bool checked = files.ok > 0 || !files.allOk();
+    QStringList parts{
+        QCoreApplication::translate("RunEvents", "%Ln done", nullptr, summary.done())};
+    if (summary.failed() > 0 || !checked) {
+        parts << QCoreApplication::translate("RunEvents", "%Ln failed", nullptr, summary.failed());
     }
-    QString text = QCoreApplication::translate("RunEvents", "%1; tasks: %2 done")
-                       .arg(counts.text())
-                       .arg(summary.done);
-    if (summary.failed > 0) {
-        text += QCoreApplication::translate("RunEvents", ", %1 failed").arg(summary.failed);
+    if (summary.cancelled() > 0 || !checked) {
+        parts << QCoreApplication::translate("RunEvents", "%Ln cancelled", nullptr,
+                                             summary.cancelled());
     }
-    if (summary.cancelled > 0) {
-        text += QCoreApplication::translate("RunEvents", ", %1 cancelled").arg(summary.cancelled);
+    if (summary.proven() > 0) {
+        parts << QCoreApplication::translate("RunEvents", "%Ln with the sound of the original",
+                                             nullptr, summary.proven());
     }
-    return text;
+    parts << QCoreApplication::translate("RunEvents", "warnings: %Ln", nullptr, summary.warnings())
+          << QCoreApplication::translate("RunEvents", "time %1").arg(clockText(time));
+    return checked ? QCoreApplication::translate("RunEvents", "%1; tasks: %2", "files, then tasks")
+                         .arg(files.text(), listed(parts))
+                   : listed(parts);
+}
+
+QJsonObject asJson(const Verdict& verdict) {
+    QJsonObject event{{QStringLiteral("event"), QStringLiteral("verdict")},
+                      {QStringLiteral("file"), verdict.file},
+                      {QStringLiteral("verdict"), word(verdict.kind)}};
+    addTo(event, QStringLiteral("list"), verdict.list);
+    addTo(event, QStringLiteral("expected"), verdict.expected);
+    addTo(event, QStringLiteral("found"), verdict.found);
+    addTo(event, QStringLiteral("note"), verdict.note);
+    if (verdict.onlySpelling) {
+        event.insert(QStringLiteral("onlySpelling"), true);
+    }
+    return event;
+}
+
+QJsonObject asJson(const TaskReport& report) {
+    QJsonObject event{{QStringLiteral("event"), QStringLiteral("finished")},
+                      {QStringLiteral("title"), report.name},
+                      {QStringLiteral("status"), word(report.outcome)},
+                      {QStringLiteral("warnings"), QJsonArray::fromStringList(report.warnings)},
+                      {QStringLiteral("written"), QJsonArray::fromStringList(report.written)}};
+    addTo(event, QStringLiteral("source"), report.source);
+    addTo(event, QStringLiteral("output"), report.output);
+    addTo(event, QStringLiteral("error"), report.reason);
+    if (report.proof.isSameSound) {
+        event.insert(QStringLiteral("proven"), QStringLiteral("sound"));
+    }
+    addTo(event, QStringLiteral("unproven"), report.proof.whyNot);
+    return event;
 }
 
 } // namespace
@@ -85,43 +118,38 @@ QString counted(const RunSummary& summary) {
 TextEvents::TextEvents(Terminal& terminal, Detail detail) : terminal_(terminal), detail_(detail) {}
 
 void TextEvents::stalled(const ToolStall& stall) {
-    QString line = QCoreApplication::translate("RunEvents", "stalled: %1: %2 has neither read, "
-                                                            "written nor printed anything for %3")
-                       .arg(text::printable(stall.title), stall.tool, spanInWords(stall.quiet));
-    if (stall.endedAfter.count() > 0) {
-        line += QCoreApplication::translate("RunEvents", "; after %1 it is ended")
-                    .arg(spanInWords(stall.endedAfter));
-    }
-    terminal_.say(line);
+    const QString name = text::printable(stall.title);
+    const QString quiet = spanInWords(stall.quiet);
+    terminal_.say(
+        stall.endedAfter.count() > 0
+            ? QCoreApplication::translate("RunEvents",
+                                          "stalled: %1: %2 has neither read, written nor printed "
+                                          "anything for %3; after %4 it is ended")
+                  .arg(name, stall.tool, quiet, spanInWords(stall.endedAfter))
+            : QCoreApplication::translate("RunEvents", "stalled: %1: %2 has neither read, written "
+                                                       "nor printed anything for %3")
+                  .arg(name, stall.tool, quiet));
 }
 
-void TextEvents::finished(const TaskEnd& end) {
-    if (detail_ == Detail::EveryTask || end.status == TaskEnd::Status::Failed) {
-        terminal_.say(line(end));
+// What a task found out about files stands in its set's report.
+void TextEvents::finished(const TaskReport& report) {
+    if (detail_ == Detail::EveryTask || report.outcome == TaskReport::Outcome::Failed) {
+        terminal_.say(line(report));
     }
-    for (const QString& warning : end.warnings) {
+    for (const QString& warning : report.warnings) {
         terminal_.say(QCoreApplication::translate("RunEvents", "warning: %1: %2")
-                          .arg(text::printable(end.title), words(warning, end.title)));
+                          .arg(text::printable(report.name), words(warning, report)));
     }
-}
-
-void TextEvents::found(const Verdicts& /*verdicts*/) {
-    // The report says it.
 }
 
 void TextEvents::report(const QString& /*title*/, const ReportText& text) {
     terminal_.print(text);
 }
 
-void TextEvents::summary(const RunSummary& summary) {
-    if (detail_ == Detail::Nothing) {
-        return;
+void TextEvents::summary(const BatchSummary& summary, std::chrono::milliseconds time) {
+    if (detail_ != Detail::Nothing) {
+        terminal_.say(inWords(summary, std::chrono::ceil<std::chrono::seconds>(time)));
     }
-    const auto time = std::chrono::ceil<std::chrono::seconds>(summary.time);
-    terminal_.say(QCoreApplication::translate("RunEvents", "%1, warnings: %2, time %3")
-                      .arg(counted(summary))
-                      .arg(summary.warnings)
-                      .arg(clockText(time)));
 }
 
 void JsonEvents::stalled(const ToolStall& stall) {
@@ -135,31 +163,11 @@ void JsonEvents::stalled(const ToolStall& stall) {
     TextEvents::stalled(stall);
 }
 
-void JsonEvents::finished(const TaskEnd& end) {
-    QJsonObject event{{QStringLiteral("event"), QStringLiteral("finished")},
-                      {QStringLiteral("title"), end.title},
-                      {QStringLiteral("status"), word(end.status)},
-                      {QStringLiteral("warnings"), QJsonArray::fromStringList(end.warnings)}};
-    addTo(event, QStringLiteral("source"), end.source);
-    addTo(event, QStringLiteral("output"), end.output);
-    addTo(event, QStringLiteral("error"), end.error);
-    terminal_.print(jsonLine(event));
-    TextEvents::finished(end);
-}
-
-void JsonEvents::found(const Verdicts& verdicts) {
-    for (const Verdict& verdict : verdicts) {
-        QJsonObject event{{QStringLiteral("event"), QStringLiteral("verdict")},
-                          {QStringLiteral("file"), verdict.file},
-                          {QStringLiteral("verdict"), word(verdict.kind)}};
-        addTo(event, QStringLiteral("list"), verdict.list);
-        addTo(event, QStringLiteral("expected"), verdict.expected);
-        addTo(event, QStringLiteral("found"), verdict.found);
-        addTo(event, QStringLiteral("note"), verdict.note);
-        if (verdict.onlySpelling) {
-            event.insert(QStringLiteral("onlySpelling"), true);
-        }
-        terminal_.print(jsonLine(event));
+void JsonEvents::finished(const TaskReport& report) {
+    terminal_.print(jsonLine(asJson(report)));
+    TextEvents::finished(report);
+    for (const Verdict& verdict : *report.verdicts) {
+        terminal_.print(jsonLine(asJson(verdict)));
     }
 }
 
@@ -173,18 +181,18 @@ void JsonEvents::report(const QString& title, const ReportText& text) {
     terminal_.print(QStringLiteral("\",") + rest.mid(1));
 }
 
-void JsonEvents::summary(const RunSummary& summary) {
+void JsonEvents::summary(const BatchSummary& summary, std::chrono::milliseconds time) {
     constexpr double millisecondsPerSecond = 1000;
-    terminal_.print(
-        jsonLine({{QStringLiteral("event"), QStringLiteral("summary")},
-                  {QStringLiteral("done"), summary.done},
-                  {QStringLiteral("failed"), summary.failed},
-                  {QStringLiteral("cancelled"), summary.cancelled},
-                  {QStringLiteral("warnings"), summary.warnings},
-                  {QStringLiteral("files"), asJson(summary.counts)},
-                  {QStringLiteral("seconds"),
-                   static_cast<double>(summary.time.count()) / millisecondsPerSecond}}));
-    TextEvents::summary(summary);
+    terminal_.print(jsonLine(
+        {{QStringLiteral("event"), QStringLiteral("summary")},
+         {QStringLiteral("done"), summary.done()},
+         {QStringLiteral("failed"), summary.failed()},
+         {QStringLiteral("cancelled"), summary.cancelled()},
+         {QStringLiteral("warnings"), summary.warnings()},
+         {QStringLiteral("proven"), summary.proven()},
+         {QStringLiteral("files"), asJson(summary.files())},
+         {QStringLiteral("seconds"), static_cast<double>(time.count()) / millisecondsPerSecond}}));
+    TextEvents::summary(summary, time);
 }
 
 } // namespace quav

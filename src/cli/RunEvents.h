@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/TaskEnd.h"
+#include "engine/BatchSummary.h"
 #include "engine/ReportText.h"
-#include "engine/Verdict.h"
+#include "engine/TaskReport.h"
 
 #include <QString>
 
@@ -11,16 +11,6 @@
 namespace quav {
 
 class Terminal;
-
-/// What has become of a whole run.
-struct RunSummary {
-    int done = 0;
-    int failed = 0;
-    int cancelled = 0;
-    int warnings = 0;
-    VerdictCounts counts{{}}; ///< of files that were checked
-    std::chrono::milliseconds time{0};
-};
 
 /// A tool that does nothing any more.
 struct ToolStall {
@@ -40,10 +30,9 @@ public:
     RunEvents& operator=(const RunEvents&) = delete;
 
     virtual void stalled(const ToolStall& stall) = 0;
-    virtual void finished(const TaskEnd& end) = 0;
-    virtual void found(const Verdicts& verdicts) = 0;
+    virtual void finished(const TaskReport& report) = 0;
     virtual void report(const QString& title, const ReportText& text) = 0;
-    virtual void summary(const RunSummary& summary) = 0;
+    virtual void summary(const BatchSummary& summary, std::chrono::milliseconds time) = 0;
 };
 
 /// Lines for people, on the standard error stream; reports on the standard output.
@@ -55,10 +44,9 @@ public:
     TextEvents(Terminal& terminal, Detail detail);
 
     void stalled(const ToolStall& stall) override;
-    void finished(const TaskEnd& end) override;
-    void found(const Verdicts& verdicts) override;
+    void finished(const TaskReport& report) override;
     void report(const QString& title, const ReportText& text) override;
-    void summary(const RunSummary& summary) override;
+    void summary(const BatchSummary& summary, std::chrono::milliseconds time) override;
 
 protected:
     Terminal& terminal_;
@@ -73,10 +61,9 @@ public:
     using TextEvents::TextEvents;
 
     void stalled(const ToolStall& stall) override;
-    void finished(const TaskEnd& end) override;
-    void found(const Verdicts& verdicts) override;
+    void finished(const TaskReport& report) override;
     void report(const QString& title, const ReportText& text) override;
-    void summary(const RunSummary& summary) override;
+    void summary(const BatchSummary& summary, std::chrono::milliseconds time) override;
 };
 
 } // namespace quav

@@ -137,7 +137,7 @@ bool TabRun::takes(const QStringList& paths) {
            });
 }
 
-std::optional<RunSummary> TabRun::press(CommandOutcome& outcome) {
+std::optional<BatchSummary> TabRun::press(CommandOutcome& outcome) {
     StopSignals signals;
     const auto events = makeEvents(options_, terminal_);
     const bool live = terminal_.canRedraw() && !options_.quiet;
@@ -220,8 +220,8 @@ int TabRun::statusOf(CommandOutcome outcome) {
     return exitstatus::refused;
 }
 
-int TabRun::statusOf(const RunSummary& summary) const {
-    const bool troubled = summary.failed + summary.cancelled > 0 || !summary.counts.allOk();
+int TabRun::statusOf(const BatchSummary& summary) const {
+    const bool troubled = summary.hasFailures() || summary.cancelled() > 0;
     if (troubled || somethingUnusable_ || prompts_.alerted()) {
         return exitstatus::failed;
     }

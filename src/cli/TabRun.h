@@ -44,7 +44,7 @@ protected:
 
     /// Presses the button and waits for the end of the work; none when nothing was queued or done,
     /// and `outcome` says why.
-    std::optional<RunSummary> press(CommandOutcome& outcome);
+    std::optional<BatchSummary> press(CommandOutcome& outcome);
 
     /// Only prints what the button would do, with what the user chose as the destination; the exit
     /// status.
@@ -52,7 +52,7 @@ protected:
 
     /// What an outcome other than finished work makes of the exit status.
     int statusOf(CommandOutcome outcome);
-    int statusOf(const RunSummary& summary) const;
+    int statusOf(const BatchSummary& summary) const;
 
     /// Called before the button is pressed, for what a tab tells by itself and what it does while
     /// the button is held.

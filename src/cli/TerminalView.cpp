@@ -2,8 +2,8 @@
 
 #include "cli/Terminal.h"
 #include "engine/QUAVTaskQueue.h"
-#include "engine/QUAVTaskResults.h"
 #include "platform/ClockText.h"
+#include "platform/ListText.h"
 
 #include <cmath>
 
@@ -24,9 +24,7 @@ TerminalView::TerminalView(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
     : queue_(queue), terminal_(terminal), events_(events) {
     elapsed_.start();
     connect(&queue, &QUAVTaskQueue::taskFinished, this,
-            [this](const std::shared_ptr<QUAVTask>& task) {
-                finished(endOf(*task), task->results()->verdictsOf(*task));
-            });
+            [this](const std::shared_ptr<QUAVTask>& task) { finished(*task->finalReport()); });
     connect(&queue.stallWatch(), &StallWatch::stalled, this, &TerminalView::stalled);
     connect(&queue, &QUAVTaskQueue::outputWindowRequested, this,
             [this](const ReportText& text, const QString& title) { events_.report(title, text); });
@@ -41,26 +39,13 @@ TerminalView::TerminalView(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& 
 
 void TerminalView::stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
                            std::chrono::milliseconds quiet) {
-    const TaskEnd names = endOf(*task);
-    events_.stalled({names.title, names.source, tool, quiet, queue_.stallWatch().patience().end});
+    events_.stalled(
+        {nameOf(*task), task->source(), tool, quiet, queue_.stallWatch().patience().end});
 }
 
-void TerminalView::finished(const TaskEnd& end, const Verdicts& verdicts) {
-    switch (end.status) {
-    case TaskEnd::Status::Done:
-        ++summary_.done;
-        break;
-    case TaskEnd::Status::Failed:
-        ++summary_.failed;
-        break;
-    case TaskEnd::Status::Cancelled:
-        ++summary_.cancelled;
-        break;
-    }
-    summary_.warnings += static_cast<int>(end.warnings.size());
-    summary_.counts.add(verdicts);
-    events_.finished(end);
-    events_.found(verdicts);
+void TerminalView::finished(const TaskReport& report) {
+    summary_.add(report);
+    events_.finished(report);
 }
 
 void TerminalView::redrawSoon() {
@@ -92,25 +77,22 @@ QStringList TerminalView::runningLines(int most) const {
 QString TerminalView::totalLine() const {
     constexpr double whole = 100;
     const int running = queue_.runningCount();
-    QString line = tr("%1  %2 running, %3 waiting, %4 done")
-                       .arg(percentage(queue_.share() * whole))
-                       .arg(running)
-                       .arg(queue_.taskCount() - running)
-                       .arg(summary_.done);
-    if (summary_.failed > 0) {
-        line += tr(", %1 failed").arg(summary_.failed);
+    const int waiting = queue_.taskCount() - running;
+    QStringList parts{tr("%Ln running", nullptr, running), tr("%Ln waiting", nullptr, waiting),
+                      tr("%Ln done", nullptr, summary_.done())};
+    if (summary_.failed() > 0) {
+        parts << tr("%Ln failed", nullptr, summary_.failed());
     }
     if (const auto left = queue_.timeLeft()) {
-        line += tr(", %1 left").arg(clockText(*left));
+        parts << tr("%1 left").arg(clockText(*left));
     }
-    return line;
+    return QStringLiteral("%1  %2").arg(percentage(queue_.share() * whole), listed(parts));
 }
 
 void TerminalView::finish() {
     redrawTimer_.stop();
     terminal_.clear();
-    summary_.time = std::chrono::milliseconds(elapsed_.elapsed());
-    events_.summary(summary_);
+    events_.summary(summary_, std::chrono::milliseconds(elapsed_.elapsed()));
 }
 
 } // namespace quav

@@ -27,12 +27,12 @@ public:
     TerminalView(QUAVTaskQueue& queue, Terminal& terminal, RunEvents& events, Progress progress);
 
     /// Something has ended, in the queue or without it.
-    void finished(const TaskEnd& end, const Verdicts& verdicts);
+    void finished(const TaskReport& report);
 
     /// To be called when everything has come to its end.
     void finish();
 
-    const RunSummary& summary() const { return summary_; }
+    const BatchSummary& summary() const { return summary_; }
 
 private:
     void stalled(const std::shared_ptr<QUAVTask>& task, const QString& tool,
@@ -45,7 +45,7 @@ private:
     QUAVTaskQueue& queue_;
     Terminal& terminal_;
     RunEvents& events_;
-    RunSummary summary_;
+    BatchSummary summary_;
     QElapsedTimer elapsed_;
     QTimer redrawTimer_;
 };

@@ -1,7 +1,6 @@
 #include "engine/BatchSummary.h"
 
-#include "engine/QUAVTask.h"
-#include "engine/QUAVTaskResults.h"
+#include "platform/ListText.h"
 
 namespace quav {
 
@@ -11,18 +10,24 @@ constexpr qsizetype mostNames = 3;
 
 } // namespace
 
-void BatchSummary::add(const QUAVTask& task) {
-    if (task.cancelled()) {
-        ++cancelled_;
-    } else if (task.error()) {
+void BatchSummary::add(const TaskReport& report) {
+    switch (report.outcome) {
+    case TaskReport::Outcome::Done:
+        ++done_;
+        break;
+    case TaskReport::Outcome::Failed:
         ++failed_;
         if (firstFailed_.size() < mostNames) {
-            firstFailed_ << task.title().simplified();
+            firstFailed_ << report.name.simplified();
         }
-    } else {
-        ++done_;
+        break;
+    case TaskReport::Outcome::Cancelled:
+        ++cancelled_;
+        break;
     }
-    files_.add(task.results()->verdictsOf(task));
+    warnings_ += static_cast<int>(report.warnings.size());
+    proven_ += report.proof.isSameSound ? 1 : 0;
+    files_.add(report.files);
 }
 
 QStringList BatchSummary::sentences() const {
@@ -34,6 +39,7 @@ QStringList BatchSummary::sentences() const {
     };
     add(done_, tr("%Ln tasks are done.", nullptr, done_));
     add(cancelled_, tr("%Ln tasks were canceled.", nullptr, cancelled_));
+    add(proven_, tr("%Ln outputs have the sound of their originals.", nullptr, proven_));
     add(files_.failed, tr("%Ln files are damaged.", nullptr, files_.failed));
     add(files_.missing, tr("%Ln files are missing.", nullptr, files_.missing));
     add(files_.unreadable, tr("%Ln files could not be read.", nullptr, files_.unreadable));
@@ -41,11 +47,11 @@ QStringList BatchSummary::sentences() const {
 }
 
 QString BatchSummary::failures() const {
-    QString names = firstFailed_.join(QStringLiteral(", "));
-    if (failed_ > firstFailed_.size()) {
-        names += QStringLiteral(", …");
+    QStringList names = firstFailed_;
+    if (failed_ > names.size()) {
+        names << QStringLiteral("…");
     }
-    return tr("%Ln tasks failed: %1", nullptr, failed_).arg(names);
+    return tr("%Ln tasks failed: %1", nullptr, failed_).arg(listed(names));
 }
 
 QString BatchSummary::text() const {
@@ -57,14 +63,12 @@ QString BatchSummary::text() const {
 }
 
 QString BatchSummary::line() const {
-    QStringList parts;
-    if (failed_ > 0) {
-        parts << failures();
+    const QString others = sentences().join(u' ');
+    if (failed_ == 0) {
+        return others;
     }
-    if (const QString others = sentences().join(u' '); !others.isEmpty()) {
-        parts << others;
-    }
-    return parts.join(QStringLiteral(" · "));
+    return others.isEmpty() ? failures()
+                            : tr("%1 · %2", "what failed, and the rest").arg(failures(), others);
 }
 
 } // namespace quav

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/TaskReport.h"
 #include "engine/Verdict.h"
 
 #include <QCoreApplication>
@@ -8,17 +9,24 @@
 
 namespace quav {
 
-class QUAVTask;
-
-/// How the tasks ended that were queued since the queue was last empty, and what they found out
-/// about files.
+/// How several tasks ended, and what they found out about files.
 class BatchSummary {
     Q_DECLARE_TR_FUNCTIONS(BatchSummary)
 
 public:
-    void add(const QUAVTask& task);
+    void add(const TaskReport& report);
 
+    int done() const { return done_; }
     int failed() const { return failed_; }
+    int cancelled() const { return cancelled_; }
+    int warnings() const { return warnings_; }
+    /// Outputs whose sound was compared with that of their originals and is the same.
+    int proven() const { return proven_; }
+    /// Files that were checked.
+    const VerdictCounts& files() const { return files_; }
+
+    /// Whether a task failed or a file is not in order.
+    bool hasFailures() const { return failed_ > 0 || !files_.allOk(); }
 
     /// A sentence for each number that is not 0, without names.
     QString text() const;
@@ -33,8 +41,10 @@ private:
     int done_ = 0;
     int cancelled_ = 0;
     int failed_ = 0;
+    int warnings_ = 0;
+    int proven_ = 0;
     QStringList firstFailed_;
-    VerdictCounts files_{Verdicts()};
+    VerdictCounts files_;
 };
 
 } // namespace quav

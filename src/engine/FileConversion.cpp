@@ -4,6 +4,7 @@
 #include "engine/QUAVTask.h"
 #include "engine/QUAVTaskResults.h"
 #include "engine/Util.h"
+#include "platform/ListText.h"
 #include "platform/OwnerAccess.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
@@ -138,6 +139,7 @@ void FileConversion::conclude() {
 
 void FileConversion::commit() {
     const QString left = guard_->commit();
+    task_.noteWritten(output_, {proven_, unproven_});
     if (!left.isEmpty()) {
         task_.addWarning(
             tr("the earlier output file could not be removed and is now “%1”").arg(left));
@@ -267,6 +269,7 @@ FileConversion::Proof FileConversion::proof() {
     }
     switch (result.answer) {
     case Answer::Equal:
+        proven_ = true;
         return Proof::Given;
     case Answer::Stopped:
         return guard_->sourceAside().isEmpty() ? Proof::Given : Proof::Missing;
@@ -300,7 +303,7 @@ FileConversion::Proof FileConversion::withoutProof(const QString& why, bool mayG
 void FileConversion::noteLosses() {
     losses_ = hooks_.losses(whereSourceIs(), output_);
     if (!losses_.isEmpty()) {
-        task_.addWarning(tr("not in the output: %1").arg(losses_.join(QStringLiteral(", "))));
+        task_.addWarning(tr("not in the output: %1").arg(listed(losses_)));
     }
 }
 

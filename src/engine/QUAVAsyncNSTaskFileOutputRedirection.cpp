@@ -24,7 +24,9 @@ void QUAVAsyncNSTaskFileOutputRedirection::cleanup() {
     QSaveFile file(fileName_);
     if (file.open(QIODevice::WriteOnly)) {
         results()->report().read([&file](const QByteArray& piece) { file.write(piece); });
-        file.commit();
+        if (file.commit()) {
+            noteWritten(fileName_);
+        }
     }
 }
 

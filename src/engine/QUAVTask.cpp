@@ -137,7 +137,7 @@ QString QUAVTask::reason() const {
     }
     // What the task noted of its own source is better than a line of its report.
     const QString source = this->source();
-    for (const Verdict& verdict : results_->verdictsOf(*this)) {
+    for (const Verdict& verdict : *results_->verdictsOf(*this)) {
         if (!source.isEmpty() && verdict.file == source && !verdict.note.isEmpty()) {
             return failureReason(facts, verdict.note);
         }
@@ -209,6 +209,26 @@ QStringList QUAVTask::warnings() const {
 void QUAVTask::addWarning(const QString& line) {
     const std::lock_guard lock(handOver_);
     warnings_.add(line);
+}
+
+void QUAVTask::noteWritten(const QString& path, const OutputProof& proof) {
+    const std::lock_guard lock(handOver_);
+    written_ << path;
+    proof_ = proof;
+}
+
+QStringList QUAVTask::written() const {
+    const std::lock_guard lock(handOver_);
+    return written_;
+}
+
+OutputProof QUAVTask::proof() const {
+    const std::lock_guard lock(handOver_);
+    return proof_;
+}
+
+void QUAVTask::setFinalReport(std::shared_ptr<const TaskReport> report) {
+    finalReport_ = std::move(report);
 }
 
 void QUAVTask::fillRow(unsigned parts) {

@@ -2,6 +2,7 @@
 
 #include "engine/BoundedLines.h"
 #include "engine/FailureReason.h"
+#include "engine/OutputProof.h"
 #include "engine/TaskHost.h"
 #include "engine/TaskRow.h"
 
@@ -17,6 +18,7 @@
 namespace quav {
 
 class QUAVTaskResults;
+struct TaskReport;
 
 /// One unit of work: a decode, an encode, a verification. It has a row in the list of tasks, which
 /// it keeps current, and a share in the report of its set.
@@ -132,6 +134,16 @@ public:
     QStringList warnings() const;
     void addWarning(const QString& line);
 
+    /// Files that the task has made and that stay, and what was proven of the last one. Any thread.
+    void noteWritten(const QString& path, const OutputProof& proof = {});
+    QStringList written() const;
+    OutputProof proof() const;
+
+    /// What has become of the task, kept as long as it is; null until the queue knows of its end.
+    /// Main thread.
+    const std::shared_ptr<const TaskReport>& finalReport() const { return finalReport_; }
+    void setFinalReport(std::shared_ptr<const TaskReport> report);
+
 protected:
     void doStartTaskOnMainThread();
 
@@ -171,12 +183,15 @@ private:
     double progressIndicatorValue_ = 0;
     BoundedLines warnings_{mostWarnings};
     FailureFacts failureFacts_;
+    QStringList written_;
+    OutputProof proof_;
     unsigned pushedParts_ = 0;
 
     QString statusBehindStall_; ///< what the row would show if no tool were stalled
     std::chrono::steady_clock::time_point startTime_;
     double weight_ = 1;
     bool completionReported_ = false;
+    std::shared_ptr<const TaskReport> finalReport_;
 };
 
 } // namespace quav

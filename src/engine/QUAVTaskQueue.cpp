@@ -72,6 +72,7 @@ void QUAVTaskQueue::enter(const std::shared_ptr<QUAVTask>& task) {
         progress_.start(BatchProgress::Clock::now());
         warnings_.clear();
         summary_ = BatchSummary();
+        failures_.clear();
         desktop_.preventSuspend(tr("Audio files are being worked on"));
         stallWatch_.start();
         signOfLife_.start();
@@ -117,6 +118,7 @@ void QUAVTaskQueue::startTask(const std::shared_ptr<QUAVTask>& task) {
 }
 
 void QUAVTaskQueue::taskCompleted(const std::shared_ptr<QUAVTask>& task) {
+    task->setFinalReport(std::make_shared<const TaskReport>(reportOf(*task)));
     try {
         {
             const std::lock_guard lock(lock_);
@@ -161,7 +163,8 @@ void QUAVTaskQueue::removeCompleted(const std::shared_ptr<QUAVTask>& task) {
     if (const auto found = places_.find(task.get()); found != places_.end()) {
         taskArray_.erase(found->second);
         places_.erase(found);
-        noteEnd(*task);
+        progress_.finish(task->weight());
+        noteEnd(*task->finalReport());
     }
     setTaskNumberInDock();
 }
@@ -178,11 +181,13 @@ void QUAVTaskQueue::startWaitingTasks() {
     }
 }
 
-void QUAVTaskQueue::noteEnd(const QUAVTask& task) {
-    progress_.finish(task.weight());
-    summary_.add(task);
-    for (const QString& warning : task.warnings()) {
-        warnings_.add(QStringLiteral("%1: %2").arg(task.title(), warning));
+void QUAVTaskQueue::noteEnd(const TaskReport& report) {
+    summary_.add(report);
+    if (report.hasFailures()) {
+        failures_.push_back(failuresOf(report));
+    }
+    for (const QString& warning : report.warnings) {
+        warnings_.add(tr("%1: %2").arg(report.name, report.withoutName(warning)));
     }
 }
 

@@ -7,6 +7,7 @@
 #include "engine/ReportText.h"
 #include "engine/StallWatch.h"
 #include "engine/TaskHost.h"
+#include "engine/TaskReport.h"
 #include "engine/TaskRowsModel.h"
 #include "engine/Verdict.h"
 
@@ -89,6 +90,11 @@ public:
     /// How the tasks ended that were queued since the queue was last idle.
     const BatchSummary& summary() const { return summary_; }
 
+    /// The reports on those of them that failed or found files that are not in order, in the order
+    /// of their ends, until the next batch: whether or not a window has shown them, and also when
+    /// their rows have been removed.
+    const std::vector<TaskReport>& failures() const { return failures_; }
+
     void rowChanged(const QUAVTask& task) override;
     MainThread& mainThread() override { return mainThread_; }
     const ToolsFolder& toolsFolder() const override { return tools_; }
@@ -106,6 +112,7 @@ Q_SIGNALS:
                                const quav::Verdicts& verdicts);
     /// A task was added, started or completed.
     void countsChanged();
+    /// A task has ended; it has its final report.
     void taskFinished(const std::shared_ptr<quav::QUAVTask>& task);
     /// Nothing waits and nothing runs.
     void becameIdle();
@@ -124,7 +131,7 @@ private:
     void showResults(const QUAVTask& task);
     void showOutputWindow(const ReportText& text, const QString& title, const Verdicts& verdicts);
     void setTaskNumberInDock();
-    void noteEnd(const QUAVTask& task);
+    void noteEnd(const TaskReport& report);
     double runningWeight() const;
     bool nothingRuns() const;
     bool resetWhenEmpty();
@@ -155,6 +162,7 @@ private:
     TaskRowsModel rows_;
     BatchProgress progress_;
     BatchSummary summary_;
+    std::vector<TaskReport> failures_;
     BoundedLines warnings_{mostWarnings};
 };
 

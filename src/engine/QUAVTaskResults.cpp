@@ -134,7 +134,14 @@ ReportText QUAVTaskResults::reportOf(const QUAVTask& task) const {
 void QUAVTaskResults::appendVerdicts(Verdicts verdicts, const QUAVTask& task) {
     const std::lock_guard lock(resultsLock_);
     if (Member* member = find(task)) {
-        std::move(verdicts.begin(), verdicts.end(), std::back_inserter(member->verdicts));
+        if (!member->verdicts) {
+            member->verdicts = std::make_shared<Verdicts>(std::move(verdicts));
+            return;
+        }
+        if (member->verdicts.use_count() > 1) {
+            member->verdicts = std::make_shared<Verdicts>(*member->verdicts);
+        }
+        std::move(verdicts.begin(), verdicts.end(), std::back_inserter(*member->verdicts));
     }
 }
 
@@ -142,15 +149,17 @@ Verdicts QUAVTaskResults::verdicts() const {
     const std::lock_guard lock(resultsLock_);
     Verdicts all;
     for (const Member& member : tasksInSet_) {
-        all.insert(all.end(), member.verdicts.begin(), member.verdicts.end());
+        if (member.verdicts) {
+            all.insert(all.end(), member.verdicts->begin(), member.verdicts->end());
+        }
     }
     return all;
 }
 
-Verdicts QUAVTaskResults::verdictsOf(const QUAVTask& task) const {
+SharedVerdicts QUAVTaskResults::verdictsOf(const QUAVTask& task) const {
     const std::lock_guard lock(resultsLock_);
     const Member* member = find(task);
-    return member ? member->verdicts : Verdicts();
+    return member && member->verdicts ? member->verdicts : noVerdicts();
 }
 
 } // namespace quav

@@ -66,12 +66,12 @@ public:
 
     /// The verdicts of all members, in the order of registration.
     Verdicts verdicts() const;
-    Verdicts verdictsOf(const QUAVTask& task) const;
+    SharedVerdicts verdictsOf(const QUAVTask& task) const;
 
 private:
     struct Member {
         ReportText text;
-        Verdicts verdicts;
+        std::shared_ptr<Verdicts> verdicts; ///< null for none; never changed once passed on
         bool stopped = false;
 
         void replaceText(const QString& with);

@@ -1,12 +1,15 @@
 #include "engine/Verdict.h"
 
+#include "platform/ListText.h"
+
 namespace quav {
 
-VerdictCounts::VerdictCounts(const Verdicts& verdicts) {
-    add(verdicts);
+SharedVerdicts noVerdicts() {
+    static const auto none = std::make_shared<const Verdicts>();
+    return none;
 }
 
-void VerdictCounts::add(const Verdicts& verdicts) {
+VerdictCounts::VerdictCounts(const Verdicts& verdicts) {
     for (const Verdict& verdict : verdicts) {
         switch (verdict.kind) {
         case Verdict::Kind::Ok:
@@ -25,12 +28,17 @@ void VerdictCounts::add(const Verdicts& verdicts) {
     }
 }
 
+void VerdictCounts::add(const VerdictCounts& others) {
+    ok += others.ok;
+    failed += others.failed;
+    missing += others.missing;
+    unreadable += others.unreadable;
+}
+
 QString VerdictCounts::text() const {
-    return tr("%L1 ok, %L2 failed, %L3 missing, %L4 could not be read")
-        .arg(ok)
-        .arg(failed)
-        .arg(missing)
-        .arg(unreadable);
+    return listed({tr("%Ln ok", nullptr, ok), tr("%Ln failed", nullptr, failed),
+                   tr("%Ln missing", nullptr, missing),
+                   tr("%Ln could not be read", nullptr, unreadable)});
 }
 
 namespace {
@@ -52,17 +60,18 @@ QString inWords(Verdict::Kind kind) {
 } // namespace
 
 QString sentence(const Verdict& verdict) {
-    QString line = QStringLiteral("%1: %2").arg(verdict.file, inWords(verdict.kind));
-    const bool saysMore = verdict.kind != Verdict::Kind::Missing && verdict.note != verdict.file;
-    if (saysMore && !verdict.note.isEmpty()) {
-        line += QStringLiteral(" (%1)").arg(verdict.note);
-    }
-    if (verdict.kind == Verdict::Kind::Failed && !verdict.found.isEmpty() &&
-        verdict.found != verdict.expected) {
-        line += QCoreApplication::translate("Verdict", "; expected %1, found %2")
-                    .arg(verdict.expected, verdict.found);
-    }
-    return line;
+    const QString what = inWords(verdict.kind);
+    const bool saysMore = verdict.kind != Verdict::Kind::Missing && !verdict.note.isEmpty() &&
+                          verdict.note != verdict.file;
+    const QString line =
+        saysMore ? QCoreApplication::translate("Verdict", "%1: %2 (%3)")
+                       .arg(verdict.file, what, verdict.note)
+                 : QCoreApplication::translate("Verdict", "%1: %2").arg(verdict.file, what);
+    const bool wasCompared = verdict.kind == Verdict::Kind::Failed && !verdict.found.isEmpty() &&
+                             verdict.found != verdict.expected;
+    return wasCompared ? QCoreApplication::translate("Verdict", "%1; expected %2, found %3")
+                             .arg(line, verdict.expected, verdict.found)
+                       : line;
 }
 
 QString word(Verdict::Kind kind) {

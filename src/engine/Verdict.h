@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 namespace quav {
@@ -27,14 +28,19 @@ struct Verdict {
 
 using Verdicts = std::vector<Verdict>;
 
+/// Any number of them that cost nothing to pass on; never null.
+using SharedVerdicts = std::shared_ptr<const Verdicts>;
+SharedVerdicts noVerdicts();
+
 /// How many of each kind.
 class VerdictCounts {
     Q_DECLARE_TR_FUNCTIONS(VerdictCounts)
 
 public:
+    VerdictCounts() = default;
     explicit VerdictCounts(const Verdicts& verdicts);
 
-    void add(const Verdicts& verdicts);
+    void add(const VerdictCounts& others);
 
     bool allOk() const { return failed + missing + unreadable == 0; }
 

@@ -2,22 +2,20 @@
 
 #include "checksums/ChecksumOptions.h"
 #include "checksums/ChecksumTab.h"
-#include "platform/PathNames.h"
 
 namespace quav {
 
 ChecksumPage::ChecksumPage(ChecksumTab& tab, QWidget* parent) : TabPage(tab, parent), tab_(tab) {
-    connect(&tab, &ChecksumTab::fingerprintsWritten, this,
-            [this](const QString& path, const Verdicts& /*verdicts*/, const QStringList& warnings,
-                   const QStringList& failures) {
-                Q_EMIT told(failures.isEmpty() ? tr("Saved %1").arg(path)
-                                               : tr("Failed: %1").arg(lastPathComponent(path)));
-                QStringList said = failures + warnings;
-                said.removeDuplicates();
-                if (!said.isEmpty()) {
-                    Q_EMIT warned(said.join(u'\n') + u'\n');
-                }
-            });
+    connect(&tab, &ChecksumTab::fingerprintsWritten, this, [this](const TaskReport& report) {
+        Q_EMIT told(report.outcome == TaskReport::Outcome::Failed
+                        ? tr("Failed: %1").arg(report.name)
+                        : tr("Saved %1").arg(report.output));
+        QStringList said = report.said.text().split(u'\n', Qt::SkipEmptyParts) + report.warnings;
+        said.removeDuplicates();
+        if (!said.isEmpty()) {
+            Q_EMIT warned(said.join(u'\n') + u'\n');
+        }
+    });
     refresh();
 }
 

@@ -1,6 +1,7 @@
 #include "gui/MainWindow.h"
 
 #include "gui/DroppedFiles.h"
+#include "gui/FailuresButton.h"
 #include "gui/OutputWindows.h"
 #include "gui/Pages.h"
 #include "gui/StatusPanel.h"
@@ -59,6 +60,7 @@ MainWindow::MainWindow(Workbench& workbench, StatusPanel& panel, OutputWindows& 
     statusBar()->addWidget(summary, 1);
     // An older message would stand in its place.
     connect(summary, &SummaryLine::told, statusBar(), &QStatusBar::clearMessage);
+    statusBar()->addPermanentWidget(new FailuresButton(workbench.queue(), outputWindows, this));
     statusBar()->addPermanentWidget(new WarningsLine(workbench.queue(), outputWindows, this));
     buildFileMenu();
     buildWindowMenu();

@@ -1,7 +1,6 @@
 #include "gui/StatusPanel.h"
 
 #include "engine/QUAVTaskQueue.h"
-#include "engine/QUAVTaskResults.h"
 #include "gui/OutputWindows.h"
 #include "gui/TaskRowDelegate.h"
 #include "gui/WarningsLine.h"
@@ -168,18 +167,11 @@ void StatusPanel::stopCurrentRow() {
 
 void StatusPanel::showWhatTheToolSaid() {
     const auto task = queue_.rows().taskAt(list_->currentIndex().row());
-    if (!task || !task->error()) {
+    if (!task || !task->error() || !task->finalReport()) {
         return;
     }
-    ReportText text;
-    const ReportText report = task->results()->reportOf(*task);
-    const QString reason = task->reason();
-    constexpr qint64 whereReasonsStand = 1 << 20;
-    if (!report.ending(whereReasonsStand).contains(reason)) {
-        text.append(reason + QStringLiteral("\n\n"));
-    }
-    text.append(report);
-    outputWindows_.show(text, task->title());
+    const TaskReport& report = *task->finalReport();
+    outputWindows_.show(report.failureText(), report.name);
 }
 
 void StatusPanel::showContextMenu(const QPoint& where) {

@@ -24,7 +24,7 @@ void SummaryLine::refresh() {
     }
     line_ = line;
     QFont emphasised(font());
-    emphasised.setBold(!line.isEmpty() && queue_.summary().failed() > 0);
+    emphasised.setBold(!line.isEmpty() && queue_.summary().hasFailures());
     setFont(emphasised);
     // Not even empty tags: they would be shown as an empty box.
     setToolTip(line.isEmpty() ? QString()

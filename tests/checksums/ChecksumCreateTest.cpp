@@ -193,9 +193,10 @@ private Q_SLOTS:
             entriesOf(bench.path(u"fingerprint.ffp.txt"_s), u";flac fingerprints"_s);
         QVERIFY2(entries.endsWith(u"zero.flac:%1\n"_s.arg(QString(32, u'0'))), qPrintable(entries));
         QVERIFY(entries.startsWith(none + u": ERROR: reading metadata"_s));
-        QCOMPARE(words(ffps[0][1].value<Verdicts>()), u"unreadable");
+        const auto report = ffps[0][0].value<TaskReport>();
+        QCOMPARE(words(*report.verdicts), u"unreadable");
         QVERIFY(bench.prompts.alerts.isEmpty());
-        QVERIFY(ffps[0][2].toStringList().join(u' ').contains(u"zero.flac” has no fingerprint"));
+        QVERIFY(report.warnings.join(u' ').contains(u"zero.flac” has no fingerprint"));
 
         const QString text = bench.written(u"text.txt"_s, "x");
         QVERIFY(QFile::link(bench.path(u"nowhere"_s), bench.path(u"broken.txt"_s)));
@@ -454,9 +455,9 @@ private Q_SLOTS:
             wrapTool(bench.toolsDir.filePath(tool), script);
         }
         QStringList failures;
-        QObject::connect(&bench.checksum, &ChecksumTab::fingerprintsWritten, &bench.checksum,
-                         [&](const QString&, const Verdicts&, const QStringList&,
-                             const QStringList& told) { failures = told; });
+        QObject::connect(
+            &bench.checksum, &ChecksumTab::fingerprintsWritten, &bench.checksum,
+            [&](const TaskReport& report) { failures = report.said.text().split(u'\n'); });
         create(bench, kind, files);
         const QString report = isFfp ? failures.join(u'\n') : bench.reports.join(u'\n');
         QVERIFY2(report.contains(says), qPrintable(report));
