@@ -2416,7 +2416,7 @@ Exit-Status:</translation>
     <name>quav::FailuresButton</name>
     <message>
         <source>Show fail&amp;ures</source>
-        <translation>Fehler Fehler zei&amp;genamp;zeigen</translation>
+        <translation>Fehlschl&amp;äge zeigen</translation>
     </message>
     <message>
         <source>Show what failed in the last batch, and why</source>
@@ -2424,7 +2424,7 @@ Exit-Status:</translation>
     </message>
     <message>
         <source>Failures</source>
-        <translation>Fehler</translation>
+        <translation>Fehlschläge</translation>
     </message>
 </context>
 <context>
