@@ -63,7 +63,7 @@ QString BatchSummary::text() const {
 }
 
 QString BatchSummary::line() const {
-    const QString others = sentences().join(u' ');
+    QString others = sentences().join(u' ');
     if (failed_ == 0) {
         return others;
     }
