@@ -3,6 +3,7 @@
 #include "audio/ape/ApeDecoder.h"
 #include "audio/ape/ApeFile.h"
 #include "audio/file/Completeness.h"
+#include "audio/file/SampleStreams.h"
 #include "audio/flac/FlacDecoding.h"
 #include "audio/flac/LastFrame.h"
 #include "audio/libav/LibavDecoding.h"
@@ -11,7 +12,6 @@
 #include "audio/pcm/InputFile.h"
 #include "audio/pcm/PcmReader.h"
 #include "audio/pcm/Progress.h"
-#include "audio/pcm/Samples.h"
 #include "audio/pcm/SoundBehind.h"
 #include "audio/shorten/Decoder.h"
 #include "audio/tta/Decode.h"
@@ -39,98 +39,12 @@ using pcm::InputFile;
 using pcm::Reader;
 using pcm::readerOf;
 using wav::canonicalHeader;
-using wav::ChunkHandler;
 using wav::readWaveHeader;
 using wav::resizedHeader;
 using wav::Wave;
 using wav::WaveHeader;
 
-namespace {
-
-constexpr std::size_t pieceSize = std::size_t{64} << 10;
-
 using Bytes = std::span<const std::uint8_t>;
-
-// A WAV file from its first sample on.
-class FileReader final : public Reader {
-public:
-    FileReader(const std::string& path, std::uint64_t start) : file_(InputFile::open(path)) {
-        file_.seek(start);
-    }
-    std::size_t read(std::span<std::uint8_t> to) override { return file_.read(to); }
-
-private:
-    InputFile file_;
-};
-
-WaveHeader headerFrom(Reader& reader, const std::string& path, const ChunkHandler& found = {}) {
-    return readWaveHeader([&](std::span<std::uint8_t> to) { return reader.read(to); }, path, found);
-}
-
-// Passes on the samples of a decoder, which must be as many as the file has told, and the byte that
-// evens out an odd number of them.
-class ExactSink final : public pcm::ByteSink {
-public:
-    ExactSink(const std::string& path, std::uint64_t size, pcm::ByteSink& to)
-        : path_(path), left_(size), isOdd_(size % 2 == 1), to_(to) {}
-
-    void write(Bytes bytes) override {
-        if (bytes.size() > left_) {
-            throw Failure(Failure::Kind::Input, path_ + ": holds more samples than it tells");
-        }
-        left_ -= bytes.size();
-        to_.write(bytes);
-    }
-
-    void finish() {
-        if (left_ > 0) {
-            throw Failure(Failure::Kind::Input, path_ + ": holds fewer samples than it tells");
-        }
-        if (isOdd_) {
-            constexpr std::uint8_t zero = 0;
-            to_.write({&zero, 1});
-        }
-    }
-
-private:
-    const std::string& path_;
-    std::uint64_t left_;
-    bool isOdd_;
-    pcm::ByteSink& to_;
-};
-
-void writeAiff(const std::string& path, const pcm::PcmFormat& as, pcm::ByteSink& to) {
-    InputFile file = InputFile::open(path);
-    pcm::PcmReader reader(file);
-    std::vector<std::uint8_t> bytes(std::max<std::size_t>(1, pieceSize / as.blockAlign()) *
-                                    as.blockAlign());
-    std::vector<std::int32_t> samples;
-    while (const std::size_t count = reader.readSamples(bytes)) {
-        const std::span piece(bytes.data(), count);
-        samples.resize(count / as.bytesPerSample);
-        pcm::unpackSamples(reader.format(), piece, samples);
-        pcm::packSamples(as, samples, piece);
-        to.write(piece);
-    }
-}
-
-void copyAll(Reader& from, pcm::ByteSink& to) {
-    std::vector<std::uint8_t> piece(pieceSize);
-    while (const std::size_t count = from.read(piece)) {
-        to.write(std::span(piece).first(count));
-    }
-}
-
-class CountingSink final : public pcm::ByteSink {
-public:
-    void write(Bytes bytes) override { count_ += bytes.size(); }
-    std::uint64_t count() const { return count_; }
-
-private:
-    std::uint64_t count_ = 0;
-};
-
-} // namespace
 
 /// Finds out what a file is.
 class Opener {
