@@ -15,7 +15,7 @@ namespace quav {
 QUAVAsyncNSTask::QUAVAsyncNSTask(TaskHost& queue, const QString& launchPath,
                                  const QStringList& arguments)
     : QUAVTask(queue), command_{launchPath, arguments, queue.toolsFolder().environment(), {}},
-      cleanupWork_(queue.mainThread()) {}
+      cleanupWork_(queue.cleanupPool(), queue.mainThread()) {}
 
 QUAVAsyncNSTask::~QUAVAsyncNSTask() = default;
 
@@ -116,7 +116,6 @@ void QUAVAsyncNSTask::finish() {
 /// A task that has ended keeps its row for as long as the others run, and there may be thousands.
 void QUAVAsyncNSTask::letGo() {
     child_.reset();
-    cleanupWork_.wait();
     pieces_ = {};
     terminal_ = {};
     command_.environment = QProcessEnvironment();

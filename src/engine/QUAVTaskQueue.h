@@ -10,6 +10,7 @@
 #include "engine/TaskReport.h"
 #include "engine/TaskRowsModel.h"
 #include "engine/Verdict.h"
+#include "platform/WorkPool.h"
 
 #include <QObject>
 #include <QString>
@@ -100,6 +101,7 @@ public:
     const ToolsFolder& toolsFolder() const override { return tools_; }
     const std::shared_ptr<SpillFile>& spillFile() const override { return spillFile_; }
     StallWatch& stallWatch() override { return stallWatch_; }
+    WorkPool& cleanupPool() override { return cleanupPool_; }
     int toolsAtOnce() const override;
 
 Q_SIGNALS:
@@ -143,6 +145,7 @@ private:
     std::shared_ptr<SpillFile> spillFile_;
     QTimer signOfLife_;
     StallWatch stallWatch_; // before the tasks, which speak to it until they have gone
+    WorkPool cleanupPool_;  // likewise
 
     // Recursive: a view that is told of a new row may ask for the counts.
     mutable std::recursive_mutex lock_;

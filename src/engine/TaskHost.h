@@ -9,6 +9,7 @@ class QUAVTask;
 class SpillFile;
 class StallWatch;
 class ToolsFolder;
+class WorkPool;
 
 /// What a task knows of the queue that runs it.
 class TaskHost {
@@ -31,6 +32,9 @@ public:
     virtual MainThread& mainThread() = 0;
     virtual const ToolsFolder& toolsFolder() const = 0;
     virtual StallWatch& stallWatch() = 0;
+
+    /// Where tasks clean up when their tools have ended, however many of them end at once.
+    virtual WorkPool& cleanupPool() = 0;
 
     /// Where reports go that are too long for memory. Any thread.
     virtual const std::shared_ptr<SpillFile>& spillFile() const = 0;

@@ -10,10 +10,13 @@
 #include "support/Table.h"
 
 #include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <atomic>
+#include <latch>
 #include <unistd.h>
 
 using namespace quav;
@@ -44,6 +47,28 @@ protected:
         doneDuringCleanup = isDone();
     }
 };
+
+/// Runs until it is killed, and then cleans up when the gate is open.
+class GatedTask : public QUAVAsyncNSTask {
+public:
+    GatedTask(TaskHost& queue, std::latch& gate, std::atomic<int>& cleanedUp)
+        : QUAVAsyncNSTask(queue, queue.toolsFolder().tool(u"sh"_s), {u"-c"_s, u"exec sleep 600"_s}),
+          gate_(gate), cleanedUp_(cleanedUp) {}
+
+protected:
+    void cleanup() override {
+        gate_.wait();
+        ++cleanedUp_;
+    }
+
+private:
+    std::latch& gate_;
+    std::atomic<int>& cleanedUp_;
+};
+
+qsizetype threadCount() {
+    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
 
 void runToIdle(Rig& rig, const std::shared_ptr<QUAVTask>& task) {
     QSignalSpy idle(&rig.queue, &QUAVTaskQueue::becameIdle);
@@ -123,6 +148,41 @@ private Q_SLOTS:
         QTRY_COMPARE(idle.count(), 1);
         QVERIFY(task->isDone() && task->cancelled() && !task->error());
         QCOMPARE(task->row().mainLine, u"Canceled");
+    }
+
+    void hundredsOfToolsThatEndAtOnceCleanUpOnFewThreads_data() {
+        QTest::addColumn<bool>("ends");
+        row("the program goes on", false);
+        row("the program ends", true);
+    }
+    void hundredsOfToolsThatEndAtOnceCleanUpOnFewThreads() {
+        QFETCH(bool, ends);
+        constexpr int count = 200;
+        std::latch gate(1);
+        std::atomic<int> cleanedUp = 0;
+        const qsizetype others = threadCount();
+        auto rig = std::make_unique<Rig>(count);
+        QSignalSpy idle(&rig->queue, &QUAVTaskQueue::becameIdle);
+        {
+            const auto open = qScopeGuard([&] { gate.count_down(); });
+            std::vector<std::shared_ptr<QUAVAsyncNSTask>> tasks;
+            for (int i = 0; i < count; ++i) {
+                tasks.push_back(std::make_shared<GatedTask>(rig->queue, gate, cleanedUp));
+            }
+            rig->queue.addTasks({tasks.begin(), tasks.end()});
+            rig->queue.cancelAllTasks();
+            rig->queue.killTools();
+            QTRY_VERIFY(std::all_of(tasks.begin(), tasks.end(),
+                                    [](const auto& task) { return task->exitStatus(); }));
+            QVERIFY2(threadCount() - others <= WorkPool::defaultThreads(),
+                     QByteArray::number(threadCount() - others).constData());
+        }
+        if (ends) {
+            rig.reset();
+        } else {
+            QTRY_COMPARE(idle.count(), 1);
+        }
+        QCOMPARE(cleanedUp, count);
     }
 
     void aQueueThatGoesLeavesNoToolBehind() {

@@ -5,6 +5,7 @@
 #include "platform/NaturalOrder.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
+#include "platform/WorkPool.h"
 #include "support/AudioFixtures.h"
 #include "support/Table.h"
 
@@ -292,6 +293,18 @@ private Q_SLOTS:
         }
         mainThread.runAndWait([&] { ++waited; });
         QCOMPARE(waited, 5);
+    }
+
+    void aPoolDoesAllInTheOrderOfGivingBeforeItGoes() {
+        std::vector<int> done;
+        {
+            WorkPool pool(1);
+            for (int i = 0; i < 1000; ++i) {
+                pool.run([&done, i] { done.push_back(i); });
+            }
+        }
+        QCOMPARE(done.size(), 1000U);
+        QVERIFY(std::is_sorted(done.begin(), done.end()));
     }
 };
 
