@@ -15,7 +15,7 @@ namespace quav {
 QUAVAsyncNSTask::QUAVAsyncNSTask(TaskHost& queue, const QString& launchPath,
                                  const QStringList& arguments)
     : QUAVTask(queue), command_{launchPath, arguments, queue.toolsFolder().environment(), {}},
-      cleanupWork_(queue.cleanupPool(), queue.mainThread()) {}
+      cleanupWork_(queue.mainThread(), queue.cleanupPool()) {}
 
 QUAVAsyncNSTask::~QUAVAsyncNSTask() = default;
 

@@ -2,8 +2,8 @@
 
 #include "engine/QUAVTask.h"
 #include "engine/ToolOutputReader.h"
+#include "platform/BackgroundWork.h"
 #include "platform/ChildProcess.h"
-#include "platform/WorkPool.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -82,7 +82,7 @@ private:
     pid_t pid_ = 0; ///< the tool's, from its start on
     std::optional<int> exitStatus_;
     std::optional<std::chrono::milliseconds> stalledFor_;
-    PooledWork cleanupWork_;
+    BackgroundWork cleanupWork_;
 };
 
 } // namespace quav

@@ -1,7 +1,5 @@
 #include "platform/WorkPool.h"
 
-#include "platform/MainThread.h"
-
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -62,28 +60,6 @@ void WorkPool::serve() {
         task = {}; // and what it holds, before anything else
         lock.lock();
     }
-}
-
-PooledWork::PooledWork(WorkPool& pool, MainThread& mainThread)
-    : pool_(pool), mainThread_(mainThread) {}
-
-PooledWork::~PooledWork() {
-    wait();
-    mainThread_.forget(this);
-}
-
-void PooledWork::wait() {
-    if (done_.valid()) {
-        done_.wait();
-    }
-}
-
-void PooledWork::run(std::function<void()> work, std::function<void()> afterwards) {
-    wait();
-    done_ = pool_.run([this, work = std::move(work), afterwards = std::move(afterwards)] {
-        work();
-        mainThread_.post(afterwards, this);
-    });
 }
 
 } // namespace quav

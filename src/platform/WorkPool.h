@@ -10,8 +10,6 @@
 
 namespace quav {
 
-class MainThread;
-
 /// Pieces of work on a few threads, begun in the order in which they were given. The destructor
 /// returns when all of them have been done.
 class WorkPool {
@@ -40,29 +38,6 @@ private:
     std::vector<std::thread> threads_;
     unsigned idle_ = 0;
     bool ends_ = false;
-};
-
-/// One piece of work in a pool, and what is to follow it on the main thread. It belongs to the
-/// object that the work is about: the destructor waits for the work, and what was to follow is then
-/// dropped. The pool need not outlive it, once the work has been done.
-class PooledWork {
-public:
-    PooledWork(WorkPool& pool, MainThread& mainThread);
-    ~PooledWork();
-    PooledWork(const PooledWork&) = delete;
-    PooledWork& operator=(const PooledWork&) = delete;
-
-    /// Has `work` done; when it has returned, `afterwards` runs on the main thread. At most one
-    /// piece of work at a time. Neither may throw.
-    void run(std::function<void()> work, std::function<void()> afterwards);
-
-    /// Returns when no work waits or runs any more.
-    void wait();
-
-private:
-    WorkPool& pool_;
-    MainThread& mainThread_;
-    std::future<void> done_;
 };
 
 } // namespace quav
