@@ -27,4 +27,32 @@ inline QString verify(Bench& bench, const QStringList& lists) {
     return bench.reports.join(u"---"_s).remove(bench.folder.path() + u'/');
 }
 
+/// Has a list written beside the files.
+inline void create(Bench& bench, ChecksumKind kind, const QStringList& files) {
+    bench.checksum.options().set(checksumOptions().command, ChecksumCommand::Create);
+    bench.checksum.options().set(checksumOptions().kind, kind);
+    bench.checksum.options().set(checksumOptions().sourceSave, true);
+    addFiles(bench.checksum, files);
+    if (kind == ChecksumKind::Ffp) {
+        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Done);
+    } else {
+        bench.run(bench.checksum);
+    }
+}
+
+/// The entry that a file has by the tools alone.
+inline QString entryOf(ChecksumKind kind, const QString& file, const QString& name) {
+    switch (kind) {
+    case ChecksumKind::Md5:
+        return QString::fromLatin1(md5Of(file)) + u" *"_s + name;
+    case ChecksumKind::St5:
+        return QString::fromLatin1(run(u"shntool"_s, {u"hash"_s, u"-q"_s, file}).output.left(32)) +
+               u"  [shntool]  "_s + name;
+    case ChecksumKind::Ffp:
+        return name + u':' +
+               QString::fromLatin1(run(u"metaflac"_s, {u"--show-md5"_s, file}).output.trimmed());
+    }
+    return {};
+}
+
 } // namespace quav::test

@@ -271,6 +271,94 @@ private Q_SLOTS:
         QCOMPARE(bench.press(bench.checksum), CommandOutcome::NothingToDo);
         QVERIFY(bench.prompts.alerts.isEmpty() && bench.checksum.fileNames().isEmpty());
     }
+
+    void codecsTestTheirFiles() {
+        Bench bench;
+        const QString wav = bench.wav(u"a.wav"_s);
+        const QString tools = bench.toolsDir.path() + u'/';
+        QStringList files{bench.flac(u"a.flac"_s)};
+        for (const QString& suffix : {u"ape"_s, u"tta"_s, u"wv"_s}) {
+            files << bench.path(u"a."_s + suffix);
+        }
+        run(tools + u"mac"_s, {wav, files[1], u"-c1000"_s});
+        run(tools + u"ttaenc"_s, {wav, u"-o"_s, files[2]});
+        run(u"wavpack"_s, {u"-q"_s, wav, u"-o"_s, files[3]});
+        QStringList damaged;
+        for (const QString& file : files) {
+            damaged << bench.path(u"bad"_s + QFileInfo(file).fileName());
+            QVERIFY(QFile::copy(file, damaged.last()));
+            damage(damaged.last(), false);
+        }
+        addFiles(bench.checksum, files + damaged << wav);
+        bench.run(bench.checksum);
+        QVERIFY(bench.checksum.fileNames().isEmpty());
+        QCOMPARE(bench.verdicts.size(), 8);
+        for (const Verdict& verdict : bench.verdicts) {
+            const bool isBad = damaged.contains(verdict.file);
+            QVERIFY2(isBad == (verdict.kind == Verdict::Kind::Failed), qPrintable(verdict.file));
+            QVERIFY2(isBad != verdict.note.isEmpty(), qPrintable(verdict.file));
+        }
+        const QString report = bench.reports.join(QString());
+        for (const QString& part :
+             {u"a.flac: testing, 100% complete\na.flac: ok\n"_s,
+              u"\nbada.flac: ERROR while decoding data\n"_s, u"a.ape\nProgress: 100.0%"_s,
+              u"% done..."_s, u"verified "_s, u"is damaged"_s}) {
+            QVERIFY2(report.contains(part), qPrintable(part + u" is not in\n"_s + report));
+        }
+        QCOMPARE(bench.failed.size(), 4);
+    }
+
+    void aFileThatMatchesAndIsDamagedHasFailed() {
+        Bench bench;
+        const QString flac = bench.flac(u"a.flac"_s);
+        const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
+        damage(flac, false);
+        const QString report = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
+        QVERIFY(report.contains(u"a.flac : OK\n"_s));
+        QVERIFY(report.contains(u"a.flac: ERROR while decoding data\n"_s));
+        QCOMPARE(words(bench.verdicts), u"failed");
+        QCOMPARE(bench.verdicts.front().note, u"flac found it damaged");
+    }
+
+    void flacsWordsAreReportedWhereverThePipeIsCut_data() {
+        columns<QString, QString>("says", "report");
+        const QString backspaces = u"\\b"_s.repeated(21);
+        row("short", u"a.flac: ok                    \\n"_s,
+            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
+        row("updates",
+            u"flac 1.4\\na.flac: testing, 60%% complete"_s + backspaces +
+                u"testing, 81%% complete"_s + backspaces + u"ok                    \\n"_s,
+            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
+        row("damaged",
+            u"a.flac: testing, 5%% complete"_s + backspaces +
+                u"*** Got error code 0\\n\\n\\na.flac: ERROR while decoding data\\n   state = X\\n"_s,
+            u"a.flac: testing, 5.000000% complete\na.flac: *** Got error code 0\n"
+            "a.flac: ERROR while decoding data\na.flac: state = X\n"_s);
+        row("no progress", u"flac 1.4\\n\\na.flac: ERROR: not a FLAC file\\n"_s,
+            u"a.flac: flac 1.4\na.flac: ERROR: not a FLAC file\n"_s);
+    }
+    void flacsWordsAreReportedWhereverThePipeIsCut() {
+        QFETCH(QString, says);
+        QFETCH(QString, report);
+        for (const QString& through :
+             {u"cat"_s, u"dd bs=1 status=none"_s, u"dd bs=7 status=none"_s}) {
+            Bench bench;
+            const QString flac = bench.flac(u"a.flac"_s);
+            bench.replaceTool(u"flac"_s, u"printf '%1' | %2 >&2\n"_s.arg(says, through));
+            bench.checksum.options().set(checksumOptions().command, Command::Test);
+            addFiles(bench.checksum, {flac});
+            bench.run(bench.checksum);
+            QCOMPARE(bench.reports.value(0), report + u'\n');
+            const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
+            const QString whole = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
+            const QString tail = whole.section(u"in a.ffp\n"_s, 1);
+            // The other of the two reports has no decimals, since it keeps the tool's own words.
+            QCOMPARE(tail, QString(report)
+                                   .replace(u"5.000000% complete"_s, u"testing, 5% complete"_s)
+                                   .replace(u"testing, testing"_s, u"testing"_s) +
+                               u'\n');
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(ChecksumToolsTest)

@@ -1,8 +1,6 @@
 #include "ChecksumBench.h"
 #include "support/Table.h"
 
-#include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -309,111 +307,6 @@ private Q_SLOTS:
         QVERIFY2(memory.grown() < most, qPrintable(QString::number(memory.grown())));
     }
 
-    void codecsTestTheirFiles() {
-        Bench bench;
-        const QString wav = bench.wav(u"a.wav"_s);
-        const QString tools = bench.toolsDir.path() + u'/';
-        QStringList files{bench.flac(u"a.flac"_s)};
-        for (const QString& suffix : {u"ape"_s, u"tta"_s, u"wv"_s}) {
-            files << bench.path(u"a."_s + suffix);
-        }
-        run(tools + u"mac"_s, {wav, files[1], u"-c1000"_s});
-        run(tools + u"ttaenc"_s, {wav, u"-o"_s, files[2]});
-        run(u"wavpack"_s, {u"-q"_s, wav, u"-o"_s, files[3]});
-        QStringList damaged;
-        for (const QString& file : files) {
-            damaged << bench.path(u"bad"_s + QFileInfo(file).fileName());
-            QVERIFY(QFile::copy(file, damaged.last()));
-            damage(damaged.last(), false);
-        }
-        addFiles(bench.checksum, files + damaged << wav);
-        bench.run(bench.checksum);
-        QVERIFY(bench.checksum.fileNames().isEmpty());
-        QCOMPARE(bench.verdicts.size(), 8);
-        for (const Verdict& verdict : bench.verdicts) {
-            const bool isBad = damaged.contains(verdict.file);
-            QVERIFY2(isBad == (verdict.kind == Verdict::Kind::Failed), qPrintable(verdict.file));
-            QVERIFY2(isBad != verdict.note.isEmpty(), qPrintable(verdict.file));
-        }
-        const QString report = bench.reports.join(QString());
-        for (const QString& part :
-             {u"a.flac: testing, 100% complete\na.flac: ok\n"_s,
-              u"\nbada.flac: ERROR while decoding data\n"_s, u"a.ape\nProgress: 100.0%"_s,
-              u"% done..."_s, u"verified "_s, u"is damaged"_s}) {
-            QVERIFY2(report.contains(part), qPrintable(part + u" is not in\n"_s + report));
-        }
-        QCOMPARE(bench.failed.size(), 4);
-    }
-
-    void flacsWordsAreReportedWhereverThePipeIsCut_data() {
-        columns<QString, QString>("says", "report");
-        const QString backspaces = u"\\b"_s.repeated(21);
-        row("short", u"a.flac: ok                    \\n"_s,
-            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
-        row("updates",
-            u"flac 1.4\\na.flac: testing, 60%% complete"_s + backspaces +
-                u"testing, 81%% complete"_s + backspaces + u"ok                    \\n"_s,
-            u"a.flac: testing, 100% complete\na.flac: ok\n"_s);
-        row("damaged",
-            u"a.flac: testing, 5%% complete"_s + backspaces +
-                u"*** Got error code 0\\n\\n\\na.flac: ERROR while decoding data\\n   state = X\\n"_s,
-            u"a.flac: testing, 5.000000% complete\na.flac: *** Got error code 0\n"
-            "a.flac: ERROR while decoding data\na.flac: state = X\n"_s);
-        row("no progress", u"flac 1.4\\n\\na.flac: ERROR: not a FLAC file\\n"_s,
-            u"a.flac: flac 1.4\na.flac: ERROR: not a FLAC file\n"_s);
-    }
-    void flacsWordsAreReportedWhereverThePipeIsCut() {
-        QFETCH(QString, says);
-        QFETCH(QString, report);
-        for (const QString& through :
-             {u"cat"_s, u"dd bs=1 status=none"_s, u"dd bs=7 status=none"_s}) {
-            Bench bench;
-            const QString flac = bench.flac(u"a.flac"_s);
-            bench.replaceTool(u"flac"_s, u"printf '%1' | %2 >&2\n"_s.arg(says, through));
-            bench.checksum.options().set(checksumOptions().command, Command::Test);
-            addFiles(bench.checksum, {flac});
-            bench.run(bench.checksum);
-            QCOMPARE(bench.reports.value(0), report + u'\n');
-            const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
-            const QString whole = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
-            const QString tail = whole.section(u"in a.ffp\n"_s, 1);
-            // The other of the two reports has no decimals, since it keeps the tool's own words.
-            QCOMPARE(tail, QString(report)
-                                   .replace(u"5.000000% complete"_s, u"testing, 5% complete"_s)
-                                   .replace(u"testing, testing"_s, u"testing"_s) +
-                               u'\n');
-        }
-    }
-
-    void cancellingLeavesOneWord() {
-        Bench bench;
-        const QString large = bench.written(u"large"_s, "");
-        QVERIFY(QFile::resize(large, qint64(1) << 40));
-        const QByteArray line = QByteArray(32, '0') + " *large\n";
-        bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        addFiles(bench.checksum, {bench.written(u"l.md5"_s, line + line)});
-        addFiles(bench.checksum, {bench.written(u"waits.md5"_s, line)});
-        bench.workbench.queue().maxThreadsChanged(1);
-        QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
-        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
-        bench.workbench.queue().cancelAllTasks();
-        QTRY_COMPARE(idle.count(), 1);
-        QCOMPARE(bench.reports, QStringList{u"Verify MD5: l.md5\nCanceled\n\n\n"_s});
-        QVERIFY(bench.verdicts.empty());
-    }
-
-    void aFileThatMatchesAndIsDamagedHasFailed() {
-        Bench bench;
-        const QString flac = bench.flac(u"a.flac"_s);
-        const QByteArray ffp = run(u"metaflac"_s, {u"--show-md5"_s, flac}).output;
-        damage(flac, false);
-        const QString report = verify(bench, {bench.written(u"a.ffp"_s, "a.flac:" + ffp)});
-        QVERIFY(report.contains(u"a.flac : OK\n"_s));
-        QVERIFY(report.contains(u"a.flac: ERROR while decoding data\n"_s));
-        QCOMPARE(words(bench.verdicts), u"failed");
-        QCOMPARE(bench.verdicts.front().note, u"flac found it damaged");
-    }
-
     void aListThatIsNotInUtf8SaysSo() {
         Bench bench;
         const QString file = bench.written(u"Größe"_s, "x");
@@ -451,54 +344,6 @@ private Q_SLOTS:
         bench.run(bench.checksum);
         QCOMPARE(words(bench.verdicts), u"unreadable");
         QCOMPARE(bench.failed, QStringList{u"Verify FLAC"_s});
-    }
-
-    void cancellingStartsNoOtherTool_data() {
-        columns<QString, QString, QString>("tool", "list", "report");
-        const QString zeros(32, u'0');
-        row("ST5", u"shntool"_s, u"l.st5"_s, u"Verify ST5: l.st5\nCanceled\n\n"_s);
-        row("FFP", u"flac"_s, u"l.ffp"_s,
-            u"Verify FFP: l.ffp\na.flac : OK\nb.flac : OK\n\nVerify Flac Files in l.ffp\n"
-            "Canceled\n\n"_s);
-    }
-    void cancellingStartsNoOtherTool() {
-        QFETCH(QString, tool);
-        QFETCH(QString, list);
-        Bench bench;
-        const QByteArray ffp =
-            run(u"metaflac"_s, {u"--show-md5"_s, bench.flac(u"a.flac"_s)}).output.trimmed();
-        bench.flac(u"b.flac"_s);
-        bench.written(list, list.endsWith(u"ffp")
-                                ? "a.flac:" + ffp + "\nb.flac:" + ffp
-                                : ffp + "  [shntool]  a.flac\n" + ffp + "  [shntool]  b.flac\n");
-        const Gate gate(bench, tool);
-        bench.workbench.queue().maxThreadsChanged(1);
-        QSignalSpy idle(&bench.workbench.queue(), &QUAVTaskQueue::becameIdle);
-        bench.checksum.options().set(checksumOptions().command, Command::Verify);
-        addFiles(bench.checksum, {bench.path(list)});
-        QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
-        QTRY_COMPARE(gate.runs(), 1);
-        bench.workbench.queue().cancelAllTasks();
-        gate.open();
-        QTRY_COMPARE(idle.count(), 1);
-        QTEST(bench.reports.value(0), "report");
-        QCOMPARE(gate.runs(), 1);
-    }
-
-    void theEndOfTheProgramWaitsForNoTool() {
-        QElapsedTimer clock;
-        {
-            Bench bench;
-            bench.replaceTool(u"shntool"_s,
-                              u"echo >'%1'; exec sleep 600\n"_s.arg(bench.path(u"up"_s)));
-            bench.checksum.options().set(checksumOptions().command, Command::Verify);
-            addFiles(bench.checksum,
-                     {bench.written(u"l.st5"_s, QByteArray(32, '0') + "  [shntool]  a\n")});
-            QCOMPARE(bench.press(bench.checksum), CommandOutcome::Queued);
-            QTRY_VERIFY(QFile::exists(bench.path(u"up"_s)));
-            clock.start();
-        }
-        QVERIFY(clock.elapsed() < quav::test::patience);
     }
 
     void tenThousandEntriesDoNotStallTheLoop() {
