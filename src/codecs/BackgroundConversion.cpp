@@ -1,13 +1,8 @@
 #include "codecs/BackgroundConversion.h"
 
-#include "engine/QUAVTaskQueue.h"
-#include "engine/QUAVTaskResults.h"
 #include "engine/Util.h"
 #include "platform/AudioConverter.h"
 #include "platform/PathNames.h"
-#include "tags/Losses.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -22,35 +17,15 @@ constexpr double whole = 100;
 } // namespace
 
 BackgroundConversion::BackgroundConversion(const Job& job, const Services& services)
-    : BackgroundTask(services.queue),
-      conversion_(*this, job.source(), job.output(),
-                  {services.settings, services.desktop, services.claims},
-                  {[this] { return copyTags(); }, lostBetween}),
-      steps_(job.steps) {
-    setTitle(lastPathComponent(job.source()));
-    setTextFieldString(title());
-    setTextFieldValue();
-    setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(job.source()).size())));
-}
+    : Converting(job.source(), job.output(), services), steps_(job.steps) {}
 
 QString BackgroundConversion::passedOn(const QString& output) {
     return Util::generateTempFileName2(folderOf(output), passedOnExtension);
 }
 
-void BackgroundConversion::setDeleteOriginal(bool deleteOriginal) {
-    ConversionWishes wishes = conversion_.wishes();
-    wishes.deleteOriginal = deleteOriginal;
-    conversion_.setWishes(wishes);
-}
-
 void BackgroundConversion::startTask() {
-    conversion_.begin();
+    conversion().begin();
     BackgroundTask::startTask();
-}
-
-void BackgroundConversion::abandon() {
-    conversion_.abandon();
-    BackgroundTask::abandon();
 }
 
 void BackgroundConversion::aboutToBegin() {}
@@ -63,12 +38,12 @@ void BackgroundConversion::doStartTask() {
     try {
         aboutToBegin();
         if (runSteps()) {
-            conversion_.complete();
+            conversion().complete();
         } else {
-            conversion_.giveUp();
+            conversion().giveUp();
         }
     } catch (...) {
-        conversion_.giveUp();
+        conversion().giveUp();
         throw;
     }
 }
@@ -81,7 +56,7 @@ bool BackgroundConversion::runSteps() {
             return false;
         }
         if (temporary.isEmpty() && step.arguments.contains(passed)) {
-            temporary = conversion_.temporaryFile(passedOnExtension);
+            temporary = conversion().temporaryFile(passedOnExtension);
         }
         step.arguments.replaceInStrings(passed, temporary);
         if (!runStep(step)) {
@@ -164,16 +139,8 @@ void BackgroundConversion::showPercent(const Words& words, double percent) {
     showProgress(words.progress.arg(QString::number(percent, 'f', 6)), percent);
 }
 
-void BackgroundConversion::noteProblems(const QStringList& sentences) {
-    for (const QString& sentence : sentences) {
-        addWarning(sentence);
-    }
-}
-
 void BackgroundConversion::beforeEnd() {
-    if (!error()) {
-        results()->setHasResults(false);
-    }
+    reportFailureAlone();
 }
 
 } // namespace quav

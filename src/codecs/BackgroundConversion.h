@@ -1,15 +1,14 @@
 #pragma once
 
 #include "app/Plan.h"
-#include "app/Services.h"
+#include "codecs/Converting.h"
 #include "codecs/ToolReport.h"
 #include "engine/BackgroundTask.h"
-#include "engine/BoundedLines.h"
-#include "engine/FileConversion.h"
 #include "engine/ToolOutputReader.h"
-#include "tags/TagResult.h"
 
 #include <QString>
+
+#include <vector>
 
 namespace quav {
 
@@ -17,21 +16,11 @@ namespace quav {
 /// a tool, or this program itself where a step names none. The steps hand on to each other what
 /// they call `passedOn`; that file is temporary and goes whatever happens. A cancel lets the tool
 /// that runs come to its end, and starts no other.
-class BackgroundConversion : public BackgroundTask {
+class BackgroundConversion : public Converting<BackgroundTask> {
 public:
-    const QString& fileName() const { return conversion_.source(); }
-    QString source() const override { return fileName(); }
-    const QString& outFile() const { return conversion_.output(); }
-    QString output() const override { return outFile(); }
-
-    FileConversion& conversion() { return conversion_; }
-
-    bool deleteOriginal() const { return conversion_.wishes().deleteOriginal; }
-    void setDeleteOriginal(bool deleteOriginal);
+    const QString& outFile() const { return conversion().output(); }
 
     void startTask() override;
-    void abandon() override;
-    void stillAtWork() override { conversion_.stillAtWork(); }
 
     /// How the steps of a job with this output name what one leaves for the next.
     static QString passedOn(const QString& output);
@@ -47,9 +36,6 @@ protected:
     };
     virtual Words wordsOf(const ToolCall& step) const = 0;
 
-    /// Copies the source's tags into the output; on the worker.
-    virtual TagResult copyTags() = 0;
-
     /// Called before the first step, on the worker. What it throws is why nothing is done.
     virtual void aboutToBegin();
 
@@ -58,9 +44,6 @@ protected:
 
     void doStartTask() override;
     void beforeEnd() override;
-
-    /// What the user should know of the tags that were written, in sentences.
-    void noteProblems(const QStringList& sentences);
 
 private:
     bool runSteps();
@@ -71,7 +54,6 @@ private:
     void showPercent(const Words& words, double percent);
     void noteFailure(const QString& tool, int status);
 
-    FileConversion conversion_;
     std::vector<ToolCall> steps_;
     TerminalText terminal_;
 };

@@ -42,4 +42,16 @@ ConversionOptions::ConversionOptions(std::initializer_list<const char*> groups,
                                                         "files"),
                     .flag = "accept-losses"}) {}
 
+OptionInfo ConversionOptions::target(std::span<const OptionChoice> targets) {
+    return {.key = "outputFormatMatrix",
+            .control = Control::Choice,
+            .group = optiongroups::target,
+            .label = QT_TRANSLATE_NOOP("Options", "Target"),
+            .tip = QT_TRANSLATE_NOOP("Options", "The format of the outputs"),
+            .flag = "to",
+            .valueName = "FORMAT",
+            .required = true,
+            .choices = targets};
+}
+
 } // namespace quav

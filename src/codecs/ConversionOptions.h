@@ -13,6 +13,9 @@ protected:
                       QLatin1StringView besideSetting);
     ~ConversionOptions() = default;
 
+    /// The row of the format of the outputs, which each table has of its own type.
+    static OptionInfo target(std::span<const OptionChoice> targets);
+
 public:
     /// Whether each output is written next to its source instead of into a chosen folder.
     Option<bool> beside;

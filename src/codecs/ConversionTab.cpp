@@ -38,11 +38,11 @@ QString ConversionTab::outputFolder(const QString& source, const QString& chosen
     return values[rows_.beside] ? folderOf(source) : chosenFolder;
 }
 
-OutputGuard::Existing ConversionTab::overwriteAllOrNone(Plan& plan) const {
+void ConversionTab::overwriteAllOrNone(Plan& plan) const {
     using Existing = OutputGuard::Existing;
     const QStringList overwritten = existingOutputs(plan, Existing::Keep);
     if (overwritten.isEmpty()) {
-        return Existing::Keep;
+        return;
     }
     for (Job& job : plan.jobs) {
         job.existing = Existing::Overwrite;
@@ -58,7 +58,6 @@ OutputGuard::Existing ConversionTab::overwriteAllOrNone(Plan& plan) const {
     plan.questions.push_back({tr("One of the output files already exists and will be "
                                  "overwritten.  Are you sure you want to continue?"),
                               details, tr("No"), tr("Yes"), false});
-    return Existing::Overwrite;
 }
 
 void ConversionTab::planChecksumFile(Plan& plan, const QString& path) {

@@ -33,7 +33,7 @@ protected:
                          const OptionValues& values) const;
 
     /// When one of the outputs exists, all are made over what is there, and the plan asks.
-    OutputGuard::Existing overwriteAllOrNone(Plan& plan) const;
+    void overwriteAllOrNone(Plan& plan) const;
 
     /// A checksum file that is written when all is done. The plan asks when it is somebody else's.
     static void planChecksumFile(Plan& plan, const QString& path);

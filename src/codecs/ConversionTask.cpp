@@ -1,49 +1,21 @@
 #include "codecs/ConversionTask.h"
 
-#include "engine/QUAVTaskQueue.h"
-#include "engine/QUAVTaskResults.h"
-#include "platform/PathNames.h"
-#include "tags/Losses.h"
-
-#include <QFileInfo>
-
-#include <algorithm>
-
 namespace quav {
 
 ConversionTask::ConversionTask(const QString& fileName, const QString& outputPath,
                                const Services& services, const QString& launchPath,
                                const QStringList& arguments, ComplaintReader complaintReader)
-    : QUAVAsyncNSTask(services.queue, launchPath, arguments),
-      conversion_(*this, fileName, outputPath,
-                  {services.settings, services.desktop, services.claims},
-                  {[this] { return copyTags(); }, lostBetween}),
-      complaintReader_(complaintReader) {
-    setTitle(lastPathComponent(fileName));
-    setTextFieldString(title());
-    setTextFieldValue();
-    setWeight(static_cast<double>(std::max<qint64>(1, QFileInfo(fileName).size())));
-}
-
-void ConversionTask::setDeleteOriginal(bool deleteOriginal) {
-    ConversionWishes wishes = conversion_.wishes();
-    wishes.deleteOriginal = deleteOriginal;
-    conversion_.setWishes(wishes);
-}
+    : Converting(fileName, outputPath, services, launchPath, arguments),
+      complaintReader_(complaintReader) {}
 
 void ConversionTask::startTask() {
-    conversion_.begin();
+    conversion().begin();
     try {
         QUAVAsyncNSTask::startTask();
     } catch (...) {
-        conversion_.giveUp();
+        conversion().giveUp();
         throw;
     }
-}
-
-void ConversionTask::abandon() {
-    conversion_.abandon();
-    QUAVAsyncNSTask::abandon();
 }
 
 void ConversionTask::report(const QString& piece) {
@@ -54,32 +26,24 @@ void ConversionTask::report(const QString& piece) {
             complaints_.add(line);
         }
         if (complaint == ToolComplaint::Damage) {
-            conversion_.noteDamage();
+            conversion().noteDamage();
         }
-    }
-}
-
-void ConversionTask::noteProblems(const QStringList& sentences) {
-    for (const QString& sentence : sentences) {
-        addWarning(sentence);
     }
 }
 
 void ConversionTask::cleanup() {
     if (exitStatus() != 0) {
-        conversion_.giveUp();
+        conversion().giveUp();
     } else {
         for (const QString& complaint : complaints_.lines()) {
             addWarning(complaint);
         }
-        conversion_.complete();
+        conversion().complete();
     }
 }
 
 void ConversionTask::finalCleanup() {
-    if (!error()) {
-        results()->setHasResults(false);
-    }
+    reportFailureAlone();
 }
 
 } // namespace quav

@@ -17,17 +17,7 @@ class DecodeOptions : public ConversionOptions {
 public:
     DecodeOptions();
 
-    Option<DecodeTarget> outputFormat{
-        *this,
-        {.key = "outputFormatMatrix",
-         .control = Control::Choice,
-         .group = optiongroups::target,
-         .label = QT_TRANSLATE_NOOP("Options", "Target"),
-         .tip = QT_TRANSLATE_NOOP("Options", "The format of the outputs"),
-         .flag = "to",
-         .valueName = "FORMAT",
-         .required = true,
-         .choices = targets}};
+    Option<DecodeTarget> outputFormat{*this, target(targets)};
     Option<bool> flacThroughErrors{
         *this,
         {.key = "decodeFlacThroughErrors",

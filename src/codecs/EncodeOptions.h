@@ -21,17 +21,7 @@ class EncodeOptions : public ConversionOptions {
 public:
     EncodeOptions();
 
-    Option<EncodeTarget> outputFormat{
-        *this,
-        {.key = "outputFormatMatrix",
-         .control = Control::Choice,
-         .group = optiongroups::target,
-         .label = QT_TRANSLATE_NOOP("Options", "Target"),
-         .tip = QT_TRANSLATE_NOOP("Options", "The format of the outputs"),
-         .flag = "to",
-         .valueName = "FORMAT",
-         .required = true,
-         .choices = targets}};
+    Option<EncodeTarget> outputFormat{*this, target(targets)};
     Option<int> flacLevel{
         *this,
         {.key = "flacSlider",
