@@ -1787,6 +1787,10 @@ Exit-Status:</translation>
         <source>warning: %1</source>
         <translation>Warnung: %1</translation>
     </message>
+    <message>
+        <source>--%1 has no effect with --%2 %3.</source>
+        <translation>--%1 bewirkt nichts mit --%2 %3.</translation>
+    </message>
 </context>
 <context>
     <name>Tabs</name>

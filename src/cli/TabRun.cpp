@@ -1,5 +1,7 @@
 #include "cli/TabRun.h"
 
+#include "app/ListFacts.h"
+#include "app/OptionValues.h"
 #include "cli/PlanPrinter.h"
 #include "cli/RunEvents.h"
 #include "cli/Terminal.h"
@@ -27,6 +29,28 @@ std::unique_ptr<TextEvents> makeEvents(const RunOptions& options, Terminal& term
     }
     return options.json ? std::make_unique<JsonEvents>(terminal, detail)
                         : std::make_unique<TextEvents>(terminal, detail);
+}
+
+/// The target because of which an option that is switched on or told means nothing; nullptr: none.
+const OptionInfo* ruledOutBy(const OptionInfo& option, const OptionValues& values) {
+    const ListFacts anything = ListFacts::ofAnyList();
+    const bool isOff =
+        option.control == OptionInfo::Control::Switch && !values.value(option).toBool();
+    if (!option.applies || isOff || option.applies(values, anything)) {
+        return nullptr;
+    }
+    const auto wouldApply = [&](const OptionInfo& target, const OptionChoice& choice) {
+        OptionValues changed = values;
+        changed.setValue(target, choice.value);
+        return option.applies(changed, anything);
+    };
+    const auto& rows = values.table().rows();
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const OptionInfo& target) {
+        return target.required &&
+               std::any_of(target.choices.begin(), target.choices.end(),
+                           [&](const OptionChoice& choice) { return wouldApply(target, choice); });
+    });
+    return found == rows.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -100,7 +124,21 @@ bool TabRun::setOptions() {
         const auto set = tab().options().setForThisRun(*option, text);
         Q_ASSERT(set);
     }
-    return true;
+    return std::all_of(options_.options.begin(), options_.options.end(),
+                       [this](const auto& given) { return hasEffect(*given.first); });
+}
+
+/// A flag that would change nothing has been meant for something else.
+bool TabRun::hasEffect(const OptionInfo& option) {
+    const OptionValues& values = tab().options().values();
+    const OptionInfo* target = ruledOutBy(option, values);
+    if (!target) {
+        return true;
+    }
+    terminal_.say(tr("--%1 has no effect with --%2 %3.")
+                      .arg(QLatin1StringView(option.flag), QLatin1StringView(target->flag),
+                           values.text(*target)));
+    return false;
 }
 
 bool TabRun::addFiles() {

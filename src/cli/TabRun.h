@@ -33,7 +33,8 @@ protected:
     virtual PlannedTab& tab() = 0;
 
     /// Gives the tab the options of this run: those of the preset, and over them those that were
-    /// given. False, after a message, for a preset that cannot be used.
+    /// given. False, after a message, for a preset that cannot be used, and for a flag that means
+    /// nothing for the target.
     bool setOptions();
 
     /// Fills the list. False when something that was named does not exist.
@@ -73,6 +74,7 @@ protected:
 
 private:
     bool setPreset();
+    bool hasEffect(const OptionInfo& option);
     bool takes(const QStringList& paths);
     CommandOutcome waitForTheCommand();
     void waitForTheEnd(StopSignals& signals);

@@ -196,6 +196,12 @@ private Q_SLOTS:
         row("unknown target", "encode --to mp3 --output out in", 2, "", "mp3");
         row("unknown option", flac + u"--loud in"_s, 2, "", "--loud");
         row("level", flac + u"--level 9 in"_s, 2, "", "--level");
+        row("mode of another target", flac + u"--mode high in"_s, 2, "",
+            "--mode has no effect with --to flac.");
+        row("switch of another target", u"encode --to wv --output out --verify in"_s, 2, "",
+            "--verify has no effect with --to wv.");
+        row("switched off for another", u"encode --to wv --output out --no-verify in"_s, 0, "a.wv",
+            "1 done");
         row("jobs", flac + u"--jobs 0 in"_s, 2, "", "--jobs");
         row("yes and no", flac + u"--yes --no in"_s, 2, "", "--no");
         row("no place", "encode --to flac in", 2, "", "--output DIR");
