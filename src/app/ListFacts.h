@@ -39,6 +39,7 @@ public:
     /// Whether a file with this format word ("FLAC") is in the list.
     bool hasFormat(const QString& word) const { return isAny_ || formats_.contains(word); }
     void addFormat(const QString& word) { formats_.insert(word); }
+    void removeFormat(const QString& word) { formats_.remove(word); }
 
     /// The facts of a file, as they were when it was last looked at; none when it was not yet.
     const FileFacts* of(const QString& path) const {

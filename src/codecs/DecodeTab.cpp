@@ -16,9 +16,11 @@ DecodeTab::DecodeTab(const Services& services)
     : ConversionTab(tabs::decode, decodeOptions(), services) {}
 
 void DecodeTab::showFLacOptions(bool visible) {
-    ListFacts facts;
+    ListFacts facts = options().facts();
     if (visible) {
         facts.addFormat(formats::flac.name());
+    } else {
+        facts.removeFormat(formats::flac.name());
     }
     options().setFacts(facts);
 }

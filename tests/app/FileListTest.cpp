@@ -1,6 +1,8 @@
 #include "app/FactsReader.h"
 #include "app/FileKinds.h"
 #include "app/QUAVController.h"
+#include "codecs/DecodeOptions.h"
+#include "codecs/DecodeTab.h"
 #include "platform/PathNames.h"
 #include "platform/Settings.h"
 #include "support/Adding.h"
@@ -300,6 +302,25 @@ private Q_SLOTS:
         const FileFacts* facts = shell.decode.options().facts().of(path);
         QVERIFY(facts);
         QTEST(facts->misalignment, "misalignment");
+    }
+
+    void aFlacFileTakesNoFactsFromTheOthers() {
+        Shell shell;
+        DecodeTab tab(shell.services);
+        const QString first = shell.rig.path(u"a.wv"_s);
+        const QString flac = shell.rig.path(u"b.flac"_s);
+        QVERIFY(writeWav(first) && writeWav(flac));
+        QSignalSpy finished(&tab.facts(), &FactsReader::finished);
+        tab.facts().start();
+        tab.addFile(first);
+        QTRY_COMPARE(finished.count(), 1);
+        QVERIFY(tab.options().facts().of(first));
+        QVERIFY(!tab.options().applies(decodeOptions().flacThroughErrors.info()));
+        tab.addFile(flac);
+        QVERIFY(tab.options().facts().of(first));
+        QVERIFY(tab.options().applies(decodeOptions().flacThroughErrors.info()));
+        tab.clearFiles();
+        QVERIFY(!tab.options().applies(decodeOptions().flacThroughErrors.info()));
     }
 
     void factsAreReadAnewWhenAFileChanges() {
