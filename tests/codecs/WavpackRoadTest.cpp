@@ -31,8 +31,15 @@ QByteArray soundOf(const QString& path) {
 QString source(const Bench& bench, const QString& name, int bits, int channels) {
     const QString plain = bench.wav(u"plain.wav"_s, {.channels = channels, .bits = bits});
     const QString path = bench.path(name);
+    if (name.endsWith(u".shn")) {
+        test::run(bench.toolsDir.filePath(u"shorten"_s), {plain, path});
+        QFile::remove(plain);
+        return path;
+    }
     QStringList arguments{u"-v"_s, u"error"_s, u"-i"_s, plain};
-    if (!name.endsWith(u".flac")) {
+    if (name.endsWith(u".m4a")) {
+        arguments << u"-c:a"_s << u"alac"_s;
+    } else if (!name.endsWith(u".flac")) {
         arguments << u"-c:a"_s
                   << u"pcm_s%1%2"_s.arg(bits).arg(name.endsWith(u".wav") ? u"le"_s : u"be"_s);
     }
@@ -78,6 +85,9 @@ private Q_SLOTS:
         row("AIFF, 24 bit stereo", "aiff", 24, 2, "fast", "wav");
         row("FLAC, 16 bit stereo", "flac", 16, 2, "high", "aiff");
         row("FLAC, 24 bit 5.1", "flac", 24, 6, "fast", "wav");
+        row("Apple Lossless, 16 bit stereo", "m4a", 16, 2, "high", "wav");
+        row("Apple Lossless, 24 bit mono", "m4a", 24, 1, "fast", "aiff");
+        row("Shorten, 16 bit stereo", "shn", 16, 2, "fast", "wav");
     }
     void everyBitComesBack() {
         QFETCH(QString, kind);
