@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -22,13 +24,8 @@ struct Question {
 
 /// Everything that the program asks of its user or tells him. Windows answer with dialogs, the
 /// command line from its options, tests from a script. Main thread only.
-class UserPrompts {
+class UserPrompts : public Interface {
 public:
-    UserPrompts() = default;
-    virtual ~UserPrompts() = default;
-    UserPrompts(const UserPrompts&) = delete;
-    UserPrompts& operator=(const UserPrompts&) = delete;
-
     virtual void alert(const QString& title, const QString& message) = 0;
 
     /// An alert that waits until what just happened has had time to be seen.

@@ -3,6 +3,7 @@
 #include "engine/BatchSummary.h"
 #include "engine/ReportText.h"
 #include "engine/TaskReport.h"
+#include "platform/Interface.h"
 
 #include <QString>
 
@@ -22,13 +23,8 @@ struct ToolStall {
 };
 
 /// What happens in a run and is told to the user, in one form or another.
-class RunEvents {
+class RunEvents : public Interface {
 public:
-    RunEvents() = default;
-    virtual ~RunEvents() = default;
-    RunEvents(const RunEvents&) = delete;
-    RunEvents& operator=(const RunEvents&) = delete;
-
     virtual void stalled(const ToolStall& stall) = 0;
     virtual void finished(const TaskReport& report) = 0;
     virtual void report(const QString& title, const ReportText& text) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.h"
+
 #include <memory>
 
 namespace quav {
@@ -12,13 +14,8 @@ class ToolsFolder;
 class WorkPool;
 
 /// What a task knows of the queue that runs it.
-class TaskHost {
+class TaskHost : public Interface {
 public:
-    TaskHost() = default;
-    virtual ~TaskHost() = default;
-    TaskHost(const TaskHost&) = delete;
-    TaskHost& operator=(const TaskHost&) = delete;
-
     /// Queues a task. Main thread only. What the task throws while being started goes on to the
     /// caller, after the task has been ended as failed.
     virtual void addTask(const std::shared_ptr<QUAVTask>& task) = 0;

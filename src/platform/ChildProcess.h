@@ -2,6 +2,7 @@
 
 #include "platform/ChildCommand.h"
 #include "platform/FileDescriptor.h"
+#include "platform/Interface.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -76,13 +77,8 @@ private:
 };
 
 /// Is told of the children that `runToEnd` runs, on the thread that runs them.
-class ChildKeeper {
+class ChildKeeper : public Interface {
 public:
-    ChildKeeper() = default;
-    virtual ~ChildKeeper() = default;
-    ChildKeeper(const ChildKeeper&) = delete;
-    ChildKeeper& operator=(const ChildKeeper&) = delete;
-
     /// The child has been started.
     virtual void entered(pid_t child) = 0;
     /// The child has ended; its number is still its own.

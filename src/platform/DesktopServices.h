@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Interface.h"
+
 #include <QString>
 
 #include <cstdint>
@@ -10,13 +12,8 @@ namespace quav {
 
 /// What the desktop offers to a program. Each service may be absent, and an absent one does
 /// nothing, quietly.
-class DesktopServices {
+class DesktopServices : public Interface {
 public:
-    DesktopServices() = default;
-    virtual ~DesktopServices() = default;
-    DesktopServices(const DesktopServices&) = delete;
-    DesktopServices& operator=(const DesktopServices&) = delete;
-
     /// Shows a notification; the body is no markup and has no names in it. The answer comes later,
     /// on the main thread: whether the desktop shows it.
     using NotifyAnswer = std::function<void(bool shown)>;

@@ -20,12 +20,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::addFiles;
-using quav::test::columns;
-using quav::test::Rig;
-using quav::test::row;
-using quav::test::WavShape;
-using quav::test::writeWav;
+using namespace quav::test;
 
 namespace {
 
@@ -122,9 +117,7 @@ private Q_SLOTS:
     }
 
     void whatATabCannotTakeIsSkippedAndSaid_data() {
-        QTest::addColumn<QString>("names");
-        QTest::addColumn<QString>("listed");
-        QTest::addColumn<QString>("alert");
+        columns<QString, QString, QString>("names", "listed", "alert");
         const QString some = u"Some files types were not recognized by this tab and were skipped"_s;
         row("all good", "d/a.flac", "a.flac", "");
         row("some", "d/a.flac|d/b.txt", "a.flac", some);
@@ -172,11 +165,8 @@ private Q_SLOTS:
     }
 
     void filesDroppedOnTheProgramGoToTheRightTab_data() {
-        QTest::addColumn<QString>("selected");
-        QTest::addColumn<QString>("names");
-        QTest::addColumn<QString>("decode");
-        QTest::addColumn<QString>("encode");
-        QTest::addColumn<QString>("selectedThen");
+        columns<QString, QString, QString, QString, QString>("selected", "names", "decode",
+                                                             "encode", "selectedThen");
         row("selected tab", "encode", "a.flac|b.mp3", "", "a.flac", "encode");
         row("about, FLAC", "about", "a.Flac", "a.Flac", "", "decode");
         row("about, WAV", "about", "a.wav", "", "a.wav", "encode");
@@ -212,9 +202,7 @@ private Q_SLOTS:
     }
 
     void quittingAsksWhileTasksAreQueued_data() {
-        QTest::addColumn<int>("tasks");
-        QTest::addColumn<bool>("answer");
-        QTest::addColumn<bool>("quits");
+        columns<int, bool, bool>("tasks", "answer", "quits");
         row("empty queue", 0, false, true);
         row("three, no", 3, false, false);
         row("three, yes", 3, true, true);

@@ -17,12 +17,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::addFiles;
-using quav::test::audioMd5;
-using quav::test::Bench;
-using quav::test::contents;
-using quav::test::FileSizeLimit;
-using quav::test::row;
+using namespace quav::test;
 
 namespace {
 
@@ -173,11 +168,8 @@ private Q_SLOTS:
     }
 
     void whatTheOutputLacksIsAskedAboutOnce_data() {
-        QTest::addColumn<bool>("accepts");
-        QTest::addColumn<int>("questions");
-        QTest::addColumn<bool>("answer");
-        QTest::addColumn<QString>("meanwhile");
-        QTest::addColumn<int>("left");
+        columns<bool, int, bool, QString, int>("accepts", "questions", "answer", "meanwhile",
+                                               "left");
         row("keep", false, 1, false, "", 2);
         row("delete", false, 1, true, "", 0);
         row("delete, but one has changed", false, 1, true, "changed", 1);
@@ -261,10 +253,7 @@ private Q_SLOTS:
     }
 
     void theNextStartCleansUpAfterAKilledOne_data() {
-        QTest::addColumn<bool>("existed");
-        QTest::addColumn<QString>("state");
-        QTest::addColumn<QByteArray>("left");
-        QTest::addColumn<bool>("tells");
+        columns<bool, QString, QByteArray, bool>("existed", "state", "left", "tells");
         row("half an output", false, "half", QByteArray(), true);
         row("half an output over another", true, "half", QByteArray("old"), true);
         row("before anything was written", true, "begun", QByteArray("old"), true);
@@ -334,8 +323,7 @@ private Q_SLOTS:
     }
 
     void writeProtectionIsLiftedForAMoment_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("lifted");
+        columns<QString, bool>("name", "lifted");
         row("a file", "file", true);
         row("a link to it", "link", false);
     }

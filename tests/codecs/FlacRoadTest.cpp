@@ -8,22 +8,14 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::addFiles;
-using quav::test::audioMd5;
-using quav::test::Bench;
-using quav::test::contents;
-using quav::test::damage;
-using quav::test::row;
-using quav::test::writeWav;
+using namespace quav::test;
 
 class FlacRoadTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void encodesAndDecodesBitExactly_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<QString>("format");
+        columns<QString, int, QString>("name", "bits", "format");
         row("16 bit WAV", "d1t01 Größe [live].wav", 16, "WAV");
         row("24 bit AIFF", "It's \"late\" %f (1).wav", 24, "AIFF");
         row("8 bit, leading dash", "-d 100%.WAV", 8, "WAV");
@@ -75,8 +67,7 @@ private Q_SLOTS:
     }
 
     void badInputFailsAndKeepsItsSource_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("says");
+        columns<QString, QString>("kind", "says");
         row("truncated", "truncated", "ERROR");
         row("flipped byte", "flipped", "ERROR");
         row("text file", "text", "LOST_SYNC");
@@ -132,8 +123,7 @@ private Q_SLOTS:
     }
 
     void overwritingAsksAndAFailureBringsTheOldOutputBack_data() {
-        QTest::addColumn<bool>("answer");
-        QTest::addColumn<bool>("sourceIsAudio");
+        columns<bool, bool>("answer", "sourceIsAudio");
         row("no", false, true);
         row("yes", true, true);
         row("yes, but fails", true, false);
@@ -188,8 +178,7 @@ private Q_SLOTS:
     }
 
     void nothingStartsWhen_data() {
-        QTest::addColumn<QString>("obstacle");
-        QTest::addColumn<QString>("says");
+        columns<QString, QString>("obstacle", "says");
         row("two sources share an output", "shared", "same output file");
         row("a tool is missing", "tool", "package “flac”");
         row("the output folder is gone", "folder", "does not exist");

@@ -12,11 +12,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::Bench;
-using quav::test::columns;
-using quav::test::contents;
-using quav::test::FileSizeLimit;
-using quav::test::row;
+using namespace quav::test;
 
 namespace {
 

@@ -19,9 +19,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::columns;
-using quav::test::Rig;
-using quav::test::row;
+using namespace quav::test;
 
 namespace {
 

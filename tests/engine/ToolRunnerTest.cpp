@@ -21,9 +21,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::contents;
-using quav::test::Rig;
-using quav::test::row;
+using namespace quav::test;
 
 namespace {
 
@@ -83,9 +81,7 @@ class ToolRunnerTest : public QObject {
 
 private Q_SLOTS:
     void aToolEndsAsItsStatusSays_data() {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<bool>("fails");
-        QTest::addColumn<QString>("report");
+        columns<QString, bool, QString>("script", "fails", "report");
         row("nothing printed and 0", "true", false, "");
         row("message and 1", "echo no good; exit 1", true, "no good\n");
         row("both streams in order", "echo one; echo two >&2; echo three", false,
@@ -328,7 +324,7 @@ private Q_SLOTS:
     }
 
     void temporaryNamesTellTheLogin_data() {
-        quav::test::columns<QByteArray, QString>("session", "number");
+        columns<QByteArray, QString>("session", "number");
         row("numbered", QByteArray("108587"), "0001a82b");
         row("named", QByteArray("c2"), "8529db20");
         row("none", QByteArray(), u"%1"_s.arg(getuid(), 8, 16, QChar(u'0')));
@@ -361,10 +357,7 @@ private Q_SLOTS:
     }
 
     void anOutputIsWholeOrNotThere_data() {
-        QTest::addColumn<bool>("existed");
-        QTest::addColumn<bool>("overwrite");
-        QTest::addColumn<bool>("commits");
-        QTest::addColumn<QByteArray>("left");
+        columns<bool, bool, bool, QByteArray>("existed", "overwrite", "commits", "left");
         row("new, succeeds", false, false, true, QByteArray("new"));
         row("new, fails", false, false, false, QByteArray());
         row("overwritten, succeeds", true, true, true, QByteArray("new"));

@@ -1,4 +1,5 @@
 #include "Fuzz.h"
+#include "audio/file/SampleStreams.h"
 #include "audio/pcm/Bytes.h"
 #include "audio/tta/Decode.h"
 #include "audio/tta/Stream.h"
@@ -10,18 +11,9 @@ using namespace quav;
 
 namespace {
 
-class CountingSink final : public pcm::ByteSink {
-public:
-    void write(std::span<const std::uint8_t> bytes) override { count_ += bytes.size(); }
-    std::uint64_t count() const { return count_; }
-
-private:
-    std::uint64_t count_ = 0;
-};
-
 void decode(std::span<const std::uint8_t> file, bool throughDamage) {
     const pcm::InputFile input = fuzz::inputOf(file.data(), file.size());
-    CountingSink samples;
+    audio::CountingSink samples;
     try {
         const tta::Stream stream(input);
         bool isDamaged = false;

@@ -20,9 +20,7 @@
 
 using namespace quav;
 using namespace Qt::StringLiterals;
-using quav::test::contents;
-using quav::test::row;
-using quav::test::writeWav;
+using namespace quav::test;
 
 namespace {
 
@@ -39,10 +37,7 @@ class PlatformTest : public QObject {
 
 private Q_SLOTS:
     void pathsAreTakenApart_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("folder");
-        QTest::addColumn<QString>("base");
-        QTest::addColumn<QString>("word");
+        columns<QString, QString, QString, QString>("path", "folder", "base", "word");
         row("plain", "/m/a b.Flac", "/m", "a b", "FLAC");
         row("two dots", "/m/a.tar.wav", "/m", "a.tar", "WAV");
         row("hidden", "/m/.bashrc", "/m", ".bashrc", "");
@@ -84,7 +79,7 @@ private Q_SLOTS:
     }
 
     void settingsHaveTheirTypes_data() {
-        quav::test::columns<QString, QString, bool, QString>("key", "value", "accepted", "read");
+        columns<QString, QString, bool, QString>("key", "value", "accepted", "read");
         row("integer", "maxThreads", "8", true, "8");
         row("whole, with decimals", "maxThreads", "8.0", true, "8");
         row("between two integers", "maxThreads", "2.5", false, "2");
@@ -190,9 +185,7 @@ private Q_SLOTS:
     }
 
     void audioIsProbedByContent_data() {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<bool>("plain");
-        QTest::addColumn<bool>("lossless");
+        columns<QString, bool, bool>("arguments", "plain", "lossless");
         row("WAV", "-f wav", true, false);
         row("RF64", "-f wav -rf64 always", true, false);
         row("AIFF", "-f aiff", true, false);
@@ -216,8 +209,8 @@ private Q_SLOTS:
     }
 
     void aFlacFileIsAsLongAsItsLastFrameSays_data() {
-        quav::test::columns<int, int, int, int, QByteArray, QByteArray>(
-            "block", "frames", "channels", "bits", "before", "behind");
+        columns<int, int, int, int, QByteArray, QByteArray>("block", "frames", "channels", "bits",
+                                                            "before", "behind");
         const QByteArray id3 = QByteArray("ID3\x04\0\0\0\0\0\x0a", 10) + QByteArray(10, 'x');
         const QByteArray ape = "APETAGEX" +
                                QByteArray("\xd0\7\0\0\x28\0\0\0\0\0\0\0\0\0\0\x80", 16) +

@@ -4,6 +4,7 @@
 #include "codecs/EncodeTab.h"
 #include "support/Bench.h"
 #include "support/Table.h"
+#include "tags/Id3Bytes.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -12,38 +13,13 @@
 #include <functional>
 
 using namespace quav;
-using quav::test::addFiles;
-using quav::test::Bench;
-using quav::test::columns;
-using quav::test::contents;
-using quav::test::row;
+using namespace quav::test;
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Makes the source of a conversion at a path.
 using Maker = std::function<void(const Bench& bench, const QString& path)>;
-
-QByteArray little(qsizetype number) {
-    QByteArray bytes(4, '\0');
-    qToLittleEndian(static_cast<quint32>(number), bytes.data());
-    return bytes;
-}
-
-QByteArray big(qsizetype number) {
-    QByteArray bytes(4, '\0');
-    qToBigEndian(static_cast<quint32>(number), bytes.data());
-    return bytes;
-}
-
-/// A number in an ID3v2.4 tag: seven bits a byte.
-QByteArray synchsafe(qsizetype number) {
-    QByteArray bytes(4, '\0');
-    for (int i = 3; i >= 0; --i, number >>= 7) {
-        bytes[i] = static_cast<char>(number & 0x7f);
-    }
-    return bytes;
-}
 
 QByteArray chunk(const QByteArray& id, const QByteArray& content,
                  QByteArray (*size)(qsizetype) = little) {
@@ -54,16 +30,8 @@ QByteArray aiffChunk(const QByteArray& id, const QByteArray& content) {
     return chunk(id, content, big);
 }
 
-QByteArray frame(const QByteArray& id, const QByteArray& content) {
-    return id + synchsafe(content.size()) + QByteArray(2, '\0') + content;
-}
-
 QByteArray text(const QByteArray& id, const QByteArray& value) {
     return frame(id, '\3' + value);
-}
-
-QByteArray tag(const QByteArray& frames, char version = 4) {
-    return QByteArray("ID3") + version + QByteArray(2, '\0') + synchsafe(frames.size()) + frames;
 }
 
 QByteArray info(const QByteArray& entries) {

@@ -1,8 +1,8 @@
 #include "support/Table.h"
+#include "tags/Id3Bytes.h"
 #include "tags/TagsFolder.h"
 
 #include <QTest>
-#include <QtEndian>
 
 using namespace quav;
 using namespace quav::test;
@@ -22,23 +22,6 @@ QMap<QString, QString> probed(const QString& path) {
     return fields;
 }
 
-QByteArray littleEndian(qsizetype number) {
-    QByteArray bytes(4, '\0');
-    qToLittleEndian(static_cast<quint32>(number), bytes.data());
-    return bytes;
-}
-
-/// Sizes below 128 look like this in an ID3v2.4 tag.
-QByteArray bigEndian(qsizetype number) {
-    QByteArray bytes(4, '\0');
-    bytes[3] = static_cast<char>(number);
-    return bytes;
-}
-
-QByteArray id3Frame(const char* id, const QByteArray& content) {
-    return id + bigEndian(content.size()) + QByteArray(2, '\0') + content;
-}
-
 } // namespace
 
 /// The tags of WAV and AIFF files.
@@ -48,10 +31,10 @@ class RiffTagsTest : public QObject, TagsFolder {
     /// A WAV file with an ID3v2.4 tag of these frames at its end.
     QString waveFile(const QByteArray& frames) {
         const auto file = audioFile("wav");
-        const auto tag = QByteArray("ID3\4\0\0", 6) + bigEndian(frames.size()) + frames;
-        auto bytes = contents(file) + "ID3 " + littleEndian(tag.size()) + tag;
+        const QByteArray id3 = tag(frames);
+        auto bytes = contents(file) + "ID3 " + little(id3.size()) + id3;
         bytes.append(bytes.size() % 2, '\0');
-        bytes.replace(4, 4, littleEndian(bytes.size() - 8));
+        bytes.replace(4, 4, little(bytes.size() - 8));
         return putBytes(file, bytes) ? file : QString();
     }
 
@@ -115,14 +98,14 @@ private Q_SLOTS:
 
     void riffReadsDayAndMonthFromFourCharacters() {
         const auto tags =
-            readTags(waveFile(id3Frame("TYER", "\0002010"_ba) + id3Frame("TDAT", "\0000705"_ba)));
+            readTags(waveFile(frame("TYER", "\0002010"_ba) + frame("TDAT", "\0000705"_ba)));
         QCOMPARE(tags.yearText, Text(u"2010"_s));
         QCOMPARE(tags.dayText, Text(u"07"_s));
         QCOMPARE(tags.monthText, Text(u"05"_s));
     }
 
     void riffCommentGoesBesideOtherProgramsData() {
-        const auto soundCheck = id3Frame("COMM", "\3engiTunNORM\0 00000123"_ba);
+        const auto soundCheck = frame("COMM", "\3engiTunNORM\0 00000123"_ba);
         const auto file = waveFile(soundCheck);
         TagsObject tags;
         tags.commentText = u"Größe"_s;

@@ -5,16 +5,12 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <sys/mount.h>
 
 #include <algorithm>
-#include <stdexcept>
 
 using namespace quav;
 using namespace quav::test;
