@@ -42,7 +42,6 @@ using wav::canonicalHeader;
 using wav::readWaveHeader;
 using wav::resizedHeader;
 using wav::Wave;
-using wav::WaveHeader;
 
 using Bytes = std::span<const std::uint8_t>;
 
