@@ -2324,6 +2324,28 @@ Exit-Status:</translation>
         <source>%1 …</source>
         <translation>%1 …</translation>
     </message>
+    <message>
+        <source>&amp;Decode</source>
+        <translation>De&amp;kodieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Decode %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei de&amp;kodieren</numerusform>
+            <numerusform>%Ln Dateien de&amp;kodieren</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Encode</source>
+        <translation>&amp;Kodieren</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Encode %Ln files</source>
+        <translation>
+            <numerusform>%Ln Datei &amp;kodieren</numerusform>
+            <numerusform>%Ln Dateien &amp;kodieren</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>quav::ConversionTab</name>
@@ -2372,34 +2394,6 @@ Exit-Status:</translation>
     <message>
         <source>Not every source could be deleted.</source>
         <translation>Nicht jede Quelle konnte gelöscht werden.</translation>
-    </message>
-</context>
-<context>
-    <name>quav::DecodePage</name>
-    <message>
-        <source>&amp;Decode</source>
-        <translation>De&amp;kodieren</translation>
-    </message>
-    <message numerus="yes">
-        <source>&amp;Decode %Ln files</source>
-        <translation>
-            <numerusform>%Ln Datei de&amp;kodieren</numerusform>
-            <numerusform>%Ln Dateien de&amp;kodieren</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
-    <name>quav::EncodePage</name>
-    <message>
-        <source>&amp;Encode</source>
-        <translation>&amp;Kodieren</translation>
-    </message>
-    <message numerus="yes">
-        <source>&amp;Encode %Ln files</source>
-        <translation>
-            <numerusform>%Ln Datei &amp;kodieren</numerusform>
-            <numerusform>%Ln Dateien &amp;kodieren</numerusform>
-        </translation>
     </message>
 </context>
 <context>

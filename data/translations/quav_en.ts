@@ -266,6 +266,23 @@
     </message>
 </context>
 <context>
+    <name>quav::ConversionPage</name>
+    <message numerus="yes">
+        <source>&amp;Decode %Ln files</source>
+        <translation>
+            <numerusform>&amp;Decode %Ln file</numerusform>
+            <numerusform>&amp;Decode %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Encode %Ln files</source>
+        <translation>
+            <numerusform>&amp;Encode %Ln file</numerusform>
+            <numerusform>&amp;Encode %Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>quav::ConversionTab</name>
     <message numerus="yes">
         <source>These %Ln are write-protected:</source>
@@ -279,26 +296,6 @@
         <translation>
             <numerusform>One source was kept, since not all of its tags, pictures and chunks are in the new file; its warning says which. Delete it all the same?</numerusform>
             <numerusform>%Ln sources were kept, since not all of their tags, pictures and chunks are in the new files; the warnings say which. Delete them all the same?</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
-    <name>quav::DecodePage</name>
-    <message numerus="yes">
-        <source>&amp;Decode %Ln files</source>
-        <translation>
-            <numerusform>&amp;Decode %Ln file</numerusform>
-            <numerusform>&amp;Decode %Ln files</numerusform>
-        </translation>
-    </message>
-</context>
-<context>
-    <name>quav::EncodePage</name>
-    <message numerus="yes">
-        <source>&amp;Encode %Ln files</source>
-        <translation>
-            <numerusform>&amp;Encode %Ln file</numerusform>
-            <numerusform>&amp;Encode %Ln files</numerusform>
         </translation>
     </message>
 </context>

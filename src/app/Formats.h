@@ -24,14 +24,14 @@ struct TestCall {
 struct AudioFormat {
     /// The tabs that take files of a format.
     enum Taker : unsigned {
-        Decode = 1,
-        Encode = 2,
-        Checksum = 4,
-        Shntool = 8,
-        FixSBE = 16,
-        Lossy = 32,
-        Tags = 64,
-        Everybody = 127,
+        Decode = 1U << 0,
+        Encode = 1U << 1,
+        Checksum = 1U << 2,
+        Shntool = 1U << 3,
+        FixSBE = 1U << 4,
+        Lossy = 1U << 5,
+        Tags = 1U << 6,
+        Everybody = (1U << 7) - 1,
     };
 
     const char* word = "";      ///< the extension in capitals

@@ -30,32 +30,28 @@ QString hexadecimal(std::span<const std::uint8_t> digest) {
                                    .toHex());
 }
 
+/// What the library's functions do for one kind of digest.
+template <typename State>
+FileHash::ComputationContext contextOf(void (*init)(State*),
+                                       void (*update)(State*, const std::uint8_t*, std::size_t),
+                                       void (*final)(std::uint8_t*, State*), std::size_t length) {
+    const auto state = std::make_shared<State>();
+    return {
+        [=] { init(state.get()); },
+        [=](const std::uint8_t* bytes, std::size_t count) { update(state.get(), bytes, count); },
+        [=](std::uint8_t* digest) { final(digest, state.get()); }, length};
+}
+
 FileHash::ComputationContext md5() {
-    const auto state = std::make_shared<MD5_CTX>();
-    return {[state] { MD5Init(state.get()); },
-            [state](const std::uint8_t* bytes, std::size_t count) {
-                MD5Update(state.get(), bytes, count);
-            },
-            [state](std::uint8_t* digest) { MD5Final(digest, state.get()); }, MD5_DIGEST_LENGTH};
+    return contextOf(MD5Init, MD5Update, MD5Final, MD5_DIGEST_LENGTH);
 }
 
 FileHash::ComputationContext sha1() {
-    const auto state = std::make_shared<SHA1_CTX>();
-    return {[state] { SHA1Init(state.get()); },
-            [state](const std::uint8_t* bytes, std::size_t count) {
-                SHA1Update(state.get(), bytes, count);
-            },
-            [state](std::uint8_t* digest) { SHA1Final(digest, state.get()); }, SHA1_DIGEST_LENGTH};
+    return contextOf(SHA1Init, SHA1Update, SHA1Final, SHA1_DIGEST_LENGTH);
 }
 
 FileHash::ComputationContext sha512() {
-    const auto state = std::make_shared<SHA2_CTX>();
-    return {[state] { SHA512Init(state.get()); },
-            [state](const std::uint8_t* bytes, std::size_t count) {
-                SHA512Update(state.get(), bytes, count);
-            },
-            [state](std::uint8_t* digest) { SHA512Final(digest, state.get()); },
-            SHA512_DIGEST_LENGTH};
+    return contextOf(SHA512Init, SHA512Update, SHA512Final, SHA512_DIGEST_LENGTH);
 }
 
 /// None when it was not to go on.

@@ -6,20 +6,26 @@ namespace quav {
 
 class ConversionTab;
 
-/// What the views of the decode and the encode tab share.
+/// The view of the decode or the encode tab.
 class ConversionPage : public TabPage {
     Q_OBJECT
 
+public:
+    /// What the button says for so many files.
+    using Action = QString (*)(int files);
+    static QString decoding(int files);
+    static QString encoding(int files);
+
+    ConversionPage(ConversionTab& tab, Action action, QWidget* parent = nullptr);
+
 protected:
-    explicit ConversionPage(ConversionTab& tab, QWidget* parent = nullptr);
-
+    /// Marked while the action asks for a folder first.
+    QString actionText(int files) const override;
     QString destinationText() const override;
-
-    /// The action's words, marked while it asks for a folder first.
-    QString asking(const QString& action) const;
 
 private:
     ConversionTab& tab_;
+    Action action_;
 };
 
 } // namespace quav

@@ -2,12 +2,10 @@
 
 #include "app/FileKinds.h"
 #include "checksums/ChecksumTab.h"
-#include "codecs/DecodeTab.h"
-#include "codecs/EncodeTab.h"
+#include "codecs/ConversionTab.h"
 #include "gui/AboutPage.h"
 #include "gui/ChecksumPage.h"
-#include "gui/DecodePage.h"
-#include "gui/EncodePage.h"
+#include "gui/ConversionPage.h"
 
 #include <QHash>
 
@@ -17,11 +15,17 @@ namespace {
 
 using Factory = QWidget* (*)(BaseTab*);
 
-template <class Page, class Tab>
-QWidget* pageOf(BaseTab* tab) {
-    auto* own = qobject_cast<Tab*>(tab);
+template <ConversionPage::Action action>
+QWidget* conversionPage(BaseTab* tab) {
+    auto* own = qobject_cast<ConversionTab*>(tab);
     Q_ASSERT(own);
-    return new Page(*own);
+    return new ConversionPage(*own, action);
+}
+
+QWidget* checksumPage(BaseTab* tab) {
+    auto* own = qobject_cast<ChecksumTab*>(tab);
+    Q_ASSERT(own);
+    return new ChecksumPage(*own);
 }
 
 QWidget* aboutPage(BaseTab* /*tab*/) {
@@ -32,9 +36,9 @@ QWidget* aboutPage(BaseTab* /*tab*/) {
 
 QWidget* makePage(const QString& label, BaseTab* tab) {
     static const QHash<QString, Factory> factories{
-        {tabs::decode, pageOf<DecodePage, DecodeTab>},
-        {tabs::encode, pageOf<EncodePage, EncodeTab>},
-        {tabs::checksum, pageOf<ChecksumPage, ChecksumTab>},
+        {tabs::decode, conversionPage<ConversionPage::decoding>},
+        {tabs::encode, conversionPage<ConversionPage::encoding>},
+        {tabs::checksum, checksumPage},
         {tabs::about, aboutPage},
     };
     const Factory make = factories.value(label);

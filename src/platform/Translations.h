@@ -12,8 +12,6 @@ class Translations {
 public:
     Translations();
     ~Translations();
-    Translations(const Translations&) = delete;
-    Translations& operator=(const Translations&) = delete;
 
     /// Where the catalogues lie: in QUAV_TRANSLATIONS_DIR if that is set, else those of the
     /// installation if there is one, else those of the build.

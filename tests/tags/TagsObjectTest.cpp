@@ -1,5 +1,6 @@
 #include "tags/TagsObject.h"
 
+#include "support/Table.h"
 #include "tags/TagDates.h"
 
 #include <QTest>
@@ -28,8 +29,7 @@ class TagsObjectTest : public QObject {
 
 private Q_SLOTS:
     void equality_data() {
-        QTest::addColumn<Change>("change");
-        QTest::addColumn<bool>("equal");
+        quav::test::columns<Change, bool>("change", "equal");
         const auto row = [](const char* name, bool equal, Change change) {
             QTest::newRow(name) << change << equal;
         };
@@ -54,8 +54,7 @@ private Q_SLOTS:
     }
 
     void dates_data() {
-        QTest::addColumn<QString>("id3");
-        QTest::addColumn<QString>("flac");
+        quav::test::columns<QString, QString>("id3", "flac");
         const auto row = [](const char* text, const char* id3, const char* flac) {
             QTest::newRow(text) << QString::fromLatin1(id3) << QString::fromLatin1(flac);
         };

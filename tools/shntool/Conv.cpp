@@ -28,12 +28,7 @@ int runConv(const Options& options, Console& console) {
                         ModeError::Kind::Usage);
     }
     Work work(options, console);
-    for (const std::string& path : options.files) {
-        if (const auto file = work.open(path)) {
-            convert(work, *file);
-        }
-    }
-    return work.status();
+    return work.onEach([&](const AudioFile& file) { convert(work, file); });
 }
 
 } // namespace quav::shntool

@@ -142,12 +142,7 @@ int runHash(const Options& options, Console& console) {
     if (options.has('c')) {
         return hashComposite(work, isSha1);
     }
-    for (const std::string& path : options.files) {
-        if (const auto file = work.open(path)) {
-            hashFile(work, *file, isSha1);
-        }
-    }
-    return work.status();
+    return work.onEach([&](const AudioFile& file) { hashFile(work, file, isSha1); });
 }
 
 } // namespace quav::shntool

@@ -55,12 +55,7 @@ int runStrip(const Options& options, Console& console) {
                         ModeError::Kind::Usage);
     }
     Work work(options, console);
-    for (const std::string& path : options.files) {
-        if (const auto file = work.open(path)) {
-            strip(work, *file, wanted);
-        }
-    }
-    return work.status();
+    return work.onEach([&](const AudioFile& file) { strip(work, file, wanted); });
 }
 
 } // namespace quav::shntool

@@ -93,6 +93,15 @@ bool Work::readsAll(const AudioFile& file) {
     return !file.soundLeftOut();
 }
 
+int Work::onEach(const std::function<void(const AudioFile&)>& work) {
+    for (const std::string& path : options_.files) {
+        if (const auto file = open(path)) {
+            work(*file);
+        }
+    }
+    return status_;
+}
+
 std::optional<AudioFile> Work::openToDescribe(const std::string& path) {
     audio::OpenSettings settings = openSettings(options_.decoders);
     settings.foundChunk = [&](const std::string& id, std::uint64_t length) {

@@ -54,6 +54,9 @@ public:
 
     /// Opens a file of which all sound will be read, or warns and has failed.
     std::optional<AudioFile> open(const std::string& path);
+    /// Opens the files of the command line one after the other for `work`, those that can be
+    /// opened; the status.
+    int onEach(const std::function<void(const AudioFile&)>& work);
     /// Opens any file that can be described, or warns and has failed; to be followed by readsAll().
     std::optional<AudioFile> openToDescribe(const std::string& path);
     /// Whether the file's reader passes over no sound; else warns and has failed.
