@@ -34,27 +34,14 @@ void VerifyFFPTask::check(const checksumlist::List& list) {
 
 QStringList VerifyFFPTask::doVerifyFPP(const checksumlist::List& list) {
     QStringList matching;
-    OrderedWork<Entry>::run(
-        list.lines.size(), queue().toolsAtOnce(),
-        [&](size_t index) {
+    readEach<Entry>(
+        list, [this](const QString& path) { return fingerprint(path); },
+        [&](size_t index, const QString& path, const Entry& read) {
             const Line& line = list.lines[index];
-            return line.entry && !stopRequested() ? fingerprint(pathOf(line)) : Entry();
-        },
-        [&](size_t index, const Entry& read) {
-            if (stopRequested()) {
-                return false;
-            }
-            const Line& line = list.lines[index];
-            if (!line.entry) {
-                concludeInvalid(line);
-                return true;
-            }
             showEntry(line.entry->name, index + 1, list.allLines);
-            const QString path = pathOf(line);
             if (take(line, path, read)) {
                 matching << path;
             }
-            return true;
         });
     std::sort(matching.begin(), matching.end());
     return matching;

@@ -4,11 +4,13 @@
 #include "checksums/NameLookup.h"
 #include "engine/BackgroundTask.h"
 #include "engine/Verdict.h"
+#include "platform/OrderedWork.h"
 
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace quav {
@@ -55,6 +57,32 @@ protected:
     /// with. Read tolerantly, a name that is not there gives way to the strict reading of it, then
     /// to other spellings on the disk.
     QString pathOf(const Line& line) const;
+
+    /// Has the files of all entries read, several at a time, and the results taken in the order of
+    /// the list; lines that are no entries are concluded. Ends early when the user cancels.
+    template <typename Result>
+    void readEach(
+        const checksumlist::List& list, const std::function<Result(const QString& path)>& read,
+        const std::function<void(size_t index, const QString& path, const Result& result)>& take) {
+        OrderedWork<Result>::run(
+            list.lines.size(), queue().toolsAtOnce(),
+            [&](size_t index) {
+                const Line& line = list.lines[index];
+                return line.entry && !stopRequested() ? read(pathOf(line)) : Result();
+            },
+            [&](size_t index, const Result& result) {
+                const Line& line = list.lines[index];
+                if (stopRequested()) {
+                    return false;
+                }
+                if (line.entry) {
+                    take(index, pathOf(line), result);
+                } else {
+                    concludeInvalid(line);
+                }
+                return true;
+            });
+    }
 
     /// Adds a line to the report.
     void say(const QString& text);

@@ -1,7 +1,6 @@
 #include "checksums/VerifyST5Task.h"
 
 #include "engine/ToolOutput.h"
-#include "platform/OrderedWork.h"
 #include "platform/PathNames.h"
 
 namespace quav {
@@ -15,20 +14,10 @@ void VerifyST5Task::check(const checksumlist::List& list) {
 }
 
 void VerifyST5Task::doCreateST5(const checksumlist::List& list) {
-    OrderedWork<Hashed>::run(
-        list.lines.size(), queue().toolsAtOnce(),
-        [&](size_t index) {
-            const Line& line = list.lines[index];
-            return line.entry && !stopRequested() ? st5(pathOf(line)) : Hashed();
-        },
-        [&](size_t index, const Hashed& computed) {
-            const Line& line = list.lines[index];
-            if (line.entry) {
-                take(line, pathOf(line), computed);
-            } else {
-                concludeInvalid(line);
-            }
-            return !stopRequested();
+    readEach<Hashed>(
+        list, [this](const QString& path) { return st5(path); },
+        [&](size_t index, const QString& path, const Hashed& computed) {
+            take(list.lines[index], path, computed);
         });
     deliver();
 }

@@ -2,6 +2,8 @@
 
 #include "platform/ListText.h"
 
+#include <algorithm>
+
 namespace quav {
 
 SharedVerdicts noVerdicts() {
@@ -10,22 +12,15 @@ SharedVerdicts noVerdicts() {
 }
 
 VerdictCounts::VerdictCounts(const Verdicts& verdicts) {
-    for (const Verdict& verdict : verdicts) {
-        switch (verdict.kind) {
-        case Verdict::Kind::Ok:
-            ++ok;
-            break;
-        case Verdict::Kind::Failed:
-            ++failed;
-            break;
-        case Verdict::Kind::Missing:
-            ++missing;
-            break;
-        case Verdict::Kind::Unreadable:
-            ++unreadable;
-            break;
-        }
-    }
+    const auto count = [&](Verdict::Kind kind) {
+        return static_cast<int>(
+            std::count_if(verdicts.begin(), verdicts.end(),
+                          [&](const Verdict& verdict) { return verdict.kind == kind; }));
+    };
+    ok = count(Verdict::Kind::Ok);
+    failed = count(Verdict::Kind::Failed);
+    missing = count(Verdict::Kind::Missing);
+    unreadable = count(Verdict::Kind::Unreadable);
 }
 
 void VerdictCounts::add(const VerdictCounts& others) {

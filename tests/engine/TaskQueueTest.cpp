@@ -97,10 +97,7 @@ private Q_SLOTS:
     }
 
     void aNewLimitCountsFromTheNextCompletion_data() {
-        QTest::addColumn<int>("before");
-        QTest::addColumn<int>("after");
-        QTest::addColumn<QString>("runningAtOnce");
-        QTest::addColumn<QString>("runningThen");
+        columns<int, int, QString, QString>("before", "after", "runningAtOnce", "runningThen");
         row("raised", 1, 4, "0", "1234");
         row("lowered", 3, 1, "012", "12");
     }

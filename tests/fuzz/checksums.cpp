@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -56,29 +57,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char*>(data + 1),
                            static_cast<qsizetype>(size - 1));
     constexpr unsigned choices = 8;
-    switch (*data % choices) {
-    case 0:
-        read(Md5, bytes, Strict);
-        break;
-    case 1:
-        read(St5, bytes, Strict);
-        break;
-    case 2:
-        read(Ffp, bytes, Strict);
-        break;
-    case 3:
-        read(Md5, bytes, Tolerant);
-        break;
-    case 4:
-        read(St5, bytes, Tolerant);
-        break;
-    case 5:
-        read(Ffp, bytes, Tolerant);
-        break;
-    case 6:
+    constexpr std::array kinds{Md5, St5, Ffp};
+    const unsigned choice = *data % choices;
+    if (choice < 2 * kinds.size()) {
+        read(kinds.at(choice % kinds.size()), bytes, choice < kinds.size() ? Strict : Tolerant);
+    } else if (choice == 2 * kinds.size()) {
         checksumlist::kindsIn(checksumlist::decoded(bytes, Tolerant), QStringLiteral("a.txt"));
-        break;
-    default:
+    } else {
         readWords(bytes);
     }
     return 0;

@@ -116,10 +116,7 @@ private Q_SLOTS:
     }
 
     void riffNumberAndTotal_data() {
-        QTest::addColumn<QByteArray>("old");
-        QTest::addColumn<QString>("number");
-        QTest::addColumn<QString>("total");
-        QTest::addColumn<QString>("written");
+        columns<QByteArray, QString, QString, QString>("old", "number", "total", "written");
         row("both", "3/10"_ba, u"4"_s, u"12"_s, u"4/12"_s);
         row("number", "3/10"_ba, u"4"_s, u""_s, u"4"_s);
         row("total", "3/10"_ba, u""_s, u"12"_s, u"3/12"_s);

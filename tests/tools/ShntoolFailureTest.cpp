@@ -30,8 +30,7 @@ private Q_SLOTS:
 
     void badInputIsToldAndNothingIsLost_data() {
         QTest::addColumn<QString>("limit"); // of the shell
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QByteArray>("told");
+        columns<QString, QByteArray>("command", "told");
         row("a FLAC file cut short", u""_s, u"conv -d o cut.flac"_s, "cut.flac: is damaged"_ba);
         row("a bit of a FLAC file", u""_s, u"conv -d o -o wv bit.flac"_s,
             "bit.flac: is damaged"_ba);
@@ -149,8 +148,7 @@ private Q_SLOTS:
     }
 
     void anInterruptedRunLeavesNoHalfFile_data() {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<int>("signal");
+        columns<QString, int>("command", "signal");
         for (const auto& [signal, name] : {std::pair{SIGTERM, "TERM"}, {SIGINT, "INT"}}) {
             row(("WAV, "_ba + name).constData(), u"conv -d o a.wav"_s, signal);
             row(("an encoder, "_ba + name).constData(),

@@ -192,8 +192,7 @@ private Q_SLOTS:
     }
 
     void outputsAreNamedAsAsked_data() {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("names");
+        columns<QString, QString>("command", "names");
         row("an encoder in braces",
             uR"(fix -P pct -O never -k -d o -o cust ext=flac { flac -s -4 -o %f - } "1 ä.wav" )"
             R"("2 'x' [y].WAV")"_s,
