@@ -6,6 +6,7 @@
 #include "checksums/ChecksumOptions.h"
 #include "checksums/ChecksumTab.h"
 #include "checksums/FileHash.h"
+#include "codecs/EncodeTab.h"
 #include "engine/QUAVAsyncNSTask.h"
 #include "engine/QUAVTaskResults.h"
 #include "platform/PathNames.h"
@@ -137,7 +138,7 @@ void makeTree(const QString& root) {
 /// Drops the tree and runs the loop until the facts of all files are read; then sorts by each
 /// column.
 bool runDrop(bench::WindowRig& rig, Heartbeat& idle) {
-    EncodeTab& tab = rig.workbench.encodeTab();
+    EncodeTab& tab = rig.workbench.tab<EncodeTab>();
     rig.workbench.controller().selectTab(tab.label());
     const QString tree = joinPath(rig.folder.path(), QStringLiteral("tree"));
     makeTree(tree);

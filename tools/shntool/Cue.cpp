@@ -31,7 +31,10 @@ std::string splitPoints(const std::vector<AudioFile>& files) {
     std::uint64_t before = 0;
     for (std::size_t i = 0; i + 1 < files.size(); ++i) {
         before += files[i].wave().dataSize;
-        points += (points.empty() ? "" : "\n") + std::to_string(before);
+        if (!points.empty()) {
+            points += '\n';
+        }
+        points += std::to_string(before);
     }
     return points;
 }
