@@ -8,6 +8,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace quav {
 
 namespace {
@@ -132,21 +134,29 @@ void PlanPrinter::printScript(const Job& job) {
                                  ? text::printable(job.source())
                                  : tr("%Ln files", nullptr, static_cast<int>(job.sources.size())),
                              text::printable(job.output())));
+    // A step needs what the one before it made: none is run when that failed, and a job of which
+    // this program does a step itself is no script at all.
+    const bool isScript = std::none_of(job.steps.begin(), job.steps.end(),
+                                       [](const ToolCall& step) { return step.tool.isEmpty(); });
+    const QString mark = isScript ? QString() : QStringLiteral("# ");
     for (const ToolCall& step : job.steps) {
-        if (step.tool.isEmpty()) {
-            terminal_.print(QStringLiteral("# ") +
-                            tr("this program itself converts %1 to %2")
-                                .arg(text::printable(step.arguments.value(0)),
-                                     text::printable(step.arguments.value(1))));
-            continue;
-        }
-        const QString command = text::shellCommand(tools_.tool(step.tool), step.arguments);
-        terminal_.print(
-            step.folder.isEmpty()
-                ? command
-                : QStringLiteral("(%1 && %2)")
-                      .arg(text::shellCommand(QStringLiteral("cd"), {step.folder}), command));
+        const bool isLast = &step == &job.steps.back();
+        terminal_.print(mark + commandOf(step) +
+                        (isScript && !isLast ? QStringLiteral(" &&") : QString()));
     }
+}
+
+QString PlanPrinter::commandOf(const ToolCall& step) const {
+    if (step.tool.isEmpty()) {
+        return tr("this program itself converts %1 to %2")
+            .arg(text::printable(step.arguments.value(0)),
+                 text::printable(step.arguments.value(1)));
+    }
+    const QString command = text::shellCommand(tools_.tool(step.tool), step.arguments);
+    return step.folder.isEmpty()
+               ? command
+               : QStringLiteral("(%1 && %2)")
+                     .arg(text::shellCommand(QStringLiteral("cd"), {step.folder}), command);
 }
 
 } // namespace quav

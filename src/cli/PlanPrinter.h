@@ -29,6 +29,7 @@ private:
     void printFolder(const QString& path);
     void printLeftOut(const LeftOut& file);
     void printScript(const Job& job);
+    QString commandOf(const ToolCall& step) const;
     void printJson(const Job& job);
     void note(const QString& event, const QString& key, const QString& value,
               const QString& sentence);

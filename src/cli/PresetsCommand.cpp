@@ -181,7 +181,10 @@ int PresetsCommand::import() {
     }
     const QString kept = options_.newName.isEmpty() ? *name : options_.newName;
     if (const auto done = presets.import(options_.file, kept); !done) {
-        return refuse(tr("%1 Say --name NAME to keep it under another.").arg(done.error()));
+        const auto taken = presets.find(kept);
+        return refuse(taken && !taken->standard
+                          ? tr("%1 Say --name NAME to keep it under another.").arg(done.error())
+                          : done.error());
     }
     if (const auto preset = presets.read(kept)) {
         warn(*preset);

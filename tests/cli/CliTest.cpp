@@ -82,6 +82,21 @@ private Q_SLOTS:
         QVERIFY2(QString::fromUtf8(ran.output).contains(command), ran.output.constData());
     }
 
+    void aScriptNeverTakesOneFileForAnother() {
+        const Cli cli;
+        cli.flac(u"a.flac"_s);
+        quav::test::run(u"ffmpeg"_s,
+                        {u"-v"_s, u"error"_s, u"-i"_s, cli.in(u"a.flac"_s), cli.in(u"b.aiff"_s)});
+        QFile broken(cli.in(u"c.flac"_s));
+        QVERIFY(broken.open(QIODevice::WriteOnly) && broken.write("fLaC, but no more") > 0);
+        broken.close();
+        const Ran plan = cli.run(u"encode --to wv --mode fast --dry-run --output out in"_s);
+        QCOMPARE(plan.status, 0);
+        quav::test::run(u"sh"_s, {u"-c"_s, QString::fromUtf8(plan.output)});
+        const QStringList packed = cli.namesIn(u"out"_s).filter(u".wv"_s);
+        QCOMPARE(packed, QStringList(u"a.wv"_s));
+    }
+
     void aRunObeysTheSettingsAndNeverChangesThem() {
         const Cli cli;
         cli.wav(u"a.wav"_s);
