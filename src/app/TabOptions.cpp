@@ -80,8 +80,20 @@ void TabOptions::choose(const OptionInfo& option, const QVariant& value) {
 }
 
 void TabOptions::chooseAll(const OptionValues& values) {
+    const OptionValues stored = storedValues(table(), settings_);
+    bool anyChanged = false;
     for (const OptionInfo& option : table().rows()) {
-        choose(option, values.value(option));
+        const QVariant& value = values.value(option);
+        anyChanged = anyChanged || values_.value(option) != value;
+        values_.setValue(option, value);
+        if (value == stored.value(option)) {
+            onlyForThisRun_.erase(option.index);
+        } else {
+            onlyForThisRun_.insert(option.index);
+        }
+    }
+    if (anyChanged) {
+        Q_EMIT changed();
     }
 }
 

@@ -39,7 +39,8 @@ public:
     }
     void choose(const OptionInfo& option, const QVariant& value);
 
-    /// Takes over all values, as of a preset.
+    /// Takes over all values, as of a preset. They are not stored, so that what the settings say
+    /// can be had back.
     void chooseAll(const OptionValues& values);
 
     /// Lies over the stored value until the end of the program, and is not stored. The error says

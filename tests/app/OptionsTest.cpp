@@ -226,8 +226,11 @@ private Q_SLOTS:
         QVERIFY(chooser.differs());
         chooser.choose(u"archive"_s);
         QVERIFY(!chooser.differs());
-        QCOMPARE(place.settings.integer(keys::encodeFlacLevel), 8);
+        QCOMPARE(options[encodeOptions().flacLevel], 8);
         QVERIFY(!options[encodeOptions().flacLax]);
+        chooser.choose(u"settings"_s);
+        QCOMPARE(options[encodeOptions().flacLevel], 5); // what was stored is there to come back
+        chooser.choose(u"archive"_s);
         chooser.remove();
         QCOMPARE(chooser.chosen().name, u"archive"_s);
 
